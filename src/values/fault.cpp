@@ -1,0 +1,59 @@
+#include "values/fault.h"
+
+#include <array>
+#include <string_view>
+
+namespace velora {
+
+namespace {
+
+struct FaultText {
+    int32_t number;
+    std::string_view text;
+};
+
+constexpr auto kTexts = std::to_array<FaultText>({
+    {fault::kOverflow, "Overflow"},
+    {fault::kSubscript, "Subscript out of range"},
+    {fault::kDivisionByZero, "Division by zero"},
+    {fault::kTypeMismatch, "Type mismatch"},
+    {fault::kFileNotFound, "File not found"},
+    {fault::kPathAccess, "Path/File access error"},
+    {fault::kObjectNotSet, "Object variable or With block variable not set"},
+    {fault::kNull, "Invalid use of Null"},
+    {fault::kCannotCreate, "ActiveX component can't create object"},
+    {fault::kNoCurrentRow,
+     "Either BOF or EOF is True, or the current record has been deleted. "
+     "Requested operation requires a current record."},
+    {fault::kNoSuchColumn, "Item cannot be found in the collection corresponding to the requested name or ordinal."},
+    {fault::kClosedObject, "Operation is not allowed when the object is closed."},
+    {fault::kReportFile, "Invalid file name."},
+    {fault::kCancelled, "Operation cancelled by user."},
+});
+
+}  // namespace
+
+Fault::Fault(int32_t number, const std::string& description, std::string where)
+    : std::runtime_error(description), number_(number), where_(std::move(where))
+{
+}
+
+Fault fault::of(int32_t number, std::string where)
+{
+    for (const auto& known : kTexts) {
+        if (known.number == number) return {number, std::string(known.text), std::move(where)};
+    }
+    return {number, "Application-defined or object-defined error", std::move(where)};
+}
+
+Fault fault::overflow(std::string where) { return of(kOverflow, std::move(where)); }
+Fault fault::subscript(std::string where) { return of(kSubscript, std::move(where)); }
+Fault fault::division_by_zero(std::string where) { return of(kDivisionByZero, std::move(where)); }
+Fault fault::type_mismatch(std::string where) { return of(kTypeMismatch, std::move(where)); }
+Fault fault::object_not_set(std::string where) { return of(kObjectNotSet, std::move(where)); }
+Fault fault::null(std::string where) { return of(kNull, std::move(where)); }
+Fault fault::no_current_row(std::string where) { return of(kNoCurrentRow, std::move(where)); }
+Fault fault::no_such_column(std::string where) { return of(kNoSuchColumn, std::move(where)); }
+Fault fault::closed_object(std::string where) { return of(kClosedObject, std::move(where)); }
+
+}  // namespace velora

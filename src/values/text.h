@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velora {
+
+/// The text without the blanks at both ends. Only the blank itself counts, as everywhere in the product.
+std::string_view trimmed(std::string_view text);
+
+/// Compares two names without regard to the case of ASCII letters.
+bool same_name(std::string_view left, std::string_view right);
+
+std::string lower_ascii(std::string_view text);
+
+/// Number of characters (code points) in UTF-8 text.
+size_t character_count(std::string_view utf8);
+
+/// The longest front part of at most `characters` characters; never ends inside one.
+std::string_view cut_to_characters(std::string_view utf8, size_t characters);
+
+/// Every occurrence of `what` replaced by `by`.
+std::string replaced(std::string_view text, std::string_view what, std::string_view by);
+
+/// Hash and equality for maps keyed by names that compare without case.
+struct NameHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view name) const;
+};
+struct NameEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const { return same_name(left, right); }
+};
+
+}  // namespace velora
