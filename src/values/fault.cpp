@@ -46,14 +46,41 @@ Fault fault::of(int32_t number, std::string where)
     return {number, "Application-defined or object-defined error", std::move(where)};
 }
 
-Fault fault::overflow(std::string where) { return of(kOverflow, std::move(where)); }
-Fault fault::subscript(std::string where) { return of(kSubscript, std::move(where)); }
-Fault fault::division_by_zero(std::string where) { return of(kDivisionByZero, std::move(where)); }
-Fault fault::type_mismatch(std::string where) { return of(kTypeMismatch, std::move(where)); }
-Fault fault::object_not_set(std::string where) { return of(kObjectNotSet, std::move(where)); }
-Fault fault::null(std::string where) { return of(kNull, std::move(where)); }
-Fault fault::no_current_row(std::string where) { return of(kNoCurrentRow, std::move(where)); }
-Fault fault::no_such_column(std::string where) { return of(kNoSuchColumn, std::move(where)); }
-Fault fault::closed_object(std::string where) { return of(kClosedObject, std::move(where)); }
+Fault fault::overflow(std::string where)
+{
+    return of(kOverflow, std::move(where));
+}
+Fault fault::subscript(std::string where)
+{
+    return of(kSubscript, std::move(where));
+}
+Fault fault::division_by_zero(std::string where)
+{
+    return of(kDivisionByZero, std::move(where));
+}
+Fault fault::type_mismatch(std::string where)
+{
+    return of(kTypeMismatch, std::move(where));
+}
+Fault fault::object_not_set(std::string where)
+{
+    return of(kObjectNotSet, std::move(where));
+}
+Fault fault::null(std::string where)
+{
+    return of(kNull, std::move(where));
+}
+Fault fault::no_current_row(std::string where)
+{
+    return of(kNoCurrentRow, std::move(where));
+}
+Fault fault::no_such_column(std::string where)
+{
+    return of(kNoSuchColumn, std::move(where));
+}
+Fault fault::closed_object(std::string where)
+{
+    return of(kClosedObject, std::move(where));
+}
 
 }  // namespace velora

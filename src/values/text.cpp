@@ -7,9 +7,15 @@ namespace velora {
 
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
-bool starts_character(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
+bool starts_character(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+}
 
 }  // namespace
 

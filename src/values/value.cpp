@@ -11,7 +11,10 @@ namespace velora {
 
 namespace {
 
-double serial_number(const DateTime& date) { return date.serial_day() + date.second_of_day() / 86400.0; }
+double serial_number(const DateTime& date)
+{
+    return date.serial_day() + date.second_of_day() / 86400.0;
+}
 
 template <class Integer>
 Integer to_integer(const Value& value)
@@ -28,35 +31,55 @@ Integer to_integer(const Value& value)
 std::string to_text(const Value& value)
 {
     switch (value.type()) {
-        case Value::Type::Null: throw fault::null();
-        case Value::Type::Boolean: return *value.get_if<bool>() ? "True" : "False";
-        case Value::Type::Integer: return std::to_string(*value.get_if<int64_t>());
-        case Value::Type::Date: return value.get_if<DateTime>()->iso();
-        case Value::Type::Text: return *value.get_if<std::string>();
-        default: return plain_text(to_number(value));
+        case Value::Type::Null:
+            throw fault::null();
+        case Value::Type::Boolean:
+            return *value.get_if<bool>() ? "True" : "False";
+        case Value::Type::Integer:
+            return std::to_string(*value.get_if<int64_t>());
+        case Value::Type::Date:
+            return value.get_if<DateTime>()->iso();
+        case Value::Type::Text:
+            return *value.get_if<std::string>();
+        default:
+            return plain_text(to_number(value));
     }
 }
 
 double to_number(const Value& value)
 {
     switch (value.type()) {
-        case Value::Type::Null: throw fault::null();
-        case Value::Type::Boolean: return *value.get_if<bool>() ? -1 : 0;
-        case Value::Type::Integer: return static_cast<double>(*value.get_if<int64_t>());
-        case Value::Type::Single: return *value.get_if<float>();
-        case Value::Type::Double: return *value.get_if<double>();
-        case Value::Type::Fixed: return value.get_if<Fixed4>()->to_double();
-        case Value::Type::Date: return serial_number(*value.get_if<DateTime>());
-        case Value::Type::Text: break;
+        case Value::Type::Null:
+            throw fault::null();
+        case Value::Type::Boolean:
+            return *value.get_if<bool>() ? -1 : 0;
+        case Value::Type::Integer:
+            return static_cast<double>(*value.get_if<int64_t>());
+        case Value::Type::Single:
+            return *value.get_if<float>();
+        case Value::Type::Double:
+            return *value.get_if<double>();
+        case Value::Type::Fixed:
+            return value.get_if<Fixed4>()->to_double();
+        case Value::Type::Date:
+            return serial_number(*value.get_if<DateTime>());
+        case Value::Type::Text:
+            break;
     }
     const auto number = read_number(*value.get_if<std::string>());
     if (!number) throw fault::type_mismatch();
     return *number;
 }
 
-int32_t to_int32(const Value& value) { return to_integer<int32_t>(value); }
+int32_t to_int32(const Value& value)
+{
+    return to_integer<int32_t>(value);
+}
 
-int16_t to_int16(const Value& value) { return to_integer<int16_t>(value); }
+int16_t to_int16(const Value& value)
+{
+    return to_integer<int16_t>(value);
+}
 
 bool to_bool(const Value& value)
 {

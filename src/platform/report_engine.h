@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "values/table_source.h"
+
+namespace velora {
+
+enum class ExportFormat : uint8_t { Pdf, Html, Xls, Doc, Rtf, Txt, Xml };
+
+/// Finished pages of a report, kept for a window.
+class PageView {
+public:
+    virtual ~PageView() = default;
+
+    [[nodiscard]] virtual size_t page_count() const = 0;
+    /// The page as a PNG picture at so many pixels an inch.
+    [[nodiscard]] virtual std::string page_png(size_t page, double pixels_per_inch) const = 0;
+    [[nodiscard]] virtual std::string page_text(size_t page) const = 0;
+};
+
+/// A definition that has been opened, its data and its printer.
+class OpenedReport {
+public:
+    virtual ~OpenedReport() = default;
+
+    /// The fields that the definition declares, in its order.
+    [[nodiscard]] virtual const std::vector<TableSource::Field>& fields() const = 0;
+    [[nodiscard]] virtual bool brings_its_own_data() const = 0;
+
+    /// The one table of the report. It is read when the report is printed, exported or shown.
+    virtual void SetDataSource(std::shared_ptr<TableSource> data) = 0;
+    virtual void SelectPrinter(const std::string& driver, const std::string& device, const std::string& port) = 0;
+    virtual void PaperOrientation(int orientation) = 0;
+    virtual void PaperSource(int source) = 0;
+
+    virtual void PrintOut() = 0;
+    /// Writes beside the target first and renames at the end. @throws Fault; the earlier file then stays as it was
+    virtual void Export(ExportFormat format, const std::string& path) = 0;
+    /// Takes the data at once, so that the source may be closed afterwards.
+    virtual std::shared_ptr<PageView> View() = 0;
+
+    /// What the definition or its run met that a designer should know; line and column where known.
+    [[nodiscard]] virtual const std::vector<std::string>& warnings() const = 0;
+};
+
+class ReportEngine {
+public:
+    virtual ~ReportEngine() = default;
+
+    /// @throws Fault 20507 when the file is missing or is no definition, with the reason in `where`
+    virtual std::shared_ptr<OpenedReport> OpenReport(const std::string& path) = 0;
+};
+
+}  // namespace velora
