@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velora::engine {
+
+/// A file that comes into being as a whole: bytes go to a temporary file beside it, which `finish` renames.
+/// Destroyed unfinished, it removes the temporary file.
+class OutputFile {
+public:
+    /// @throws Fault 75 with file name and reason
+    explicit OutputFile(std::filesystem::path target);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    /// @throws Fault 75 with file name and reason, a full disk for example
+    void write(std::string_view bytes);
+    void finish();
+
+    [[nodiscard]] const std::filesystem::path& target() const { return target_; }
+    /// Where the bytes go until `finish`; for libraries that write files themselves.
+    [[nodiscard]] const std::filesystem::path& temporary() const { return temporary_; }
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    };
+    [[noreturn]] void fail(int error) const;
+
+    std::filesystem::path target_;
+    std::filesystem::path temporary_;
+    std::unique_ptr<std::FILE, Close> file_;
+};
+
+}  // namespace velora::engine
