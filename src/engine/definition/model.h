@@ -13,7 +13,7 @@
 
 /// A report definition as it was written: both written forms are read into these structures. Lengths are whole
 /// points. Nothing is resolved here: names of styles, groups and variables are kept as texts, expressions as source.
-namespace velora::engine {
+namespace velora::engine::model {
 
 struct Property {
     std::string name;
@@ -42,7 +42,7 @@ struct Parameter {
     ExpressionText default_value;
     bool for_prompting = true;
     Properties properties;
-    Place place;
+    Position place;
 };
 
 struct Field {
@@ -50,7 +50,7 @@ struct Field {
     std::string class_name = "java.lang.String";
     std::string description;
     Properties properties;
-    Place place;
+    Position place;
 };
 
 struct SortField {
@@ -58,7 +58,7 @@ struct SortField {
     std::string name;
     By by = By::Field;
     bool descending = false;
-    Place place;
+    Position place;
 };
 
 enum class Calculation : uint8_t {
@@ -88,7 +88,7 @@ struct Variable {
     std::string increment_group;
     ExpressionText expression;
     ExpressionText initial_value;
-    Place place;
+    Position place;
 };
 
 struct Query {
@@ -318,7 +318,7 @@ struct Element {
     ExpressionText print_when;
     ExpressionText style_expression;
     Properties properties;
-    Place place;
+    Position place;
     ElementBody body;
 };
 
@@ -330,7 +330,7 @@ struct Band {
     ExpressionText print_when;
     std::vector<Element> elements;
     Properties properties;
-    Place place;
+    Position place;
 };
 
 enum class FooterPosition : uint8_t { Normal, StackAtBottom, ForceAtBottom, CollateAtBottom };
@@ -350,7 +350,7 @@ struct Group {
     int min_height_to_start_new_page = 0;
     int min_details_to_start_from_top = 0;
     FooterPosition footer_position = FooterPosition::Normal;
-    Place place;
+    Position place;
 };
 
 /// Query, fields and variables of the report itself or of a sub-dataset.
@@ -366,7 +366,7 @@ struct Dataset {
     std::string resource_bundle;
     std::string when_resource_missing = "Null";  ///< Null, Empty, Key, Error
     Properties properties;
-    Place place;
+    Position place;
 };
 
 // --------------------------------------------------------------------------------------------- the report
@@ -420,4 +420,4 @@ struct Definition {
     std::optional<Band> no_data;
 };
 
-}  // namespace velora::engine
+}  // namespace velora::engine::model

@@ -5,39 +5,21 @@
 #include <string>
 #include <vector>
 
-/// Attributes that an element takes from a style, each one optional: what is not set is inherited.
-namespace velora::engine {
+#include "engine/expression/definition_error.h"
+#include "engine/page/style.h"
 
-/// Where something stands in the definition file; both count from 1, 0 when unknown.
-struct Place {
-    uint32_t line = 0;
-    uint32_t column = 0;
-};
+/// Attributes that an element takes from a style, each one optional: what is not set is inherited.
+namespace velora::engine::model {
 
 /// An expression as it stands in the file; empty when the definition has none.
 struct ExpressionText {
     std::string text;
-    Place place;
+    Position place;
 
     [[nodiscard]] bool present() const { return !text.empty(); }
 };
 
-struct Color {
-    uint8_t red = 0;
-    uint8_t green = 0;
-    uint8_t blue = 0;
-    uint8_t alpha = 255;
-
-    bool operator==(const Color&) const = default;
-};
-
 enum class Mode : uint8_t { Opaque, Transparent };
-enum class HorizontalAlign : uint8_t { Left, Center, Right, Justified };
-enum class VerticalAlign : uint8_t { Top, Middle, Bottom, Justified };
-enum class Rotation : uint8_t { None, Left, Right, UpsideDown };
-enum class ScaleImage : uint8_t { Clip, FillFrame, RetainShape, RealHeight, RealSize };
-enum class LineStyle : uint8_t { Solid, Dashed, Dotted, Double };
-enum class LineSpacing : uint8_t { Single, OneAndHalf, Double, AtLeast, Fixed, Proportional };
 enum class Markup : uint8_t { None, Styled, Html, Rtf };
 
 struct PenAttributes {
@@ -117,7 +99,7 @@ struct Style {
     bool is_default = false;
     StyleAttributes attributes;
     std::vector<ConditionalStyle> conditions;  ///< in order; each one that holds is laid over the former ones
-    Place place;
+    Position place;
 };
 
-}  // namespace velora::engine
+}  // namespace velora::engine::model
