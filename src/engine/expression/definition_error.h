@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -7,8 +8,8 @@ namespace velora::engine {
 
 /// A place in a definition file, both counted from 1; 0 where it is unknown.
 struct Position {
-    int line = 0;
-    int column = 0;
+    uint32_t line = 0;
+    uint32_t column = 0;
 
     bool operator==(const Position&) const = default;
 };

@@ -20,7 +20,10 @@ enum class ValueClass : uint8_t {
     Float,
     Double,
     Decimal,
-    Date,
+    Date,       ///< java.util.Date
+    SqlDate,    ///< a day without a time
+    Time,       ///< a time of day
+    Timestamp,  ///< as databases give it
     Text,
 };
 
@@ -32,6 +35,7 @@ std::optional<ValueClass> value_class(std::string_view declared);
 std::string_view class_name(ValueClass value_class);
 
 constexpr bool is_integer(ValueClass c) { return c >= ValueClass::Character && c <= ValueClass::Long; }
+constexpr bool is_date(ValueClass c) { return c >= ValueClass::Date && c <= ValueClass::Timestamp; }
 constexpr bool is_number(ValueClass c) { return c >= ValueClass::Character && c <= ValueClass::Decimal; }
 
 }  // namespace velora::engine
