@@ -98,7 +98,7 @@ struct Style {
     std::string parent;  ///< name of the style that it inherits from, empty for none
     bool is_default = false;
     StyleAttributes attributes;
-    std::vector<ConditionalStyle> conditions;  ///< in order; each one that holds is laid over the former ones
+    std::vector<ConditionalStyle> conditions;  ///< of those that hold, an earlier one wins
     Position place;
 };
 
