@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "session/session_state.h"
+
+namespace velora {
+
+// The lookup lists and the company's defaults. Each loader replaces the old object, so that a change of the table
+// shows at the next call of an entry point.
+
+void Get_QuoteStatus(SessionState& state, bool pAll);
+void Get_QuoteType(SessionState& state, bool pAll);
+void Get_QuoteConfid(SessionState& state, bool pAll);
+void Get_Reasons(SessionState& state, bool pAll);
+void Get_Defaults(SessionState& state);
+
+/// List kinds of the two helpers below: 0 status, 1 reason, 2 type, 3 confidence.
+inline constexpr int16_t kListStatus = 0;
+inline constexpr int16_t kListReason = 1;
+inline constexpr int16_t kListType = 2;
+inline constexpr int16_t kListConfidence = 3;
+
+/// Calls `add` with the text and the key of each row in the order of the list; nothing for a kind above 3.
+void Load_Options(SessionState& state, const std::shared_ptr<Recordset>& list, int16_t pKind,
+                  const std::function<void(const std::string& text, int32_t key)>& add);
+
+/// The display text of a key: the name, or the code where the name is blank; of a reason always the code.
+std::string Return_ListValue(SessionState& state, const std::shared_ptr<Recordset>& list, int16_t pID, int16_t pKind);
+
+/// Fills the versions that are still blank; once filled they stay for the life of the process.
+void Get_ModuleVersions(SessionState& state);
+
+/// The version of an active accounting module, blank when there is none of that id.
+std::string AP_ModuleVersion(SessionState& state, std::string_view module);
+
+/// A column of the company's defaults. @throws Fault when the row or the column is not there
+const Value& company_default(SessionState& state, std::string_view column);
+
+/// The trimmed id of the company of the session.
+std::string company_id(SessionState& state);
+
+}  // namespace velora

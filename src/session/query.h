@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "session/session_state.h"
+
+namespace velora {
+
+/// The two texts of one query site. They are separate on purpose: each dialect runs only its own.
+struct Query {
+    Command sql_server;
+    Command pervasive;
+};
+
+/// Opens the text of the engine in use. With an engine that is neither of the two nothing is opened, and the first
+/// touch of the result is fault 3704.
+std::shared_ptr<Recordset> open_query(SessionState& state, const Query& query, Cursor cursor);
+
+/// Runs a statement of the dialect in use; nothing with any other engine.
+void execute(SessionState& state, std::string_view sql_server, std::string_view pervasive);
+
+/// Moves to the first row; false for an empty recordset.
+bool move_to_first(Recordset& rows);
+
+/// The text with each single quote doubled, as it stands between single quotes in a statement.
+std::string doubled_quotes(std::string_view text);
+
+}  // namespace velora

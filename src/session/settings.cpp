@@ -1,0 +1,49 @@
+#include "session/settings.h"
+
+#include <filesystem>
+
+#include "session/error_messengers.h"
+
+namespace velora {
+
+namespace {
+constexpr std::string_view kApplication = "Morvane\\Velora";
+}
+
+std::string setting(SessionState& state, std::string_view key, std::string_view otherwise)
+{
+    if (state.ports.settings == nullptr) throw fault::object_not_set("settings");
+    return state.ports.settings->get(kApplication, state.gReportSection, key, otherwise);
+}
+
+std::string Encrypt(SessionState& state, std::string_view pText)
+{
+    std::string result;
+    with_failure_path(state, ErrorMessenger, "modGeneral.Encrypt", [&] {
+        if (state.ports.cipher == nullptr) throw fault::of(fault::kCannotCreate, "PasswordCipher");
+        result = state.ports.cipher->scramble(pText);
+    });
+    return result;
+}
+
+std::string Decrypt(SessionState& state, std::string_view pText)
+{
+    std::string result;
+    with_failure_path(state, ErrorMessenger, "modGeneral.Decrypt", [&] {
+        if (state.ports.cipher == nullptr) throw fault::of(fault::kCannotCreate, "PasswordCipher");
+        result = state.ports.cipher->unscramble(pText);
+    });
+    return result;
+}
+
+std::string application_path(const SessionState& state, std::string_view folder, std::string_view file)
+{
+    constexpr char separator = static_cast<char>(std::filesystem::path::preferred_separator);
+    std::string path = state.ports.application_folder;
+    for (const auto part : {folder, file}) {
+        if (!part.empty()) path.append(1, separator).append(part);
+    }
+    return path;
+}
+
+}  // namespace velora
