@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "engine/export/xls_records.h"
+
+namespace velora::engine {
+
+/// The shared string table of a workbook: each text once, cells refer to it by number.
+class XlsStrings {
+public:
+    /// A cell holds at most this many characters.
+    static constexpr size_t kMaxCharacters = 32767;
+
+    /// Number of the text, which is cut to what a cell holds.
+    uint32_t add(std::string_view utf8);
+    /// UTF-8 text of a number handed out earlier.
+    [[nodiscard]] const std::string& text(uint32_t number) const { return *texts_[number]; }
+    [[nodiscard]] size_t size() const { return texts_.size(); }
+
+    /// Writes SST and its index EXTSST; `references` is the number of cells that refer to the table.
+    void write(XlsRecords& stream, uint32_t references) const;
+
+private:
+    std::unordered_map<std::string, uint32_t> numbers_;
+    std::vector<const std::string*> texts_;  ///< keys of `numbers_`, whose nodes stay where they are
+};
+
+}  // namespace velora::engine
