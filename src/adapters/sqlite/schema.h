@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+namespace velora {
+
+/// Makes the product's database as a new file: all tables, without rows. No column refuses a null and no key has to be
+/// unique; what an insert leaves out of a quote is filled with a harmless value, but for the transfer date.
+/// @throws Fault 75 when the file exists already or cannot be written
+void create_product_schema(const std::string& path);
+
+}  // namespace velora
