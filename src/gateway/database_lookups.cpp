@@ -14,13 +14,6 @@ Query texts(std::string sql_server, std::string pervasive)
     return {Command::statement(std::move(sql_server)), Command::statement(std::move(pervasive))};
 }
 
-std::optional<DateTime> date_of(const Value& value)
-{
-    if (const auto* date = value.get_if<DateTime>()) return *date;
-    if (const auto* text = value.get_if<std::string>()) return DateTime::from_iso(trimmed(*text));
-    return std::nullopt;
-}
-
 /// The date order of the server's default language; none when it does not list its languages at all.
 std::optional<std::string> server_date_order(SessionState& state)
 {
@@ -154,7 +147,7 @@ std::string SQLServer_DateFormat(SessionState& state, const Value& pDate, bool p
 {
     std::string result;
     with_failure_path(state, ErrorADO, "modGeneral.SQLServer_DateFormat", [&] {
-        const auto date = date_of(pDate);
+        const auto date = date_in(pDate);
         if (!date) return;
         result = in_order(state, *date, server_date_order(state));
         if (pEndOfDay) result += " 23:59:59.999";

@@ -45,6 +45,7 @@ struct Ports {
     Clock* clock = nullptr;
     Region* region = nullptr;
     std::string application_folder;
+    std::string export_file;  ///< a host may name the file of an export itself; blank: folder and name as set up
     /// Sees the finished data pipe of a run before it is delivered; a host may leave it empty.
     std::function<void(const DataPipeRecordset&)> on_pipe;
 };

@@ -104,6 +104,13 @@ DateTime to_date(const Value& value)
     return {static_cast<int32_t>(day), static_cast<int32_t>(std::lround((serial - day) * 86400.0)) % 86400};
 }
 
+std::optional<DateTime> date_in(const Value& value)
+{
+    if (const auto* date = value.get_if<DateTime>()) return *date;
+    if (const auto* text = value.get_if<std::string>()) return DateTime::from_iso(trimmed(*text));
+    return std::nullopt;
+}
+
 double numeric_value(const Value& value)
 {
     if (value.get_if<std::string>() != nullptr) return leading_number(*value.get_if<std::string>());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -59,6 +60,8 @@ int16_t to_int16(const Value& value);
 bool to_bool(const Value& value);
 /// @throws Fault 13 for text that is no ISO date
 DateTime to_date(const Value& value);
+/// The value as a date where it is one or ISO text of one.
+std::optional<DateTime> date_in(const Value& value);
 /// The number at the start of the value's text: 0 for text that starts with none.
 double numeric_value(const Value& value);
 /// The value's text without the blanks at both ends.
