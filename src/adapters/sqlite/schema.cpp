@@ -1,7 +1,5 @@
 #include "adapters/sqlite/schema.h"
 
-#include "adapters/sqlite_core/schema_writer.h"
-
 namespace velora {
 
 namespace {
@@ -109,11 +107,16 @@ void fill_quotes(SchemaTable& quote)
 
 }  // namespace
 
-void create_product_schema(const std::string& path)
+std::vector<SchemaTable> product_tables()
 {
     auto schema = tables();
     fill_quotes(schema.front());
-    sqlite::create_schema(path, schema);
+    return schema;
+}
+
+void create_product_schema(const std::string& path)
+{
+    sqlite::create_schema(path, product_tables());
 }
 
 }  // namespace velora

@@ -1,10 +1,7 @@
 #include "adapters/sqlite_core/schema_writer.h"
 
-#include <sqlite3.h>
-
 #include <filesystem>
 
-#include "adapters/sqlite_core/date_collation.h"
 #include "values/fault.h"
 #include "values/text.h"
 
@@ -75,10 +72,6 @@ std::string date_triggers(std::string_view table, std::string_view column)
     return trigger("insert", "INSERT") + trigger("update", "UPDATE OF \"" + std::string(column) + "\"");
 }
 
-struct CloseDatabase {
-    void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
-};
-
 }  // namespace
 
 std::string table_sql(const SchemaTable& table)
@@ -102,24 +95,22 @@ std::string table_sql(const SchemaTable& table)
     return sql;
 }
 
+void create_tables(const Database& database, std::span<const SchemaTable> tables)
+{
+    std::string sql = "BEGIN;\n";
+    for (const auto& table : tables) sql += table_sql(table);
+    database.run(sql + "COMMIT;");
+}
+
 void create_schema(const std::string& path, std::span<const SchemaTable> tables)
 {
     if (std::filesystem::exists(path)) throw Fault(fault::kPathAccess, path + ": there is a file of this name", path);
-
-    sqlite3* handle = nullptr;
-    int status = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    const std::unique_ptr<sqlite3, CloseDatabase> database(handle);
-    if (status == SQLITE_OK) {
-        add_date_collation(handle, DateOrder::MonthDayYear);
-        std::string sql = "BEGIN;\n";
-        for (const auto& table : tables) sql += table_sql(table);
-        status = sqlite3_exec(handle, (sql + "COMMIT;").c_str(), nullptr, nullptr, nullptr);
-    }
-    if (status != SQLITE_OK) {
-        const std::string reason = handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(status);
+    try {
+        create_tables(Database::create(path), tables);
+    } catch (const DriverError& error) {
         std::error_code ignored;
         std::filesystem::remove(path, ignored);
-        throw Fault(fault::kPathAccess, path + ": the database cannot be made: " + reason, path);
+        throw Fault(fault::kPathAccess, path + ": the database cannot be made: " + error.what(), path);
     }
 }
 

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "adapters/sqlite_core/database.h"
+
 namespace velora::sqlite {
 
 /// How a column is declared, which decides how its cells are read.
@@ -35,6 +37,9 @@ struct SchemaTable {
 /// Makes a new database file with these tables, all or nothing.
 /// @throws Fault 75 when the file exists already or cannot be written
 void create_schema(const std::string& path, std::span<const SchemaTable> tables);
+
+/// Makes the tables in a database that is open. @throws DriverError
+void create_tables(const Database& database, std::span<const SchemaTable> tables);
 
 /// The statements of one table: the table, its triggers and its indexes. Nothing in them needs more than plain SQLite,
 /// so that other programs can write rows.

@@ -1,0 +1,114 @@
+#include "adapters/sqlite/connection.h"
+
+#include <sqlite3.h>
+
+#include "adapters/sqlite/forward_recordset.h"
+#include "adapters/sqlite/procedures.h"
+#include "adapters/sqlite/schema.h"
+#include "adapters/sqlite_core/schema_writer.h"
+
+namespace velora {
+
+namespace {
+
+using sqlite::Database;
+using sqlite::DriverError;
+using sqlite::StatementPool;
+
+constexpr int kUnknownProcedure = 2812;  // the number that a server gives it
+
+class SqliteConnection final : public Connection {
+public:
+    SqliteConnection(Database database, int default_language)
+        : pool_(std::make_shared<StatementPool>(std::move(database))), default_language_(default_language)
+    {
+    }
+
+    std::unique_ptr<Recordset> Open(const Command& command, Cursor cursor) override
+    {
+        try {
+            return run(command, cursor);
+        } catch (const DriverError& error) {
+            throw report(errors_, error, command.text);
+        }
+    }
+
+    std::unique_ptr<Recordset> Execute(std::string_view text) override
+    {
+        return Open(Command::statement(std::string(text)), Cursor::Forward);
+    }
+
+    std::vector<DatabaseError>& Errors() override { return *errors_; }
+
+private:
+    std::unique_ptr<Recordset> run(const Command& command, Cursor cursor);
+    std::string statement_text(const Command& command) const;
+
+    std::shared_ptr<StatementPool> pool_;
+    sqlite::ErrorList errors_ = std::make_shared<std::vector<DatabaseError>>();
+    int default_language_;
+};
+
+std::string SqliteConnection::statement_text(const Command& command) const
+{
+    if (command.kind == Command::Kind::StoredProcedure) {
+        if (const auto statement = sqlite::procedure_statement(command.text)) return std::string(*statement);
+        throw DriverError(kUnknownProcedure, "Could not find stored procedure '" + command.text + "'.");
+    }
+    return sqlite::batch_statement(command.text, default_language_).value_or(command.text);
+}
+
+void bind_parameters(StatementPool::Loan& statement, const Command& command)
+{
+    const auto given = static_cast<int>(command.parameters.size());
+    if (given != statement->mark_count()) {
+        throw DriverError(SQLITE_RANGE, "the statement has " + std::to_string(statement->mark_count()) +
+                                            " parameters and got " + std::to_string(given));
+    }
+    for (int at = 0; at < given; ++at) statement->bind(at + 1, command.parameters[static_cast<size_t>(at)].value);
+}
+
+std::unique_ptr<Recordset> all_rows(StatementPool::Loan& statement)
+{
+    std::vector<std::vector<Value>> rows;
+    while (statement->step()) {
+        auto& row = rows.emplace_back();
+        row.reserve(statement->column_count());
+        for (size_t column = 0; column < statement->column_count(); ++column) row.push_back(statement->value(column));
+    }
+    std::vector<std::string> names;
+    for (size_t column = 0; column < statement->column_count(); ++column) {
+        names.push_back(statement->columns()->name(column));
+    }
+    return std::make_unique<ClientRecordset>(std::move(names), std::move(rows));
+}
+
+std::unique_ptr<Recordset> SqliteConnection::run(const Command& command, Cursor cursor)
+{
+    auto statement = pool_->lend(statement_text(command));
+    bind_parameters(statement, command);
+    if (cursor == Cursor::Client || statement->column_count() == 0) return all_rows(statement);
+    return std::make_unique<sqlite::ForwardRecordset>(std::move(statement), errors_);
+}
+
+Database::Options database_options(const SqliteOptions& options)
+{
+    return {Database::Access::ReadWrite, sqlite::date_order_of(options.default_language), options.busy_milliseconds};
+}
+
+}  // namespace
+
+std::unique_ptr<Connection> open_sqlite(const std::string& path, const SqliteOptions& options)
+{
+    return std::make_unique<SqliteConnection>(Database::open(path, database_options(options)),
+                                              options.default_language);
+}
+
+std::unique_ptr<Connection> open_sqlite_in_memory(const SqliteOptions& options)
+{
+    auto database = Database::memory(database_options(options));
+    sqlite::create_tables(database, product_tables());
+    return std::make_unique<SqliteConnection>(std::move(database), options.default_language);
+}
+
+}  // namespace velora
