@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "engine/page/style.h"
 
@@ -14,21 +13,22 @@ namespace velora::engine {
 class Face;
 
 /// Finds the faces for fonts by name: the shipped ones in a folder, others with the system's help.
+/// Opens files when they are first needed. Not for several threads at once.
 class FontStore {
 public:
     using Warn = std::function<void(const std::string&)>;
 
-    /// @param folder  holds the shipped faces; they are opened when first needed
+    /// @param folder  holds the shipped faces
     /// @param warn    told once for each font that is missing, with its name; may be empty
     explicit FontStore(std::filesystem::path folder, Warn warn = {});
     ~FontStore();
     FontStore(const FontStore&) = delete;
     FontStore& operator=(const FontStore&) = delete;
 
-    /// The face for a font. One that is missing gives the shipped sans serif face.
-    /// @throws Fault 53 when not even the shipped face can be read
+    /// The face for family, bold and italic of a font; it lives as long as the store. A missing family gives a
+    /// shipped one that comes near. @throws Fault 53 when not even that file can be read
     const Face& face(const Font& font);
-    /// A face that has the character, or null.
+    /// A face that has the character where the font's own lacks it, or null when none has.
     const Face* fallback(char32_t character, const Font& font);
 
 private:

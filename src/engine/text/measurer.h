@@ -35,7 +35,7 @@ struct TextLayout {
     bool complete = true;  ///< everything is shown
 };
 
-/// Lays texts out. Holds caches and is therefore not for several threads at once; the fonts may be shared.
+/// Lays texts out. Holds caches: not for several threads at once.
 class Measurer {
 public:
     explicit Measurer(FontStore& fonts);
@@ -52,6 +52,8 @@ public:
 
 private:
     struct Caches;
+    void fill_last_line(const TextRequest& request, TextLayout& layout);
+
     FontStore& fonts_;
     std::unique_ptr<Caches> caches_;
 };
