@@ -34,8 +34,17 @@ std::optional<ValueClass> value_class(std::string_view declared);
 /// The short name a message shows: "Integer", "BigDecimal", "String".
 std::string_view class_name(ValueClass value_class);
 
-constexpr bool is_integer(ValueClass c) { return c >= ValueClass::Character && c <= ValueClass::Long; }
-constexpr bool is_date(ValueClass c) { return c >= ValueClass::Date && c <= ValueClass::Timestamp; }
-constexpr bool is_number(ValueClass c) { return c >= ValueClass::Character && c <= ValueClass::Decimal; }
+constexpr bool is_integer(ValueClass c)
+{
+    return c >= ValueClass::Character && c <= ValueClass::Long;
+}
+constexpr bool is_date(ValueClass c)
+{
+    return c >= ValueClass::Date && c <= ValueClass::Timestamp;
+}
+constexpr bool is_number(ValueClass c)
+{
+    return c >= ValueClass::Character && c <= ValueClass::Decimal;
+}
 
 }  // namespace velora::engine

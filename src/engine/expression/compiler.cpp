@@ -1,0 +1,601 @@
+#include <algorithm>
+#include <array>
+
+#include "engine/expression/program.h"
+#include "engine/expression/token.h"
+
+namespace velora::engine {
+
+namespace {
+
+constexpr int kDeepestNesting = 150;
+constexpr uint16_t kDeepestProgram = 400;
+constexpr size_t kLongestText = 1U << 20;
+constexpr size_t kMostInstructions = 100'000;
+constexpr size_t kMostOperands = 1'000'000;
+
+struct Operator {
+    std::string_view mark;
+    int strength;
+    Op op;
+};
+
+constexpr auto kOperators = std::to_array<Operator>({
+    // clang-format off
+    {"||", 1, Op::Or},
+    {"&&", 2, Op::And},
+    {"==", 3, Op::Equal},
+    {"!=", 3, Op::NotEqual},
+    {"<",  4, Op::Less},
+    {"<=", 4, Op::LessOrEqual},
+    {">",  4, Op::Greater},
+    {">=", 4, Op::GreaterOrEqual},
+    {"+",  5, Op::Add},
+    {"-",  5, Op::Subtract},
+    {"*",  6, Op::Multiply},
+    {"/",  6, Op::Divide},
+    {"%",  6, Op::Remainder},
+    // clang-format on
+});
+constexpr int kInstanceOfStrength = 4;
+
+constexpr auto kPackages = std::to_array<std::string_view>(
+    {"", "java.lang.", "java.math.", "java.util.", "java.text.", "java.sql.", "java.time."});
+
+bool is_upper(char c)
+{
+    return c >= 'A' && c <= 'Z';
+}
+
+std::string quoted(std::string_view text)
+{
+    return "'" + std::string(text) + "'";
+}
+
+/// Reads tokens from left to right and writes instructions, operands before the one that uses them.
+class Compiler {
+public:
+    Compiler(std::string_view text, const Names& names)
+        : names_(names), tokens_(tokens_of(text)), program_(std::make_shared<Program>())
+    {
+    }
+
+    std::shared_ptr<const Program> run()
+    {
+        const uint32_t result = choice();
+        if (token().kind != TokenKind::End) fail(token(), "this is not expected here: " + shown(token()));
+        if (result + 1 != program_->code.size()) {
+            auto last = program_->code[result];
+            program_->code.push_back(last);
+        }
+        return std::move(program_);
+    }
+
+private:
+    [[noreturn]] static void fail(const Token& at, const std::string& reason) { throw SyntaxError(at.offset, reason); }
+
+    static std::string shown(const Token& token)
+    {
+        switch (token.kind) {
+            case TokenKind::End:
+                return "the end";
+            case TokenKind::Literal:
+                return "a literal";
+            case TokenKind::Reference:
+                return "$" + std::string(1, token.reference) + "{" + std::string(token.text) + "}";
+            default:
+                return quoted(token.text);
+        }
+    }
+
+    [[nodiscard]] const Token& token(size_t ahead = 0) const
+    {
+        return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
+    }
+    [[nodiscard]] bool is_mark(std::string_view mark, size_t ahead = 0) const
+    {
+        return token(ahead).kind == TokenKind::Mark && token(ahead).text == mark;
+    }
+    [[nodiscard]] bool is_name(std::string_view name) const
+    {
+        return token().kind == TokenKind::Name && token().text == name;
+    }
+
+    bool take(std::string_view mark)
+    {
+        if (!is_mark(mark)) return false;
+        ++at_;
+        return true;
+    }
+
+    void expect(std::string_view mark)
+    {
+        if (!take(mark)) fail(token(), quoted(mark) + " is missing before " + shown(token()));
+    }
+
+    // ------------------------------------------------------------------------------------- instructions
+
+    [[nodiscard]] ValueClass class_of(uint32_t instruction) const { return program_->code[instruction].result; }
+
+    uint32_t emit(Instruction instruction, std::span<const uint32_t> operands)
+    {
+        if (program_->code.size() >= kMostInstructions || program_->operands.size() >= kMostOperands)
+            fail(token(), "the expression is too long");
+        instruction.first = static_cast<uint32_t>(program_->operands.size());
+        instruction.count = static_cast<uint32_t>(operands.size());
+        for (const uint32_t operand : operands) {
+            const auto below = static_cast<uint16_t>(program_->code[operand].depth + 1);
+            instruction.depth = std::max(instruction.depth, below);
+            program_->operands.push_back(operand);
+        }
+        if (instruction.depth > kDeepestProgram) fail(token(), "the expression is nested too deeply");
+        program_->code.push_back(instruction);
+        return static_cast<uint32_t>(program_->code.size() - 1);
+    }
+
+    uint32_t emit(Op op, ValueClass result, std::initializer_list<uint32_t> operands, uint32_t slot = 0)
+    {
+        return emit(Instruction{op, result, 1, slot, 0, 0}, std::span(operands.begin(), operands.size()));
+    }
+
+    uint32_t constant(Cell cell)
+    {
+        const auto result = cell.value_class;
+        program_->constants.push_back(std::move(cell));
+        return emit(Op::Constant, result, {}, static_cast<uint32_t>(program_->constants.size() - 1));
+    }
+
+    /// Adds an operand to an instruction that takes any number: a + b + c is one joining, not two.
+    uint32_t extended(uint32_t instruction, uint32_t operand)
+    {
+        const Instruction old = program_->code[instruction];
+        const auto from = program_->operands.begin() + old.first;
+        std::vector<uint32_t> operands(from, from + old.count);
+        operands.push_back(operand);
+        if (old.first + old.count == program_->operands.size()) program_->operands.resize(old.first);
+        return emit(Instruction{old.op, old.result, 1, 0, 0, 0}, operands);
+    }
+
+    // ----------------------------------------------------------------------------------------- operators
+
+    uint32_t choice()
+    {
+        if (++nesting_ > kDeepestNesting) fail(token(), "the expression is nested too deeply");
+        uint32_t result = binary(1);
+        if (const Token& mark = token(); take("?")) {
+            need(mark, class_of(result), ValueClass::Boolean, "?:");
+            const uint32_t yes = choice();
+            expect(":");
+            const uint32_t no = choice();
+            result = chosen(result, yes, no);
+        }
+        --nesting_;
+        return result;
+    }
+
+    uint32_t chosen(uint32_t condition, uint32_t yes, uint32_t no)
+    {
+        const auto left = class_of(yes);
+        const auto right = class_of(no);
+        auto result = left == right || right == ValueClass::Null ? left
+                      : left == ValueClass::Null                 ? right
+                                                                 : ValueClass::Object;
+        const bool exact = left == ValueClass::Decimal || right == ValueClass::Decimal;
+        if (left != right && is_number(left) && is_number(right) && !exact) {
+            result = promoted(left, right);
+            if (left != result) yes = emit(Op::Convert, result, {yes});
+            if (right != result) no = emit(Op::Convert, result, {no});
+        }
+        return emit(Op::Choose, result, {condition, yes, no});
+    }
+
+    /// The operators of at least this strength, from left to right.
+    uint32_t binary(int strength)
+    {
+        uint32_t left = unary();
+        for (;;) {
+            const Token mark = token();
+            if (strength <= kInstanceOfStrength && is_name("instanceof")) {
+                ++at_;
+                left = instance_of(left);
+                continue;
+            }
+            const auto found = mark.kind == TokenKind::Mark ? std::ranges::find(kOperators, mark.text, &Operator::mark)
+                                                            : kOperators.end();
+            if (found == kOperators.end() || found->strength < strength) return left;
+            ++at_;
+            const uint32_t right = binary(found->strength + 1);
+            left = combined(*found, mark, left, right);
+        }
+    }
+
+    uint32_t combined(const Operator& sign, const Token& mark, uint32_t left, uint32_t right)
+    {
+        const auto a = class_of(left);
+        const auto b = class_of(right);
+        switch (sign.op) {
+            case Op::And:
+            case Op::Or:
+                need(mark, a, ValueClass::Boolean, sign.mark);
+                need(mark, b, ValueClass::Boolean, sign.mark);
+                if (program_->code[left].op == sign.op) return extended(left, right);
+                return emit(sign.op, ValueClass::Boolean, {left, right});
+            case Op::Equal:
+            case Op::NotEqual:
+            case Op::Less:
+            case Op::LessOrEqual:
+            case Op::Greater:
+            case Op::GreaterOrEqual:
+                if (!comparable(a, b)) fail(mark, two_classes(sign.mark, "does not compare", a, "with", b));
+                return emit(sign.op, ValueClass::Boolean, {left, right});
+            default:
+                return calculated(sign, mark, left, right);
+        }
+    }
+
+    uint32_t calculated(const Operator& sign, const Token& mark, uint32_t left, uint32_t right)
+    {
+        const auto a = class_of(left);
+        const auto b = class_of(right);
+        if (sign.op == Op::Add && (a == ValueClass::Text || b == ValueClass::Text)) {
+            if (program_->code[left].op == Op::Concat) return extended(left, right);
+            return emit(Op::Concat, ValueClass::Text, {left, right});
+        }
+        const auto computes = [](ValueClass c) {
+            return is_number(c) || c == ValueClass::Object || c == ValueClass::Null;
+        };
+        if (!computes(a) || !computes(b)) fail(mark, two_classes(sign.mark, "takes numbers, not", a, "and", b));
+        return emit(sign.op, promoted(a, b), {left, right});
+    }
+
+    static bool comparable(ValueClass a, ValueClass b)
+    {
+        const auto open = [](ValueClass c) { return c == ValueClass::Object || c == ValueClass::Null; };
+        return open(a) || open(b) || a == b || (is_number(a) && is_number(b)) || (is_date(a) && is_date(b));
+    }
+
+    static std::string two_classes(std::string_view mark, std::string_view verb, ValueClass a, std::string_view joint,
+                                   ValueClass b)
+    {
+        return quoted(mark) + " " + std::string(verb) + " " + std::string(class_name(a)) + " " + std::string(joint) +
+               " " + std::string(class_name(b));
+    }
+
+    static void need(const Token& mark, ValueClass given, ValueClass wanted, std::string_view what)
+    {
+        if (given == wanted || given == ValueClass::Object || given == ValueClass::Null) return;
+        fail(mark, quoted(what) + " takes a " + std::string(class_name(wanted)) + ", not a " +
+                       std::string(class_name(given)));
+    }
+
+    uint32_t instance_of(uint32_t value)
+    {
+        const Token start = token();
+        const std::string name = class_path();
+        if (name == "Number") return emit(Op::IsNumber, ValueClass::Boolean, {value});
+        const auto declared = value_class(name);
+        if (!declared) fail(start, "the class " + quoted(name) + " is outside the expression language");
+        return emit(Op::IsClass, ValueClass::Boolean, {value}, static_cast<uint32_t>(*declared));
+    }
+
+    uint32_t unary()
+    {
+        if (++nesting_ > kDeepestNesting) fail(token(), "the expression is nested too deeply");
+        const uint32_t result = unary_operand();
+        --nesting_;
+        return result;
+    }
+
+    uint32_t unary_operand()
+    {
+        const Token mark = token();
+        if (take("!")) {
+            const uint32_t operand = unary();
+            need(mark, class_of(operand), ValueClass::Boolean, "!");
+            return emit(Op::Not, ValueClass::Boolean, {operand});
+        }
+        if (take("-") || take("+")) {
+            const uint32_t operand = unary();
+            const auto given = class_of(operand);
+            if (!is_number(given) && given != ValueClass::Object && given != ValueClass::Null) {
+                fail(mark, quoted(mark.text) + " takes a number, not a " + std::string(class_name(given)));
+            }
+            if (mark.text == "+") return operand;
+            const auto result = is_number(given) ? promoted(given, given) : ValueClass::Object;
+            return emit(Op::Negate, result, {operand});
+        }
+        if (const auto cast = cast_class()) return emit(Op::Convert, *cast, {unary()});
+        return chained(primary());
+    }
+
+    /// Passes over "(Class)" when what follows can be cast.
+    std::optional<ValueClass> cast_class()
+    {
+        if (!is_mark("(") || token(1).kind != TokenKind::Name) return std::nullopt;
+        size_t end = 2;
+        std::string name(token(1).text);
+        while (is_mark(".", end) && token(end + 1).kind == TokenKind::Name) {
+            name.append(".").append(token(end + 1).text);
+            end += 2;
+        }
+        if (!is_mark(")", end)) return std::nullopt;
+        const Token& next = token(end + 1);
+        const bool operand = next.kind == TokenKind::Name || next.kind == TokenKind::Literal ||
+                             next.kind == TokenKind::Reference || next.text == "(" || next.text == "!" ||
+                             (next.text == "-" && !is_upper(name[name.rfind('.') + 1]));
+        if (!operand || next.text == "instanceof") return std::nullopt;
+        const auto declared = value_class(name);
+        if (!declared) fail(token(1), "a cast to " + quoted(name) + " is outside the expression language");
+        at_ += end + 1;
+        return declared;
+    }
+
+    // ------------------------------------------------------------------------------------------ operands
+
+    uint32_t primary()
+    {
+        const Token start = token();
+        switch (start.kind) {
+            case TokenKind::Literal:
+                ++at_;
+                return constant(start.literal);
+            case TokenKind::Reference:
+                ++at_;
+                return reference(start);
+            case TokenKind::Name:
+                return named();
+            default:
+                break;
+        }
+        if (!take("(")) fail(start, "a value is missing before " + shown(start));
+        const uint32_t inner = choice();
+        expect(")");
+        // a group of its own: "a" + (1 + 2) adds, and ("a" + 1) + 2 joins
+        return inner;
+    }
+
+    uint32_t reference(const Token& start)
+    {
+        if (start.reference == 'R') {
+            note({Reference::Kind::Resource, 0});
+            program_->constants.push_back(cell::text(std::string(start.text)));
+            return emit(Op::Resource, ValueClass::Text, {}, static_cast<uint32_t>(program_->constants.size() - 1));
+        }
+        const auto [op, kind, found] = looked_up(start);
+        if (!found) {
+            const std::string_view what = op == Op::Field ? "field" : op == Op::Variable ? "variable" : "parameter";
+            fail(start, "there is no " + std::string(what) + " " + quoted(start.text));
+        }
+        note({kind, found->slot});
+        return emit(op, found->value_class, {}, static_cast<uint32_t>(found->slot));
+    }
+
+    struct LookedUp {
+        Op op;
+        Reference::Kind kind;
+        std::optional<Name> found;
+    };
+
+    [[nodiscard]] LookedUp looked_up(const Token& start) const
+    {
+        if (start.reference == 'F') return {Op::Field, Reference::Kind::Field, names_.field(start.text)};
+        if (start.reference == 'V') return {Op::Variable, Reference::Kind::Variable, names_.variable(start.text)};
+        return {Op::Parameter, Reference::Kind::Parameter, names_.parameter(start.text)};
+    }
+
+    void note(Reference reference)
+    {
+        auto& all = program_->references;
+        if (std::ranges::find(all, reference) == all.end()) all.push_back(reference);
+    }
+
+    /// A word: a literal, a constructor, a free function, or a class with what is taken from it.
+    uint32_t named()
+    {
+        const Token start = token();
+        if (is_name("new")) return constructed();
+        if (is_mark("(", 1)) return free_call();
+        if (start.text == "true" || start.text == "false") {
+            ++at_;
+            return constant(cell::boolean(start.text == "true"));
+        }
+        if (start.text == "null") {
+            ++at_;
+            return constant({});
+        }
+        return class_member();
+    }
+
+    uint32_t free_call()
+    {
+        const Token start = token();
+        ++at_;
+        if (start.text == "IF") return if_call(start);
+        return called(start, "", start.text, {});
+    }
+
+    uint32_t if_call(const Token& start)
+    {
+        const auto parts = arguments();
+        if (parts.size() != 3) fail(start, "'IF' takes three arguments");
+        need(start, class_of(parts[0]), ValueClass::Boolean, "IF");
+        return chosen(parts[0], parts[1], parts[2]);
+    }
+
+    /// The words of a dotted name up to its class: "java.math.BigDecimal". Packages that the language does not have
+    /// stay in the name.
+    std::string class_path()
+    {
+        const Token start = token();
+        if (start.kind != TokenKind::Name) fail(start, "the name of a class is missing before " + shown(start));
+        std::string package;
+        while (token().kind == TokenKind::Name && !is_upper(token().text.front()) && is_mark(".", 1) &&
+               token(2).kind == TokenKind::Name) {
+            package.append(token().text).append(".");
+            at_ += 2;
+        }
+        const std::string name(token().text);
+        ++at_;
+        if (package + name == "java.sql.Date") return "java.sql.Date";
+        if (std::ranges::find(kPackages, package) == kPackages.end()) return package + name;
+        return name;
+    }
+
+    uint32_t constructed()
+    {
+        ++at_;
+        const Token start = token();
+        const std::string name = class_path();
+        if (!is_mark("(") || !has_function("new", name)) {
+            fail(start, "'new " + name + "' is outside the expression language");
+        }
+        return called(start, "new", name, {});
+    }
+
+    uint32_t class_member()
+    {
+        const Token start = token();
+        const std::string owner = class_path();
+        if (!take(".") || token().kind != TokenKind::Name) fail(start, unknown_word(owner));
+        const Token member = token();
+        ++at_;
+        if (is_mark("(")) {
+            if (!has_function(owner, member.text)) {
+                fail(start, quoted(owner + "." + std::string(member.text)) + " is outside the expression language");
+            }
+            return called(start, owner, member.text, {});
+        }
+        auto value = class_constant(owner, member.text);
+        if (!value) {
+            fail(start, quoted(owner + "." + std::string(member.text)) + " is outside the expression language");
+        }
+        return constant(std::move(*value));
+    }
+
+    static std::string unknown_word(std::string_view word)
+    {
+        return quoted(word) + " is outside the expression language; fields are written $F{name}, texts in quotes";
+    }
+
+    /// What is called on a value: .method(…).method(…)
+    uint32_t chained(uint32_t value)
+    {
+        while (take(".")) {
+            const Token method = token();
+            if (method.kind != TokenKind::Name) fail(method, "the name of a method is missing before " + shown(method));
+            ++at_;
+            if (!is_mark("("))
+                fail(method, quoted("." + std::string(method.text)) + " is outside the expression language");
+            if (method.text == "split") {
+                value = split(method, value);
+            } else {
+                value = called(method, ".", method.text, {value});
+            }
+        }
+        return value;
+    }
+
+    /// The parts of a text are taken at once, with an index or as their number.
+    uint32_t split(const Token& method, uint32_t value)
+    {
+        auto operands = arguments();
+        operands.insert(operands.begin(), value);
+        if (take("[")) {
+            operands.push_back(choice());
+            expect("]");
+            return call(method, ".", "split[]", operands);
+        }
+        if (!is_mark(".") || token(1).text != "length" || is_mark("(", 2)) {
+            fail(method, "the parts of 'split' are taken with [number] or .length");
+        }
+        at_ += 2;
+        return call(method, ".", "split.length", operands);
+    }
+
+    std::vector<uint32_t> arguments()
+    {
+        expect("(");
+        std::vector<uint32_t> out;
+        if (take(")")) return out;
+        do {
+            out.push_back(choice());
+        } while (take(","));
+        expect(")");
+        return out;
+    }
+
+    uint32_t called(const Token& start, std::string_view owner, std::string_view name, std::vector<uint32_t> operands)
+    {
+        if (!has_function(owner, name)) {
+            fail(start, quoted(name) + " is outside the expression language");
+        }
+        std::ranges::copy(arguments(), std::back_inserter(operands));
+        return call(start, owner, name, operands);
+    }
+
+    uint32_t call(const Token& start, std::string_view owner, std::string_view name,
+                  const std::vector<uint32_t>& operands)
+    {
+        std::vector<ValueClass> classes;
+        for (const uint32_t operand : operands) classes.push_back(class_of(operand));
+        const Function* function = find_function(owner, name, classes);
+        if (function == nullptr) fail(start, quoted(name) + " does not take " + listed(owner, classes));
+        program_->asks_the_run = program_->asks_the_run || function->asks_the_run;
+        if (owner.empty() && name == "str") note({Reference::Kind::Resource, 0});
+        program_->functions.push_back(function);
+        const auto slot = static_cast<uint32_t>(program_->functions.size() - 1);
+        return emit(Instruction{Op::Call, function->result, 1, slot, 0, 0}, operands);
+    }
+
+    static std::string listed(std::string_view owner, std::span<const ValueClass> classes)
+    {
+        std::string out;
+        std::string on;
+        if (owner == ".") {
+            on = " on a " + std::string(class_name(classes.front()));
+            classes = classes.subspan(1);
+        }
+        for (const ValueClass c : classes) out.append(out.empty() ? "" : ", ").append(class_name(c));
+        return "(" + out + ")" + on;
+    }
+
+    const Names& names_;
+    std::vector<Token> tokens_;
+    size_t at_ = 0;
+    int nesting_ = 0;
+    std::shared_ptr<Program> program_;
+};
+
+/// The place of a byte of the text, whose first byte stands at `start`. Columns count characters.
+Position place_of(std::string_view text, size_t offset, Position start)
+{
+    if (start.line == 0) start = {1, 1};
+    for (const char c : text.substr(0, offset)) {
+        if (c == '\n') {
+            ++start.line;
+            start.column = 1;
+        } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {
+            ++start.column;
+        }
+    }
+    return start;
+}
+
+}  // namespace
+
+std::shared_ptr<const Program> compile_program(std::string_view text, const Names& names)
+{
+    if (text.size() > kLongestText) throw SyntaxError(0, "the expression is too long");
+    return Compiler(text, names).run();
+}
+
+Expression compile(std::string_view text, const Names& names, Position where, std::string_view element)
+{
+    try {
+        return Expression(compile_program(text, names));
+    } catch (const SyntaxError& error) {
+        throw DefinitionError(place_of(text, error.offset(), where), std::string(element), error.what());
+    }
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,228 @@
+#include <unicode/calendar.h>
+#include <unicode/locid.h>
+#include <unicode/numsys.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <algorithm>
+#include <array>
+
+#include "engine/expression/formatter.h"
+#include "engine/expression/utf16.h"
+
+namespace velora::engine {
+
+namespace {
+
+using Style = icu::DateFormat::EStyle;
+
+std::optional<Style> style_of(std::string_view name)
+{
+    struct Named {
+        std::string_view name;
+        Style style;
+    };
+    static constexpr auto kStyles = std::to_array<Named>({{"short", Style::kShort},
+                                                          {"medium", Style::kMedium},
+                                                          {"long", Style::kLong},
+                                                          {"full", Style::kFull},
+                                                          {"default", Style::kDefault},
+                                                          {"hide", Style::kNone}});
+    const auto found = std::ranges::find(kStyles, name, &Named::name);
+    if (found == kStyles.end()) return std::nullopt;
+    return found->style;
+}
+
+/// The format of "short", "medium,hide" and the like; null when the pattern is none of them.
+std::unique_ptr<icu::DateFormat> styled_format(std::string_view pattern, const icu::Locale& locale)
+{
+    const auto comma = pattern.find(',');
+    const auto date = style_of(pattern.substr(0, comma));
+    const auto time = comma == std::string_view::npos ? date : style_of(pattern.substr(comma + 1));
+    if (!date || !time || (*date == Style::kNone && *time == Style::kNone)) return nullptr;
+    return std::unique_ptr<icu::DateFormat>(icu::DateFormat::createDateTimeInstance(*date, *time, locale));
+}
+
+/// Letters of a pattern outside quotes.
+template <class Visit>
+bool each_letter(std::string_view pattern, Visit visit)
+{
+    bool quoted = false;
+    for (size_t at = 0; at < pattern.size();) {
+        const char c = pattern[at];
+        size_t end = at + 1;
+        const bool letter = !quoted && ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'));
+        if (letter) end = std::min(pattern.find_first_not_of(c, at), pattern.size());
+        if (c == '\'') {
+            quoted = !quoted;
+        } else if (!visit(letter, pattern.substr(at, end - at))) {
+            return false;
+        }
+        at = end;
+    }
+    return true;
+}
+
+bool shows_zone(std::string_view pattern)
+{
+    return !each_letter(pattern, [](bool letter, std::string_view run) {
+        return !letter || std::string_view("zZXxVvO").find(run.front()) == std::string_view::npos;
+    });
+}
+
+/// Patterns of numbers alone, such as "dd/MM/yyyy HH:mm", are written without the general formatter.
+bool is_numeric(std::string_view pattern)
+{
+    return pattern.find('\'') == std::string_view::npos && each_letter(pattern, [](bool letter, std::string_view run) {
+               if (!letter) return true;
+               if (run.front() == 'y') return run.size() == 4 || run.size() == 2;
+               return run.size() <= 2 && std::string_view("MdHms").find(run.front()) != std::string_view::npos;
+           });
+}
+
+void append_field(const DateTime::Parts& parts, std::string_view run, std::string& out)
+{
+    int value = 0;
+    switch (run.front()) {
+        case 'y':
+            value = run.size() == 2 ? parts.year % 100 : parts.year;
+            break;
+        case 'M':
+            value = parts.month;
+            break;
+        case 'd':
+            value = parts.day;
+            break;
+        case 'H':
+            value = parts.hour;
+            break;
+        case 'm':
+            value = parts.minute;
+            break;
+        default:
+            value = parts.second;
+    }
+    const auto digits = std::to_string(value);
+    if (digits.size() < run.size()) out.append(run.size() - digits.size(), '0');
+    out += digits;
+}
+
+class DateFormatter : public Formatter {
+public:
+    DateFormatter(std::unique_ptr<icu::DateFormat> format, std::unique_ptr<icu::Calendar> calendar,
+                  std::string_view pattern, bool numeric)
+        : format_(std::move(format)), calendar_(std::move(calendar)), pattern_(numeric ? pattern : "")
+    {
+    }
+
+    [[nodiscard]] std::optional<std::string> format(const Cell& cell) const override
+    {
+        DateTime date;
+        if (const auto* held = cell.get_if<DateTime>()) {
+            date = *held;
+        } else if (cell.value_class == ValueClass::Long) {
+            date = from_milliseconds(*cell.get_if<int64_t>());
+        } else {
+            return std::nullopt;
+        }
+        return pattern_.empty() ? general(date) : numeric(date);
+    }
+
+    [[nodiscard]] Cell parse(std::string_view text) const override
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        const UDate moment =
+            format_->parse(icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())}), status);
+        if (U_FAILURE(status)) return {};
+        return cell::date(from_milliseconds(static_cast<int64_t>(moment)));
+    }
+
+private:
+    [[nodiscard]] std::string numeric(const DateTime& date) const
+    {
+        const auto parts = date.parts();
+        std::string out;
+        each_letter(pattern_, [&](bool letter, std::string_view run) {
+            if (letter) {
+                append_field(parts, run, out);
+            } else {
+                out += run;
+            }
+            return true;
+        });
+        return out;
+    }
+
+    [[nodiscard]] std::string general(const DateTime& date) const
+    {
+        icu::UnicodeString text;
+        format_->format(moment_of(date), text);
+        text.findAndReplace(icu::UnicodeString(char16_t{0x202F}), icu::UnicodeString(u' '));
+        std::string out;
+        text.toUTF8String(out);
+        return out;
+    }
+
+    /// The wall time is taken as UTC, unless the pattern shows the zone.
+    [[nodiscard]] UDate moment_of(const DateTime& date) const
+    {
+        if (calendar_ == nullptr) return static_cast<UDate>(milliseconds(cell::date(date)));
+        const std::unique_ptr<icu::Calendar> calendar(calendar_->clone());
+        const auto parts = date.parts();
+        calendar->clear();
+        calendar->set(parts.year, parts.month - 1, parts.day, parts.hour, parts.minute, parts.second);
+        UErrorCode status = U_ZERO_ERROR;
+        return calendar->getTime(status);
+    }
+
+    std::unique_ptr<icu::DateFormat> format_;
+    std::unique_ptr<icu::Calendar> calendar_;  ///< only for patterns that show the zone
+    std::string pattern_;                      ///< only for patterns of numbers
+};
+
+}  // namespace
+
+std::shared_ptr<const Formatter> make_date_formatter(std::string_view pattern, const std::string& locale,
+                                                     const std::string& time_zone)
+{
+    if (pattern.empty()) pattern = "short,short";
+    if (pattern.size() > 1000) return nullptr;
+    const auto icu_locale = icu::Locale::createCanonical(locale.c_str());
+    UErrorCode status = U_ZERO_ERROR;
+    auto format = styled_format(pattern, icu_locale);
+    const bool styled = format != nullptr;
+    if (!styled) {
+        format = std::make_unique<icu::SimpleDateFormat>(
+            icu::UnicodeString::fromUTF8({pattern.data(), static_cast<int32_t>(pattern.size())}), icu_locale, status);
+    }
+    const bool zoned = !styled && shows_zone(pattern);
+    const std::unique_ptr<icu::TimeZone> zone(
+        zoned ? icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(time_zone))
+              : icu::TimeZone::getGMT()->clone());
+    std::unique_ptr<icu::Calendar> calendar;
+    if (zoned) calendar.reset(icu::Calendar::createInstance(*zone, icu_locale, status));
+    const std::unique_ptr<icu::NumberingSystem> digits(icu::NumberingSystem::createInstance(icu_locale, status));
+    if (U_FAILURE(status)) return nullptr;
+    format->setTimeZone(*zone);
+    const bool latin = std::string_view(digits->getName()) == "latn";
+    return std::make_shared<DateFormatter>(std::move(format), std::move(calendar), pattern,
+                                           latin && !styled && is_numeric(pattern));
+}
+
+std::shared_ptr<const Formatter> FormatterCache::get(Kind kind, std::string_view pattern, const std::string& locale,
+                                                     const std::string& time_zone)
+{
+    constexpr size_t kMostKept = 64;
+    const std::scoped_lock lock(mutex_);
+    const auto found = std::ranges::find_if(entries_, [&](const Entry& entry) {
+        return entry.kind == kind && entry.pattern == pattern && entry.locale == locale && entry.time_zone == time_zone;
+    });
+    if (found != entries_.end()) return found->formatter;
+    if (entries_.size() >= kMostKept) entries_.clear();
+    auto formatter =
+        kind == Kind::Number ? make_number_formatter(pattern, locale) : make_date_formatter(pattern, locale, time_zone);
+    entries_.push_back({kind, std::string(pattern), locale, time_zone, formatter});
+    return formatter;
+}
+
+}  // namespace velora::engine
