@@ -69,6 +69,8 @@ PairBreak break_between(BreakClass before, BreakClass left, BreakClass right)
     if (entry == 'u') return PairBreak::Unknown;
     const bool usual = before == BreakClass::Letter || before == BreakClass::Digit;
     if (!usual && (left == BreakClass::Hyphen || left == BreakClass::Slash)) return PairBreak::Unknown;
+    const bool in_number = left != BreakClass::Slash || right != BreakClass::Digit || before == BreakClass::Digit;
+    if (!in_number) return PairBreak::Unknown;
     return entry == 'y' ? PairBreak::Yes : PairBreak::No;
 }
 
@@ -77,8 +79,8 @@ PairBreak break_after_blanks(BreakClass left, BreakClass right)
     switch (right) {
         case BreakClass::Other:
         case BreakClass::Space:
+        case BreakClass::Infix:  // what follows the sign decides
             return PairBreak::Unknown;
-        case BreakClass::Infix:
         case BreakClass::Slash:
         case BreakClass::Close:
         case BreakClass::Paren:
