@@ -81,14 +81,14 @@ std::string reason_of(int code, const std::string& message)
 Database Database::open(const std::string& path, const Options& options)
 {
     check_file(path);
-    const int flags = options.access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
     sqlite3* handle = nullptr;
-    const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, flags, nullptr);
+    const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
     Database database(handle);
     if (status != SQLITE_OK) throw refusal(path, sqlite3_errstr(status));
     try {
         database.set_up(options);
         database.run("SELECT count(*) FROM sqlite_master");
+        if (options.access == Access::QueryOnly) database.run("PRAGMA query_only = 1");
     } catch (const DriverError& error) {
         throw refusal(path, reason_of(error.code(), error.what()));
     }

@@ -25,7 +25,10 @@ private:
 /// and cannot be led to another file by a statement.
 class Database {
 public:
-    enum class Access : uint8_t { ReadOnly, ReadWrite };
+    enum class Access : uint8_t {
+        QueryOnly,  ///< no statement may change anything; what a broken write left behind is still cleared up
+        ReadWrite,
+    };
 
     struct Options {
         Access access = Access::ReadWrite;  ///< a file that may not be written opens for reading all the same

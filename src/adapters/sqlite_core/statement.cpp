@@ -42,14 +42,12 @@ Statement::Statement(const Database& database, const std::string& sql)
     if (!is_blank(rest)) throw DriverError(SQLITE_ERROR, "more than one statement in the text");
     const int columns = sqlite3_column_count(handle);
     for (int column = 0; column < columns; ++column) {
-        kinds_.push_back(kind_of(sqlite3_column_decltype(handle, column)));
+        kinds_.push_back(kind_of(declared_type(static_cast<size_t>(column))));
     }
 }
 
-Statement::CellKind Statement::kind_of(const char* declared_type)
+Statement::CellKind Statement::kind_of(const std::string& type)
 {
-    if (declared_type == nullptr) return CellKind::Plain;
-    const std::string type = lower_ascii(declared_type);
     if (type.starts_with("date") || type.starts_with("timestamp")) return CellKind::Date;
     return type == "money" ? CellKind::Money : CellKind::Plain;
 }
@@ -116,6 +114,12 @@ const std::shared_ptr<const ColumnNames>& Statement::columns() const
     }
     columns_ = std::make_shared<const ColumnNames>(std::move(names));
     return columns_;
+}
+
+std::string Statement::declared_type(size_t column) const
+{
+    const char* type = sqlite3_column_decltype(handle_.get(), static_cast<int>(column));
+    return lower_ascii(type != nullptr ? type : "");
 }
 
 Value Statement::value(size_t column) const

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] size_t column_count() const { return kinds_.size(); }
     /// Names and positions of the columns, made on first use and kept with the statement.
     [[nodiscard]] const std::shared_ptr<const ColumnNames>& columns() const;
+    /// Lower case; empty for an expression.
+    [[nodiscard]] std::string declared_type(size_t column) const;
     /// Cell of the current row: the declared type makes dates and money amounts of it, else its storage class decides.
     [[nodiscard]] Value value(size_t column) const;
 
@@ -39,7 +41,7 @@ private:
         void operator()(sqlite3_stmt* statement) const noexcept;
     };
 
-    static CellKind kind_of(const char* declared_type);
+    static CellKind kind_of(const std::string& declared_type);
     [[noreturn]] void fail() const;
 
     std::unique_ptr<sqlite3_stmt, Finalize> handle_;
