@@ -11,7 +11,7 @@ namespace {
 
 constexpr int32_t kRowTolerance = 3;
 constexpr int32_t kTallestRow = 400;    ///< points; the format ends at 409
-constexpr int32_t kOutlineReach = 4;    ///< how far rules and rectangles may move to lie on a line of the texts
+constexpr int32_t kOutlineReach = 6;    ///< how far rules and rectangles may move to lie on a line of the texts
 constexpr int32_t kReachBelow = 60;     ///< how far a text's open end may move
 constexpr int32_t kFirstSureDate = 61;  ///< spreadsheets disagree on days before March 1900
 constexpr double kLargestExact = 1e15;  ///< numbers keep 15 digits
@@ -188,7 +188,7 @@ private:
     void take_line(const Style& style, const Place& place);
     void take_outline(const Style& style, const Place& place, bool by_pen);
     XlsItem content_of(const Text& text, const Style& style);
-    uint32_t looks_of(const Text& text, const Style& style, uint16_t format);
+    uint32_t looks_of(const Text& text, const Style& style, uint16_t format, bool is_number);
     uint16_t format_of(const Value& value, double number, const Style& style, std::string_view shown);
     XlsGround ground_of(const Style& style, bool by_pen);
 
@@ -230,7 +230,10 @@ void XlsPageBuilder::take_text(const Element& element, const Place& place)
     const Neighbours free = surroundings_.of(place);
     GridEdge left = kept(place.x), right = kept(place.x + place.width);
     GridEdge top = kept(place.y), bottom = kept(place.y + place.height);
-    if (!grounded && style.rotation == Rotation::None) {
+    if (!grounded && style.rotation != Rotation::None) {
+        left = near(left.at), right = near(right.at), top = near(top.at), bottom = near(bottom.at);
+    } else if (!grounded) {
+        if (style.horizontal == HorizontalAlign::Justified) right = near(right.at);
         if (style.horizontal == HorizontalAlign::Left) right.high = free.right;
         if (style.horizontal == HorizontalAlign::Right) left.low = free.left;
         if (style.vertical == VerticalAlign::Top) bottom.high = free.below;
@@ -255,13 +258,13 @@ XlsItem XlsPageBuilder::content_of(const Text& text, const Style& style)
         const Value& value = text.detail->value;
         if (const auto number = number_in(value)) {
             item.kind = XlsItem::Kind::Number;
-            item.looks = looks_of(text, style, format_of(value, *number, style, text.shown()));
+            item.looks = looks_of(text, style, format_of(value, *number, style, text.shown()), true);
             item.number = *number;
             return item;
         }
     }
     item.kind = XlsItem::Kind::Text;
-    item.looks = looks_of(text, style, XlsStyles::kGeneral);
+    item.looks = looks_of(text, style, XlsStyles::kGeneral, false);
     item.text = to_.strings_.add(text.shown());
     return item;
 }
@@ -277,7 +280,7 @@ uint16_t XlsPageBuilder::format_of(const Value& value, double number, const Styl
     return code ? to_.styles_.format(*code) : XlsStyles::kGeneral;
 }
 
-uint32_t XlsPageBuilder::looks_of(const Text& text, const Style& style, uint16_t format)
+uint32_t XlsPageBuilder::looks_of(const Text& text, const Style& style, uint16_t format, bool is_number)
 {
     XlsLooks looks;
     looks.font = to_.styles_.font(style.font, style.fore);
@@ -285,7 +288,8 @@ uint32_t XlsPageBuilder::looks_of(const Text& text, const Style& style, uint16_t
     looks.horizontal = horizontal_of(style.horizontal);
     looks.vertical = static_cast<uint8_t>(style.vertical);
     looks.rotation = rotation_of(style.rotation);
-    looks.wrap = wraps(text);
+    looks.wrap = !is_number && wraps(text);
+    looks.shrink = is_number;
     return to_.looks_.add(looks);
 }
 

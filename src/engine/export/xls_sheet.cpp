@@ -7,8 +7,8 @@ namespace {
 
 constexpr uint16_t kBof = 0x0809, kEof = 0x000A, kRow = 0x0208, kBlank = 0x0201, kNumber = 0x0203, kLabel = 0x00FD;
 constexpr uint32_t kRowsInBlock = 32;
-constexpr double kDigitPoints = 5.25;  ///< width of a digit of the normal font, Arial 10: seven pixels of 96 an inch
-constexpr size_t kMostMerges = 1026;   ///< in one record
+constexpr double kDigitPoints = 6;    ///< width of a digit of the normal font: eight pixels of 96 an inch
+constexpr size_t kMostMerges = 1026;  ///< in one record
 
 XlsBorder& over(XlsBorder& border, const XlsBorder& with)
 {

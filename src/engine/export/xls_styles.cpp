@@ -26,12 +26,20 @@ int distance(Color a, Color b)
 const std::map<std::string_view, uint16_t> kBuiltIn = {{"General", 0},  {"0", 1},  {"0.00", 2},   {"#,##0", 3},
                                                        {"#,##0.00", 4}, {"0%", 9}, {"0.00%", 10}, {"@", 49}};
 
+/// The kind of the font, by which a missing one is replaced.
+uint8_t family_of(std::u16string_view name)
+{
+    constexpr uint8_t kRoman = 1, kSwiss = 2, kFixedPitch = 3;
+    if (name.find(u"Mono") != name.npos || name.find(u"Courier") != name.npos) return kFixedPitch;
+    return name.find(u"Serif") != name.npos || name.find(u"Times") != name.npos ? kRoman : kSwiss;
+}
+
 void write_xf(XlsRecords& stream, const XlsLooks& looks, const XlsGround& ground, bool is_style)
 {
     XlsPayload xf;
     xf.u16(looks.font).u16(looks.format).u16(is_style ? 0xFFF5 : 0x0001);
     xf.u8(looks.horizontal | (looks.wrap ? 8U : 0U) | static_cast<uint32_t>(looks.vertical) << 4);
-    xf.u8(looks.rotation).u8(0).u8(is_style ? 0x00 : 0xFC);
+    xf.u8(looks.rotation).u8(looks.shrink ? 0x10 : 0).u8(is_style ? 0x00 : 0xFC);
     xf.u32(uint32_t{ground.left.line} | uint32_t{ground.right.line} << 4 | uint32_t{ground.top.line} << 8 |
            uint32_t{ground.bottom.line} << 12 | uint32_t{ground.left.color} << 16 | uint32_t{ground.right.color} << 23);
     const uint32_t solid = ground.fill != 0 ? 1 : 0;
@@ -44,9 +52,12 @@ void write_xf(XlsRecords& stream, const XlsLooks& looks, const XlsGround& ground
 
 XlsStyles::XlsStyles() : palette_{kBlack, kWhite}
 {
-    // The workbook's normal font: column widths are told in its digits.
-    font_of({u"Arial", 200, 0, 0});
-    cells_.push_back({XlsLooks{}, XlsGround{}});
+    // Column widths are told in digits of the workbook's normal font. Whatever face of fixed pitch stands in for this
+    // one where it is missing has digits of the same width, so the page keeps its width everywhere.
+    font_of({u"Courier New", 200, 0, 0});
+    XlsLooks plain;
+    plain.font = font(Font{}, kBlack);
+    cells_.push_back({plain, XlsGround{}});
     cell_numbers_.emplace(cells_.front(), kPlainCell);
 }
 
@@ -133,7 +144,7 @@ void XlsStyles::write_fonts(XlsRecords& stream) const
         payload.u16(font.twips)
             .u16(((font.traits & kItalic) != 0 ? 2U : 0U) | ((font.traits & kStrike) != 0 ? 8U : 0U));
         payload.u16(font.color == 0 ? 0x7FFF : font.color).u16((font.traits & kBold) != 0 ? 700 : 400).u16(0);
-        payload.u8((font.traits & kUnderline) != 0 ? 1 : 0).u8(2).u8(0).u8(0).short_text(font.name);
+        payload.u8((font.traits & kUnderline) != 0 ? 1 : 0).u8(family_of(font.name)).u8(0).u8(0).short_text(font.name);
         stream.add(kFont, payload);
     }
 }

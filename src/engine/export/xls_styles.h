@@ -28,6 +28,7 @@ struct XlsLooks {
     uint16_t font = 0, format = 0;
     uint8_t horizontal = 0, vertical = 2, rotation = 0;
     bool wrap = false;
+    bool shrink = false;  ///< to the cell's width: a number that does not fit would show as "###"
     auto operator<=>(const XlsLooks&) const = default;
 };
 
