@@ -25,6 +25,9 @@ public:
 
     /// Shows finished pages in a window of their own and returns at once.
     virtual void show_pages(std::shared_ptr<PageView> pages, const std::string& caption) = 0;
+
+    /// Long work tells how far it is; `total` is 0 where it is not known.
+    virtual void progress(size_t /*done*/, size_t /*total*/) {}
 };
 
 }  // namespace velora

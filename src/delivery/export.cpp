@@ -1,0 +1,77 @@
+#include "delivery/export.h"
+
+#include <array>
+#include <filesystem>
+
+#include "session/error_messengers.h"
+#include "session/settings.h"
+#include "values/text.h"
+
+namespace velora {
+
+namespace {
+
+// clang-format off
+constexpr auto kFormats = std::to_array<ExportFormatEntry>({
+    {"Acrobat Format (PDF)", ExportFormat::Pdf,  ".pdf"},
+    {"HTML 4.0",             ExportFormat::Html, ".htm"},
+    {"MS Excel 97-2000",     ExportFormat::Xls,  ".xls"},
+    {"MS Word",              ExportFormat::Doc,  ".doc"},
+    {"Rich Text Format",     ExportFormat::Rtf,  ".rtf"},
+    {"Text",                 ExportFormat::Txt,  ".txt"},
+    {"XML",                  ExportFormat::Xml,  ".xml"},
+});
+// clang-format on
+
+const ExportFormatEntry* chosen_format(SessionState& state)
+{
+    const std::string number = setting(state, "Format", "-1");
+    for (size_t at = 0; at < kFormats.size(); ++at) {
+        if (number == std::to_string(at)) return &kFormats[at];
+    }
+    return nullptr;
+}
+
+/// The folder is taken as it is set up: one that ends in a separator gets a second one.
+std::string export_path(SessionState& state, std::string_view name, std::string_view extension)
+{
+    if (!state.ports.export_file.empty()) return state.ports.export_file;
+    std::string path = setting(state, "Export", state.ports.application_folder);
+    path.push_back(static_cast<char>(std::filesystem::path::preferred_separator));
+    return path.append(Replace_Slashes(state, name)).append(extension);
+}
+
+}  // namespace
+
+std::span<const ExportFormatEntry> export_formats()
+{
+    return kFormats;
+}
+
+void Export_Report(SessionState& state, std::string_view pFileName)
+{
+    with_failure_path(state, ErrorMessenger, "modPrint.Export_Report", [&] {
+        state.gExportOK = false;
+        const auto* format = chosen_format(state);
+        if (format == nullptr) return;
+        if (!state.gCrReport) throw fault::object_not_set("gCrReport");
+        const std::string path = export_path(state, pFileName, format->extension);
+        state.gCrReport->Export(format->format, path);
+        state.gExportFile = path;
+        state.gExportOK = true;
+    });
+}
+
+std::string Replace_Slashes(SessionState& state, std::string_view pName)
+{
+    std::string result;
+    with_failure_path(state, ErrorMessenger, "modPrint.Replace_Slashes", [&] {
+        result = pName;
+        std::replace_if(
+            result.begin(), result.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
+        result = std::string(trimmed(result));
+    });
+    return result;
+}
+
+}  // namespace velora

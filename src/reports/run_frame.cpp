@@ -1,0 +1,158 @@
+#include "reports/run_frame.h"
+
+#include <algorithm>
+
+#include "delivery/export.h"
+#include "delivery/viewer.h"
+#include "session/error_messengers.h"
+#include "session/settings.h"
+#include "session/value_helpers.h"
+#include "values/text.h"
+
+namespace velora {
+
+namespace {
+
+constexpr std::string_view kTitle = "Reporting Error";
+constexpr std::string_view kNotInstalled =
+    "A Reporting error has occured.\r\nPlease ensure that the program is installed corectly.\r\n\n"
+    "Please contact Morvane if this error occurs frequently.";
+constexpr std::string_view kNotFound =
+    "The specified report could not be found.\r\n\nPlease ensure that the reports are located in a\r\n"
+    "folder called 'Reports'. This 'Reports' folder must\r\nbe located within the main folder for the application.";
+constexpr int32_t kUnknownField = 20534;
+
+/// Lookups are remembered from here to the end of the scope.
+class CachedRun {
+public:
+    explicit CachedRun(RunCache& cache) : cache_(cache) { cache_.start(); }
+    CachedRun(const CachedRun&) = delete;
+    CachedRun& operator=(const CachedRun&) = delete;
+    ~CachedRun() { cache_.drop(); }
+
+private:
+    RunCache& cache_;
+};
+
+/// Matches the wildcards "*", "?" and "#" of the printer walk without regard to case.
+bool is_like(std::string_view text, std::string_view pattern)
+{
+    if (pattern.empty()) return text.empty();
+    if (pattern.front() == '*') {
+        for (size_t skip = 0; skip <= text.size(); ++skip) {
+            if (is_like(text.substr(skip), pattern.substr(1))) return true;
+        }
+        return false;
+    }
+    if (text.empty()) return false;
+    const bool is_digit = text.front() >= '0' && text.front() <= '9';
+    const bool fits = pattern.front() == '?' || (pattern.front() == '#' && is_digit) || pattern.front() == text.front();
+    return fits && is_like(text.substr(1), pattern.substr(1));
+}
+
+std::string missing_fields(const OpenedReport& report, const std::vector<PipeField>& fields)
+{
+    std::string missing;
+    for (const auto& asked : report.fields()) {
+        const bool known =
+            std::any_of(fields.begin(), fields.end(), [&](const PipeField& field) { return field.name == asked.name; });
+        if (!known) missing.append(missing.empty() ? "\"" : ", \"").append(asked.name).append("\"");
+    }
+    return missing;
+}
+
+OpenedReport& report_of(SessionState& state)
+{
+    if (!state.gCrReport) throw fault::object_not_set("gCrReport");
+    return *state.gCrReport;
+}
+
+}  // namespace
+
+void run_report(SessionState& state, std::string_view procedure, const std::function<void()>& builder)
+{
+    const CachedRun cached(state.cache);
+    try {
+        builder();
+    } catch (const Fault& caught) {
+        Show_ReportError(state, caught, procedure);
+    }
+}
+
+void Show_ReportError(SessionState& state, const Fault& caught, std::string_view procedure)
+{
+    switch (caught.number()) {
+        case fault::kObjectNotSet:
+        case fault::kCannotCreate:
+            return tell(state, {std::string(kTitle), std::string(kNotInstalled), Icon::Critical});
+        case fault::kReportFile:
+            return tell(state, {std::string(kTitle), std::string(kNotFound), Icon::Critical});
+        case fault::kCancelled:
+            return;
+        default:
+            ErrorMessenger(state, caught.number(), caught.description(), "modPrint." + std::string(procedure));
+    }
+}
+
+void open_definition(SessionState& state, const std::string& report_string)
+{
+    if (state.ports.engine == nullptr) throw fault::of(fault::kCannotCreate, "ReportEngine");
+    state.gCrReport = state.ports.engine->OpenReport(report_string);
+}
+
+std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, std::vector<PipeField> fields)
+{
+    if (const auto missing = missing_fields(report_of(state), fields); !missing.empty()) {
+        throw Fault(kUnknownField, "The report definition asks for " + missing +
+                                       ", which the data of this report does not have. " +
+                                       "Correct the name in the definition; the command \"fields\" lists the names.");
+    }
+    return std::make_unique<DataPipeRecordset>(std::move(fields), state.log);
+}
+
+void attach_pipe(SessionState& state, const DataPipeRecordset& pipe)
+{
+    if (state.ports.on_pipe) state.ports.on_pipe(pipe);
+    report_of(state).SetDataSource(pipe.table());
+}
+
+void choose_printer(SessionState& state, std::string_view name)
+{
+    constexpr int kPrintersDefault = 0;
+    constexpr int kAutomatic = 7;
+    const auto wanted = trimmed(name);
+    if (wanted.empty()) return;
+    const auto printers = state.ports.printers != nullptr ? state.ports.printers->list() : std::vector<Printer>{};
+    const std::string pattern = "*" + lower_ascii(wanted) + "*";
+    const auto chosen = std::find_if(printers.begin(), printers.end(), [&](const Printer& printer) {
+        return is_like(lower_ascii(printer.DeviceName), pattern);
+    });
+    if (chosen == printers.end()) throw fault::object_not_set("Printer");  // not caught further up on purpose
+    auto& report = report_of(state);
+    report.SelectPrinter(chosen->DriverName, chosen->DeviceName, chosen->Port);
+    report.PaperOrientation(kPrintersDefault);
+    report.PaperSource(kAutomatic);
+}
+
+std::string printer_setting(SessionState& state)
+{
+    return setting(state, "Name", "");
+}
+
+void route_output(SessionState& state, const Delivery& delivery, std::string_view export_name)
+{
+    if (delivery.export_it) {
+        Export_Report(state, export_name);
+    } else if (delivery.preview) {
+        InitializeTTX(state, state.gCrReport, "Velora - " + delivery.report_string);
+    } else {
+        report_of(state).PrintOut();
+    }
+}
+
+std::string dated_name(SessionState& state, std::string_view name)
+{
+    return today(state).compact().append(" - ").append(trimmed(name));
+}
+
+}  // namespace velora
