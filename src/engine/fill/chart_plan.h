@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "engine/fill/plan.h"
+
+namespace velora::engine {
+
+struct SeriesPlan {
+    Expression series, category, value, label;
+};
+
+/// A chart of a definition with its expressions compiled.
+struct ChartPlan {
+    const model::Chart* chart = nullptr;
+    Expression title, subtitle, category_axis, value_axis, increment_when;
+    std::vector<SeriesPlan> series;
+    int reset_group = kNoGroup;
+    int increment_group = kNoGroup;
+};
+
+std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& names,
+                                      const model::Definition& definition);
+
+}  // namespace velora::engine

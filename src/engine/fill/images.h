@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "engine/page/page.h"
+
+namespace velora::engine {
+
+struct ImageSize {
+    int width = 0;
+    int height = 0;
+};
+
+/// The pictures of a run, each read once. A relative path is looked up in the definition's folder and cannot leave
+/// it; only an absolute path reads elsewhere.
+class Images {
+public:
+    explicit Images(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+    /// The picture of a file name, a file: address or a data: address.
+    /// @param reason  why there is none, when null is returned
+    std::shared_ptr<const ImageData> find(const std::string& name, std::string& reason);
+
+private:
+    [[nodiscard]] std::shared_ptr<const ImageData> read(const std::string& name, std::string& reason) const;
+
+    std::filesystem::path folder_;
+    std::map<std::string, std::shared_ptr<const ImageData>> known_;
+};
+
+/// Size in pixels that a PNG, a JPEG or a GIF file states; none for everything else.
+std::optional<ImageSize> image_size(std::string_view bytes);
+
+/// The bytes of a base64 text; blanks are passed over. None when it is none.
+std::optional<std::string> from_base64(std::string_view text);
+
+}  // namespace velora::engine

@@ -1,0 +1,29 @@
+#include "engine/fill/frame_part.h"
+#include "engine/fill/image_part.h"
+#include "engine/fill/simple_parts.h"
+#include "engine/fill/text_part.h"
+
+namespace velora::engine {
+
+std::unique_ptr<Part> make_part(Run& run, const PartPlan& plan, const BandState& band)
+{
+    switch (plan.kind) {
+        case PartPlan::Kind::StaticText:
+        case PartPlan::Kind::TextField:
+            return std::make_unique<TextPart>(run, plan, band);
+        case PartPlan::Kind::Line:
+        case PartPlan::Kind::Rectangle:
+        case PartPlan::Kind::Ellipse:
+            return std::make_unique<GraphicPart>(run, plan, band);
+        case PartPlan::Kind::Image:
+            return std::make_unique<ImagePart>(run, plan, band);
+        case PartPlan::Kind::Frame:
+            return std::make_unique<FramePart>(run, plan, band);
+        case PartPlan::Kind::Break:
+            return std::make_unique<BreakPart>(run, plan, band);
+        default:
+            return std::make_unique<BlankPart>(run, plan, band);
+    }
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,127 @@
+#include "engine/fill/report.h"
+
+#include "engine/fill/filler.h"
+#include "engine/fill/images.h"
+#include "values/fault.h"
+
+namespace velora::engine {
+
+namespace {
+
+Value::Type cell_type(ValueClass value_class)
+{
+    if (is_integer(value_class)) return Value::Type::Integer;
+    switch (value_class) {
+        case ValueClass::Boolean:
+            return Value::Type::Boolean;
+        case ValueClass::Float:
+            return Value::Type::Single;
+        case ValueClass::Double:
+            return Value::Type::Double;
+        case ValueClass::Decimal:
+            return Value::Type::Fixed;
+        case ValueClass::Date:
+            return Value::Type::Date;
+        default:
+            return Value::Type::Text;
+    }
+}
+
+void describe(Document& document, const ReportPlan& plan, const FillOptions& options)
+{
+    const model::Definition& definition = *plan.definition;
+    const model::PageLayout& page = definition.page;
+    document.name = definition.name;
+    document.page_width = page.width;
+    document.page_height = page.height;
+    document.top_margin = page.top;
+    document.left_margin = page.left;
+    document.bottom_margin = page.bottom;
+    document.right_margin = page.right;
+    document.landscape = page.orientation == model::Orientation::Landscape;
+    document.locale = options.surroundings.locale;
+    document.time_zone = options.surroundings.time_zone;
+    document.created = options.created;
+    document.title = definition.name;
+    document.default_font = resolve_look(plan.styles->find({}), 0, {}, LookKind::Text).style.font;
+    *document.sources = plan.sources;
+    const auto property = [&](const char* name, std::string& target) {
+        if (const auto value = model::property_value(definition.data.properties, name)) target = *value;
+    };
+    property("net.sf.jasperreports.export.pdf.metadata.title", document.title);
+    property("net.sf.jasperreports.export.pdf.metadata.author", document.author);
+    property("net.sf.jasperreports.export.pdf.metadata.subject", document.subject);
+    property("net.sf.jasperreports.export.pdf.metadata.keywords", document.keywords);
+}
+
+/// Tells each warning once: a picture that is missing is missing on every row.
+std::function<void(const std::string&)> once(const std::function<void(const std::string&)>& warn)
+{
+    constexpr size_t kMostWarnings = 1000;
+    auto told = std::make_shared<std::set<std::string>>();
+    return [warn, told](const std::string& warning) {
+        if (warn && told->size() < kMostWarnings && told->insert(warning).second) warn(warning);
+    };
+}
+
+/// Asks between the rows whether the run is still wanted.
+class StoppableTable : public TableSource {
+public:
+    StoppableTable(TableSource& table, const std::function<bool()>& cancelled) : table_(table), cancelled_(cancelled) {}
+
+    [[nodiscard]] const std::vector<Field>& fields() const override { return table_.fields(); }
+    bool next() override
+    {
+        if (cancelled_ && cancelled_()) throw fault::of(fault::kCancelled);
+        return table_.next();
+    }
+    void rewind() override { table_.rewind(); }
+    [[nodiscard]] const Value& cell(size_t field) const override { return table_.cell(field); }
+
+private:
+    TableSource& table_;
+    const std::function<bool()>& cancelled_;
+};
+
+}  // namespace
+
+Report::Report(std::shared_ptr<const model::Definition> definition) : plan_(make_plan(std::move(definition)))
+{
+    for (const auto& field : plan_->fields) {
+        fields_.push_back({field.name, cell_type(field.value_class)});
+    }
+}
+
+const model::Definition& Report::definition() const
+{
+    return *plan_->definition;
+}
+
+const std::vector<std::string>& Report::warnings() const
+{
+    return plan_->warnings;
+}
+
+void fill(const Report& report, TableSource& table, Measurer& measurer, const FillOptions& options, PageSink& sink)
+{
+    const ReportPlan& plan = report.plan();
+    Document document;
+    describe(document, plan, options);
+    const auto warn = once(options.warn);
+    StoppableTable rows_of(table, options.cancelled);
+    Rows rows(plan, rows_of, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
+    PageBook book(sink, document);
+    Images images(options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder);
+
+    Run run{plan, rows, measurer, document, book, images, warn};
+    run.wants_values = sink.wants_values();
+    run.ignore_pagination = plan.definition->ignore_pagination;
+    for (size_t slot = 0; slot < plan.parameters.size(); ++slot) {
+        const auto* ignore = rows.parameter(slot).get_if<bool>();
+        if (ignore && plan.parameters[slot].name == "IS_IGNORE_PAGINATION") run.ignore_pagination = *ignore;
+    }
+    if (run.ignore_pagination) book.hold_all();
+    Filler(run).fill();
+}
+
+}  // namespace velora::engine
