@@ -4,6 +4,7 @@ find_package(fmt REQUIRED)
 find_package(nlohmann_json REQUIRED)
 
 pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+pkg_check_modules(SIMPLEINI REQUIRED IMPORTED_TARGET simpleini)
 pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)
 pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-i18n icu-uc)

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace velora::ini {
+
+/// A text file of sections and keys in UTF-8. Every call reads the file anew; a change is made under a lock on its
+/// folder and comes into being as a whole, so that several programs may write at the same time. Order and comments
+/// stay. A value with blanks at its ends stands between double quotes in the file; line ends in it become blanks.
+class IniFile {
+public:
+    explicit IniFile(std::filesystem::path path) : path_(std::move(path)) {}
+
+    [[nodiscard]] bool exists() const;
+    /// `otherwise` where file, section or key are missing. @throws Fault 75 for a file that cannot be read
+    [[nodiscard]] std::string read(std::string_view section, std::string_view key, std::string_view otherwise) const;
+    /// @throws Fault 75 with path and reason
+    void write(std::string_view section, std::string_view key, std::string_view value) const;
+    void delete_section(std::string_view section) const;
+
+private:
+    template <class Change>
+    void change(Change change) const;
+
+    std::filesystem::path path_;
+};
+
+}  // namespace velora::ini

@@ -1,0 +1,89 @@
+#include "adapters/ini/stores.h"
+
+#include <filesystem>
+
+#include "adapters/ini/ini_file.h"
+#include "values/fault.h"
+
+namespace velora {
+
+namespace {
+
+using ini::IniFile;
+
+constexpr size_t kProfileValueBytes = 255;
+
+std::string cut_to_bytes(std::string text, size_t most)
+{
+    if (text.size() <= most) return text;
+    size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    text.resize(end);
+    return text;
+}
+
+class IniSettings final : public SettingsStore {
+public:
+    explicit IniSettings(std::string path) : path_(std::move(path)) {}
+
+    std::string get(std::string_view, std::string_view section, std::string_view key,
+                    std::string_view otherwise) const override
+    {
+        return IniFile(path_).read(section, key, otherwise);
+    }
+
+    void set(std::string_view, std::string_view section, std::string_view key, std::string_view value) override
+    {
+        make_folder();
+        IniFile(path_).write(section, key, value);
+    }
+
+private:
+    void make_folder() const
+    {
+        const auto folder = path_.parent_path();
+        std::error_code error;
+        if (!folder.empty()) std::filesystem::create_directories(folder, error);
+        if (error) {
+            throw Fault(fault::kPathAccess,
+                        "The settings folder " + folder.string() + " cannot be made: " + error.message(),
+                        folder.string());
+        }
+    }
+
+    std::filesystem::path path_;
+};
+
+class IniProfiles final : public ProfileFile {
+public:
+    bool exists(const std::string& path) const override { return IniFile(path).exists(); }
+
+    std::string read(const std::string& path, std::string_view section, std::string_view key) const override
+    {
+        return cut_to_bytes(IniFile(path).read(section, key, ""), kProfileValueBytes);
+    }
+
+    void write(const std::string& path, std::string_view section, std::string_view key, std::string_view value) override
+    {
+        IniFile(path).write(section, key, value);
+    }
+
+    void delete_section(const std::string& path, std::string_view section) override
+    {
+        IniFile(path).delete_section(section);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<SettingsStore> ini_settings(std::string path)
+{
+    return std::make_unique<IniSettings>(std::move(path));
+}
+
+std::unique_ptr<ProfileFile> ini_profiles()
+{
+    return std::make_unique<IniProfiles>();
+}
+
+}  // namespace velora
