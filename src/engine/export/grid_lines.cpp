@@ -47,12 +47,15 @@ void GridLines::add_lines_for_movable(int32_t tolerance)
     std::sort(unmet.begin(), unmet.end(), [](const auto& a, const auto& b) { return a.high < b.high; });
     std::vector<int32_t> added;
     for (size_t first = 0, next = 0; first < unmet.size(); first = next) {
-        int32_t reach_from = unmet[first].low;
+        int32_t reach_from = unmet[first].low, wish = unmet[first].at;
         const int32_t reach_to = unmet[first].high;
         for (next = first; next < unmet.size() && unmet[next].low <= reach_to; ++next) {
-            reach_from = std::max(reach_from, unmet[next].low);
+            const GridEdge& edge = unmet[next];
+            reach_from = std::max(reach_from, edge.low);
+            // An edge that may move both ways is seen (a rule); one that moves one way is the open end of a text.
+            if (edge.low < edge.at && edge.at < edge.high) wish = edge.at;
         }
-        added.push_back(std::clamp(unmet[first].at, reach_from, reach_to));
+        added.push_back(std::clamp(wish, reach_from, reach_to));
     }
     lines_.insert(lines_.end(), added.begin(), added.end());
     std::sort(lines_.begin(), lines_.end());

@@ -49,9 +49,10 @@ private:
 
 void RtfExporter::page(Page&& page)
 {
-    out_ = pages_++ == 0 ? "\\pard\\plain\\fs2\\sl-20\\slmult0 " : "\\pard\\plain\\pagebb\\fs2\\sl-20\\slmult0 ";
+    out_ = "\\pard\\plain\\fs2\\sl-20\\slmult0 ";
     walk_elements(page.elements, [&](const Element& each, const Place& place) { element(each, place); });
-    out_ += "\\par\n";
+    // The break is a property of the whole paragraph; said in front of the objects, it counts for them as well.
+    out_ += pages_++ == 0 ? "\\par\n" : "\\pagebb\\par\n";
     file_.body(out_);
 }
 
@@ -114,9 +115,8 @@ void RtfExporter::line(const Style& style, const Place& place)
 void RtfExporter::image(const Image& image, const Style& style, const Place& place)
 {
     if (!image.data) return;
-    const std::string_view type = image_media_type(image.data->bytes);
-    if (type == "image/png" || type == "image/jpeg") shapes_.picture(out_, box_of(place), image.data->bytes);
-    (void)style;
+    const std::string& bytes = image.data->bytes;
+    if (picture_size(bytes)) shapes_.picture(out_, fitted_picture(style, place, bytes), bytes);
 }
 
 float line_height(const Text& text, const Style& style)

@@ -36,7 +36,7 @@ void stroke(std::string& out, const Pen& pen)
     property(out, "fLine", 1);
     property(out, "lineColor", color_number(pen.color));
     property(out, "lineWidth", emu(pen.width));
-    constexpr long kDash = 1, kDot = 2, kDouble = 1;
+    constexpr long kDash = 6, kDot = 2, kDouble = 1;
     if (pen.style == LineStyle::Dashed) property(out, "lineDashing", kDash);
     if (pen.style == LineStyle::Dotted) property(out, "lineDashing", kDot);
     if (pen.style == LineStyle::Double) property(out, "lineStyle", kDouble);

@@ -3,14 +3,12 @@
 #include <string>
 #include <string_view>
 
+#include "engine/export/picture_fit.h"
 #include "engine/page/page.h"
 
 namespace velora::engine {
 
-/// A rectangle on the page in points.
-struct RtfBox {
-    float x = 0, y = 0, width = 0, height = 0;
-};
+using RtfBox = PictureBox;
 
 /// Writes drawing objects that stand at a fixed place of the page, each above the ones before.
 class RtfShapes {

@@ -13,7 +13,10 @@ constexpr int32_t kSlack = 14;  ///< points that rounding to whole pixels may ad
 
 class XlsExporter : public PageSink {
 public:
-    explicit XlsExporter(std::unique_ptr<OutputFile> file) : file_(std::move(file)) {}
+    XlsExporter(std::unique_ptr<OutputFile> file, std::function<void(const std::string&)> warn)
+        : file_(std::move(file)), warn_(std::move(warn))
+    {
+    }
 
     [[nodiscard]] bool wants_values() const override { return true; }
     void begin(const Document& document) override { document_ = &document; }
@@ -25,7 +28,10 @@ private:
     void find_margins();
     void add_to_sheets(const XlsPage& page);
 
+    void tell_of_hidden_texts() const;
+
     std::unique_ptr<OutputFile> file_;
+    std::function<void(const std::string&)> warn_;
     const Document* document_ = nullptr;
     XlsStyles styles_;
     XlsStrings strings_;
@@ -79,6 +85,14 @@ void XlsExporter::add_to_sheets(const XlsPage& page)
     }
 }
 
+void XlsExporter::tell_of_hidden_texts() const
+{
+    uint32_t hidden = 0;
+    for (const XlsSheet& sheet : sheets_) hidden += sheet.hidden();
+    if (hidden == 0 || !warn_) return;
+    warn_(std::to_string(hidden) + " texts lie behind others and are left out of the workbook");
+}
+
 void XlsExporter::end()
 {
     find_columns();
@@ -92,6 +106,7 @@ void XlsExporter::end()
     find_margins();
     sheets_.emplace_back(pages_, styles_, columns_, paper_);
     for (const XlsPage& page : pages_.pages()) add_to_sheets(page);
+    tell_of_hidden_texts();
     const std::string& title = document_->title.empty() ? document_->name : document_->title;
     write_xls_workbook(file_->temporary(), {title, document_->author, document_->subject, document_->keywords}, styles_,
                        strings_, sheets_);
@@ -100,9 +115,9 @@ void XlsExporter::end()
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<OutputFile> file, const ExportContext&)
+std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
 {
-    return std::make_unique<XlsExporter>(std::move(file));
+    return std::make_unique<XlsExporter>(std::move(file), context.warn);
 }
 
 }  // namespace velora::engine

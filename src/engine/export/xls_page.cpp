@@ -178,7 +178,9 @@ private:
         if (std::holds_alternative<Text>(element.content)) return take_text(element, place);
         if (std::holds_alternative<Line>(element.content)) return take_line(*element.style, place);
         if (const auto* image = std::get_if<Image>(&element.content)) {
-            if (image->data) pictures_.push_back({place, image->data});
+            if (image->data && picture_size(image->data->bytes)) {
+                pictures_.push_back({fitted_picture(*element.style, place, image->data->bytes), image->data});
+            }
         }
         const bool closed = std::holds_alternative<Rectangle>(element.content);
         take_outline(*element.style, place, closed);
@@ -188,6 +190,7 @@ private:
     void take_line(const Style& style, const Place& place);
     void take_outline(const Style& style, const Place& place, bool by_pen);
     XlsItem content_of(const Text& text, const Style& style);
+    std::vector<XlsTextPart> parts_of(const Text& text, const Style& style);
     uint32_t looks_of(const Text& text, const Style& style, uint16_t format, bool is_number);
     uint16_t format_of(const Value& value, double number, const Style& style, std::string_view shown);
     XlsGround ground_of(const Style& style, bool by_pen);
@@ -265,8 +268,23 @@ XlsItem XlsPageBuilder::content_of(const Text& text, const Style& style)
     }
     item.kind = XlsItem::Kind::Text;
     item.looks = looks_of(text, style, XlsStyles::kGeneral, false);
-    item.text = to_.strings_.add(text.shown());
+    item.text = to_.strings_.add(text.shown(), parts_of(text, style));
     return item;
+}
+
+/// The marked-up parts with their fonts; what stands between them goes back to the cell's font.
+std::vector<XlsTextPart> XlsPageBuilder::parts_of(const Text& text, const Style& style)
+{
+    std::vector<XlsTextPart> parts;
+    if (!text.detail) return parts;
+    const auto length = static_cast<uint32_t>(text.shown().size());
+    for (const TextRun& run : text.detail->runs) {
+        if (run.begin >= std::min(run.end, length)) continue;
+        if (!parts.empty() && parts.back().begin == run.begin) parts.pop_back();
+        parts.push_back({run.begin, to_.styles_.font(*run.font, run.fore)});
+        if (run.end < length) parts.push_back({run.end, to_.styles_.font(style.font, style.fore)});
+    }
+    return parts;
 }
 
 uint16_t XlsPageBuilder::format_of(const Value& value, double number, const Style& style, std::string_view shown)

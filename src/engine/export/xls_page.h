@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/export/grid_lines.h"
+#include "engine/export/picture_fit.h"
 #include "engine/export/xls_strings.h"
 #include "engine/export/xls_styles.h"
 #include "engine/page/page.h"
@@ -28,7 +29,7 @@ struct XlsItem {
 
 /// A picture, placed freely above the cells. Lengths are points.
 struct XlsPicture {
-    Place place;
+    PictureBox place;
     std::shared_ptr<const ImageData> data;
 };
 

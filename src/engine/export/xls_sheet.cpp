@@ -72,17 +72,28 @@ void XlsSheet::add_page(const XlsPage& page, uint32_t from, uint32_t to, int32_t
         if (is_rule) paint_rule(item, from, to);
         if (item.kind == XlsItem::Kind::Ground) paint(range_of(item, from, to), pages_.ground(item.looks));
     }
-    for (size_t i = 0; i < page.items.size(); ++i) {
-        const XlsItem& item = page.items[i];
-        const bool is_content = item.kind == XlsItem::Kind::Text || item.kind == XlsItem::Kind::Number;
-        if (is_content && item.top >= from && item.top < to) {
-            place_content(item, static_cast<int32_t>(i), range_of(item, from, to));
-        }
-    }
+    place_contents(page, from, to);
     place_links(page, from, to);
     place_pictures(page, from, to);
     write_rows(page, from, to);
     rows_ += to - from;
+}
+
+/// Small texts go first, so that a large one behind the others (a watermark) takes what they leave.
+void XlsSheet::place_contents(const XlsPage& page, uint32_t from, uint32_t to)
+{
+    std::vector<std::pair<uint32_t, size_t>> by_area;
+    for (size_t i = 0; i < page.items.size(); ++i) {
+        const XlsItem& item = page.items[i];
+        const bool is_content = item.kind == XlsItem::Kind::Text || item.kind == XlsItem::Kind::Number;
+        if (!is_content || item.top < from || item.top >= to) continue;
+        const Range range = range_of(item, from, to);
+        by_area.emplace_back((range.bottom - range.top) * (range.right - range.left), i);
+    }
+    std::sort(by_area.begin(), by_area.end());
+    for (const auto& [area, i] : by_area) {
+        place_content(page.items[i], static_cast<int32_t>(i), range_of(page.items[i], from, to));
+    }
 }
 
 /// Cells of an item, relative to row `from`. What is thinner than the grid still gets one cell.
@@ -139,7 +150,10 @@ void XlsSheet::place_content(const XlsItem& item, int32_t number, Range range)
             ++range.top;
         }
     }
-    if (range.top == range.bottom) return;
+    if (range.top == range.bottom) {
+        ++hidden_;
+        return;
+    }
     uint32_t right = range.left;
     while (right < range.right && !taken(range.top, right)) ++right;
     range.right = right;
@@ -218,26 +232,36 @@ void XlsSheet::place_links(const XlsPage& page, uint32_t from, uint32_t to)
     }
 }
 
+namespace {
+
+/// The cell that a place lies in, among the lines `first` to `last`, and how far into it, told in `parts`.
+std::pair<size_t, uint16_t> cell_at(const std::vector<int32_t>& lines, float at, size_t first, size_t last, int parts)
+{
+    size_t cell = first;
+    while (cell + 1 < last && static_cast<float>(lines[cell + 1]) <= at) ++cell;
+    const float size = static_cast<float>(std::max(1, lines[cell + 1] - lines[cell]));
+    const float share = (at - static_cast<float>(lines[cell])) / size;
+    return {cell, static_cast<uint16_t>(std::clamp(share, 0.0F, 0.999F) * static_cast<float>(parts))};
+}
+
+}  // namespace
+
 void XlsSheet::place_pictures(const XlsPage& page, uint32_t from, uint32_t to)
 {
-    const auto part = [](const std::vector<int32_t>& lines, int32_t at, size_t first, size_t last, uint32_t parts) {
-        const auto next = std::upper_bound(lines.begin() + static_cast<ptrdiff_t>(first) + 1,
-                                           lines.begin() + static_cast<ptrdiff_t>(last), at);
-        const int32_t begin = *(next - 1);
-        const double share = static_cast<double>(at - begin) / std::max(1, *next - begin);
-        return std::pair(static_cast<uint16_t>(next - 1 - lines.begin()),
-                         static_cast<uint16_t>(std::clamp(share, 0.0, 0.999) * parts));
-    };
-    const auto corner = [&](int32_t x, int32_t y) {
-        const auto [column, across] = part(lines_.lines(), x, 0, columns_, 1024);
-        const auto [row, down] = part(page.row_lines, y, from, to, 256);
-        return XlsAnchoredPicture::Corner{column, across, static_cast<uint16_t>(rows_ + row - from), down};
+    const auto corner = [&](float x, float y) {
+        const auto [column, across] = cell_at(lines_.lines(), x, 0, columns_, 1024);
+        const auto [row, down] = cell_at(page.row_lines, y, from, to, 256);
+        return XlsAnchoredPicture::Corner{static_cast<uint16_t>(column), across,
+                                          static_cast<uint16_t>(rows_ + row - from), down};
     };
     for (const XlsPicture& picture : page.pictures) {
-        const Place& place = picture.place;
-        if (place.y < page.row_lines[from] || place.y > page.row_lines[to]) continue;
+        const PictureBox& box = picture.place;
+        const auto bottom_line = static_cast<float>(page.row_lines[to]);
+        if ((box.y < static_cast<float>(page.row_lines[from]) && from > 0) || box.y > bottom_line) continue;
+        // A little inside: rounded to pixels, a picture on a page's first row would show on the page before.
+        constexpr float kInside = 0.75F;
         pictures_.push_back(
-            {corner(place.x, place.y), corner(place.x + place.width, place.y + place.height), picture.data});
+            {corner(box.x, box.y + kInside), corner(box.x + box.width, box.y + box.height), picture.data});
     }
 }
 

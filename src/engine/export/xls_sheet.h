@@ -41,6 +41,7 @@ public:
     void add_page(const XlsPage& page, uint32_t from, uint32_t to, int32_t gap);
 
     [[nodiscard]] uint32_t references() const { return references_; }  ///< cells that refer to the shared strings
+    [[nodiscard]] uint32_t hidden() const { return hidden_; }          ///< texts that found all their cells taken
     [[nodiscard]] const std::vector<XlsAnchoredPicture>& pictures() const { return pictures_; }
 
     /// The whole sheet; `drawing` holds the records of its pictures.
@@ -60,6 +61,7 @@ private:
     [[nodiscard]] Range range_of(const XlsItem& item, uint32_t from, uint32_t to) const;
     void paint(const Range& range, const XlsGround& ground);
     void paint_rule(const XlsItem& item, uint32_t from, uint32_t to);
+    void place_contents(const XlsPage& page, uint32_t from, uint32_t to);
     void place_content(const XlsItem& item, int32_t number, Range range);
     void write_rows(const XlsPage& page, uint32_t from, uint32_t to);
     void write_cell(const XlsPage& page, uint32_t row, uint32_t column);
@@ -80,7 +82,7 @@ private:
     uint32_t columns_;
 
     std::vector<Cell> cells_;  ///< of the page at hand
-    uint32_t rows_ = 0, references_ = 0;
+    uint32_t rows_ = 0, references_ = 0, hidden_ = 0;
     XlsRecords table_;
     std::vector<Range> merges_;
     std::vector<uint32_t> breaks_;

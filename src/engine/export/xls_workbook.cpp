@@ -8,6 +8,7 @@
 #include <gsf/gsf-output-stdio.h>
 #include <gsf/gsf-utils.h>
 
+#include "engine/export/xls_pictures.h"
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -88,13 +89,15 @@ std::string workbook_stream(const std::string& title, const XlsStyles& styles, c
     stream.add(0x0160, XlsPayload().u16(0));
     const auto entries = write_sheet_list(stream, title, sheets.size());
     stream.add(0x008C, XlsPayload().u16(1).u16(1));
+    const XlsPictures pictures(sheets);
+    pictures.write_store(stream);
     uint32_t references = 0;
     for (const XlsSheet& sheet : sheets) references += sheet.references();
     strings.write(stream, references);
     stream.add(0x000A);
     for (size_t i = 0; i < sheets.size(); ++i) {
         stream.patch_u32(entries[i].position, static_cast<uint32_t>(stream.size()));
-        sheets[i].write(stream, i == 0, {});
+        sheets[i].write(stream, i == 0, pictures.drawing(i));
     }
     return stream.bytes();
 }

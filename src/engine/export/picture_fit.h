@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "engine/page/page.h"
+
+namespace velora::engine {
+
+struct PictureSize {
+    uint32_t width = 0, height = 0;  ///< pixels
+};
+
+/// Size of a PNG or JPEG picture as its head tells it. None for others and for damaged ones.
+std::optional<PictureSize> picture_size(std::string_view bytes);
+
+/// A rectangle on the page in points.
+struct PictureBox {
+    float x = 0, y = 0, width = 0, height = 0;
+};
+
+/// Where the picture is drawn inside its element: stretched, or in its own proportions and aligned. A picture that
+/// would be clipped is shown whole instead; formats that use this cannot clip.
+PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes);
+
+}  // namespace velora::engine
