@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+
+#include "host/host.h"
+#include "host/host_error.h"
+
+namespace CLI {
+class App;
+}
+
+namespace velora {
+
+using CommandBody = std::function<ExitStatus(Host&)>;
+
+// Each adds a family of commands; the one that is named on the command line puts its body into `chosen`.
+void add_folder_commands(CLI::App& program, CommandBody& chosen);
+void add_document_commands(CLI::App& program, CommandBody& chosen);
+void add_list_commands(CLI::App& program, CommandBody& chosen);
+void add_engine_commands(CLI::App& program, CommandBody& chosen);
+void add_report_list_commands(CLI::App& program, CommandBody& chosen);
+void add_window_commands(CLI::App& program, CommandBody& chosen);
+
+/// A command whose report or window is not in this build says so.
+ExitStatus not_available(Host& host, const std::string& what);
+
+}  // namespace velora

@@ -1,0 +1,118 @@
+#include "host/host_config.h"
+
+#include "adapters/ini/ini_file.h"
+#include "host/host_error.h"
+#include "values/text.h"
+
+namespace velora {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kTitle = "Application Folder";
+constexpr const char* kFile = "velora.ini";
+constexpr const char* kHowToMake =
+    "\r\n\"velora-report init DIR\" makes an application folder; --folder DIR or the "
+    "environment variable VELORA_FOLDER says where it is.";
+
+[[noreturn]] void fail(const std::string& text)
+{
+    throw HostError(kTitle, text);
+}
+
+/// The [Host] section of one file.
+class HostSection {
+public:
+    explicit HostSection(const fs::path& file) : file_(file.string()), ini_(file) {}
+
+    [[nodiscard]] std::string text(const char* key) const { return std::string(trimmed(ini_.read("Host", key, ""))); }
+
+    [[nodiscard]] std::string required(const char* key, const char* meaning) const
+    {
+        auto value = text(key);
+        if (value.empty()) reject(key, "is missing", meaning);
+        return value;
+    }
+
+    [[noreturn]] void reject(const char* key, const std::string& is, const std::string& should) const
+    {
+        fail("The key \"" + std::string(key) + "\" in section [Host] of \"" + file_ + "\" " + is + ". It should be " +
+             should + ".");
+    }
+
+private:
+    std::string file_;
+    ini::IniFile ini_;
+};
+
+WhichEngine engine_of(const HostSection& host)
+{
+    const auto name = host.required("Engine", "SQLServer or Pervasive");
+    if (same_name(name, "SQLServer")) return eDBSQLServer;
+    if (same_name(name, "Pervasive")) return eDBPervasive;
+    host.reject("Engine", "is \"" + name + "\"", "SQLServer or Pervasive");
+}
+
+std::optional<bool> multi_currency_of(const HostSection& host)
+{
+    const auto answer = host.text("MultiCurrency");
+    if (answer.empty()) return std::nullopt;
+    if (same_name(answer, "yes")) return true;
+    if (same_name(answer, "no")) return false;
+    host.reject("MultiCurrency", "is \"" + answer + "\"", "yes, no or left out");
+}
+
+}  // namespace
+
+std::string HostConfig::ini_text() const
+{
+    std::string text = "; What velora-report works with. Paths are relative to this folder.\n[Host]\n";
+    text += "Company = " + company + "\n";
+    text += "Database = " + database + "\n";
+    text += "Accounting = " + accounting + "\n";
+    text += "; SQLServer or Pervasive: how queries are written\n";
+    text += std::string("Engine = ") + (engine == eDBPervasive ? "Pervasive" : "SQLServer") + "\n";
+    text += "User = " + user + "\n";
+    if (multi_currency) text += std::string("MultiCurrency = ") + (*multi_currency ? "yes" : "no") + "\n";
+    return text;
+}
+
+HostConfig read_host_config(const fs::path& folder)
+{
+    if (!fs::is_directory(folder)) {
+        fail("There is no application folder \"" + folder.string() + "\"." + kHowToMake);
+    }
+    const fs::path file = folder / kFile;
+    if (!fs::is_regular_file(file)) {
+        fail("The folder \"" + folder.string() + "\" is no application folder: it has no " + kFile + "." + kHowToMake);
+    }
+    const HostSection host(file);
+    HostConfig config;
+    config.company = host.required("Company", "the company id of the accounting system, up to 10 characters");
+    if (character_count(config.company) > 10) {
+        host.reject("Company", "is \"" + config.company + "\"", "up to 10 characters long");
+    }
+    config.database = host.required("Database", "sqlite:PATH or odbc:CONNECTION STRING");
+    config.accounting = host.required("Accounting", "sqlite:PATH or odbc:CONNECTION STRING");
+    config.engine = engine_of(host);
+    config.user = host.text("User");
+    config.multi_currency = multi_currency_of(host);
+    return config;
+}
+
+fs::path sqlite_file(const fs::path& folder, const std::string& connection, const std::string& key)
+{
+    constexpr std::string_view kScheme = "sqlite:";
+    if (connection.starts_with("odbc:")) {
+        fail("The key \"" + key +
+             "\" of velora.ini names an ODBC source. This build has no ODBC connection yet; use "
+             "sqlite:PATH.");
+    }
+    if (!connection.starts_with(kScheme) || connection.size() == kScheme.size()) {
+        fail("The key \"" + key + "\" of velora.ini is \"" + connection +
+             "\". It should be sqlite:PATH or odbc:CONNECTION STRING.");
+    }
+    return folder / connection.substr(kScheme.size());
+}
+
+}  // namespace velora

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "session/enumerations.h"
+
+namespace velora {
+
+/// What `velora.ini` in an application folder says, section [Host].
+struct HostConfig {
+    std::string company;
+    std::string database;    ///< "sqlite:PATH", relative to the folder, or "odbc:CONNECTION STRING"
+    std::string accounting;  ///< the same for the accounting store
+    WhichEngine engine = eDBSQLServer;
+    std::string user;
+    std::optional<bool> multi_currency;  ///< none: as the company says
+
+    /// The file as people read and change it.
+    [[nodiscard]] std::string ini_text() const;
+};
+
+/// @throws HostError naming the folder, file or key and what it should be
+HostConfig read_host_config(const std::filesystem::path& folder);
+
+/// The file that a "sqlite:" connection string means. @throws HostError for another kind, naming `key`
+std::filesystem::path sqlite_file(const std::filesystem::path& folder, const std::string& connection,
+                                  const std::string& key);
+
+}  // namespace velora

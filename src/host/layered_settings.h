@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/stores.h"
+
+namespace velora {
+
+/// The user's settings with what the command line says laid over them for this run. Writing goes below.
+class LayeredSettings final : public SettingsStore {
+public:
+    explicit LayeredSettings(SettingsStore& below) : below_(below) {}
+
+    void lay_over(const std::string& key, const std::string& value) { over_[key] = value; }
+    void clear() { over_.clear(); }
+
+    [[nodiscard]] std::string get(std::string_view application, std::string_view section, std::string_view key,
+                                  std::string_view otherwise) const override
+    {
+        const auto found = over_.find(key);
+        return found != over_.end() ? found->second : below_.get(application, section, key, otherwise);
+    }
+    void set(std::string_view application, std::string_view section, std::string_view key,
+             std::string_view value) override
+    {
+        below_.set(application, section, key, value);
+    }
+
+private:
+    SettingsStore& below_;
+    std::map<std::string, std::string, std::less<>> over_;
+};
+
+}  // namespace velora

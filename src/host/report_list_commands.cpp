@@ -1,0 +1,111 @@
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "host/commands.h"
+#include "host/kinds.h"
+#include "session/report_lists.h"
+
+namespace velora {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct EntryOptions {
+    std::string kind;
+    std::string name;
+    std::string file;
+};
+
+/// The entries of the kind's list file, which several kinds may share.
+SessionState& open_list(Host& host, const ReportKind& kind)
+{
+    SessionState& state = host.company();
+    state.gWhichReport = kind.which;
+    Read_ReportList(state);
+    return state;
+}
+
+auto find_entry(SessionState& state, const ReportKind& kind, const std::string& name)
+{
+    return std::ranges::find_if(
+        state.gReportList, [&](const ReportListEntry& entry) { return entry.Type == kind.type && entry.Name == name; });
+}
+
+void print_list(Host& host, const ReportKind& kind)
+{
+    for (const ReportListEntry& entry : open_list(host, kind).gReportList) {
+        if (entry.Type != kind.type) continue;
+        host.around().out << kind.name << '\t' << entry.Name << '\t' << entry.Location << '\n';
+    }
+}
+
+ExitStatus list_reports(Host& host, const std::string& kind)
+{
+    if (!kind.empty()) {
+        print_list(host, require_kind(kind));
+        return ExitStatus::Delivered;
+    }
+    for (const ReportKind& each : report_kinds()) print_list(host, each);
+    return ExitStatus::Delivered;
+}
+
+ExitStatus add_report(Host& host, const EntryOptions& options)
+{
+    const ReportKind& kind = require_kind(options.kind);
+    const fs::path file = fs::absolute(options.file).lexically_normal();
+    if (!fs::is_regular_file(file)) {
+        throw HostError("Report Not Found", "There is no report definition \"" + file.string() + "\".");
+    }
+    SessionState& state = open_list(host, kind);
+    if (find_entry(state, kind, options.name) != state.gReportList.end()) {
+        throw HostError("Report List", "The list of \"" + options.kind + "\" has a report named \"" + options.name +
+                                           "\" already. Remove it first, or choose another name.");
+    }
+    state.gReportList.push_back({options.name, file.string(), kind.type});
+    Write_ReportList(state);
+    host.say("\"" + options.name + "\" is on the list of \"" + options.kind + "\".");
+    return ExitStatus::Delivered;
+}
+
+ExitStatus remove_report(Host& host, const EntryOptions& options)
+{
+    const ReportKind& kind = require_kind(options.kind);
+    SessionState& state = open_list(host, kind);
+    const auto found = find_entry(state, kind, options.name);
+    if (found == state.gReportList.end()) {
+        throw HostError("Report List", "The list of \"" + options.kind + "\" has no report named \"" + options.name +
+                                           "\". \"velora-report lists\" shows what there is.");
+    }
+    state.gReportList.erase(found);
+    Delete_ProfileSection(state, "Report #" + std::to_string(state.gReportList.size() + 1));
+    Write_ReportList(state);
+    host.say("\"" + options.name + "\" is off the list of \"" + options.kind + "\". Its file stays.");
+    return ExitStatus::Delivered;
+}
+
+}  // namespace
+
+void add_report_list_commands(CLI::App& program, CommandBody& chosen)
+{
+    auto* lists = program.add_subcommand("lists", "Show the report lists: kind, name, definition");
+    auto kind = std::make_shared<std::string>();
+    lists->add_option("KIND", *kind, "Report kind (default: all)");
+    lists->callback([kind, &chosen] { chosen = [kind](Host& host) { return list_reports(host, *kind); }; });
+
+    auto* add = program.add_subcommand("add-report", "Add a report to the list of a kind");
+    auto added = std::make_shared<EntryOptions>();
+    add->add_option("KIND", added->kind, "Report kind")->required();
+    add->add_option("NAME", added->name, "Name shown in the list")->required();
+    add->add_option("FILE", added->file, "Report definition")->required();
+    add->callback([added, &chosen] { chosen = [added](Host& host) { return add_report(host, *added); }; });
+
+    auto* remove = program.add_subcommand("remove-report", "Take a report off the list of a kind");
+    auto removed = std::make_shared<EntryOptions>();
+    remove->add_option("KIND", removed->kind, "Report kind")->required();
+    remove->add_option("NAME", removed->name, "Name shown in the list")->required();
+    remove->callback([removed, &chosen] { chosen = [removed](Host& host) { return remove_report(host, *removed); }; });
+}
+
+}  // namespace velora

@@ -1,0 +1,198 @@
+#include "host/tables.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "host/host_error.h"
+#include "values/date_time.h"
+
+namespace velora {
+namespace {
+
+using nlohmann::json;
+namespace fs = std::filesystem;
+
+/// Rows in memory.
+class HeldTable final : public TableSource {
+public:
+    HeldTable(std::vector<Field> fields, std::vector<std::vector<Value>> rows)
+        : fields_(std::move(fields)), rows_(std::move(rows))
+    {
+    }
+
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override { return ++at_ <= rows_.size(); }
+    void rewind() override { at_ = 0; }
+    [[nodiscard]] const Value& cell(size_t field) const override { return rows_.at(at_ - 1).at(field); }
+
+private:
+    std::vector<Field> fields_;
+    std::vector<std::vector<Value>> rows_;
+    size_t at_ = 0;  // rows count from 1
+};
+
+std::string file_text(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file || fs::is_directory(path)) {
+        throw HostError("Data", "The data file \"" + path.string() + "\" cannot be opened.");
+    }
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Reads RFC 4180: quotes around a value, doubled inside it; lines end with LF or CRLF.
+class CsvReader {
+public:
+    CsvReader(const std::string& text, const fs::path& file) : text_(text), file_(file) {}
+
+    std::vector<std::vector<Value>> rows()
+    {
+        std::vector<std::vector<Value>> rows;
+        while (at_ < text_.size()) rows.push_back(row());
+        return rows;
+    }
+
+private:
+    std::vector<Value> row()
+    {
+        std::vector<Value> cells;
+        do cells.emplace_back(value());
+        while (take(','));
+        take('\r');
+        if (!take('\n') && at_ < text_.size()) fail("text stands behind a closing quote");
+        ++line_;
+        return cells;
+    }
+
+    std::string value()
+    {
+        if (take('"')) return quoted();
+        const size_t end = std::min(text_.find_first_of(",\r\n", at_), text_.size());
+        std::string plain = text_.substr(at_, end - at_);
+        at_ = end;
+        return plain;
+    }
+
+    std::string quoted()
+    {
+        const size_t first_line = line_;
+        std::string inside;
+        while (at_ < text_.size()) {
+            const char c = text_[at_++];
+            if (c == '"' && !take('"')) return inside;
+            line_ += c == '\n' ? 1 : 0;
+            inside.push_back(c);
+        }
+        line_ = first_line;
+        fail("a quote is not closed");
+    }
+
+    bool take(char wanted)
+    {
+        if (at_ >= text_.size() || text_[at_] != wanted) return false;
+        ++at_;
+        return true;
+    }
+
+    [[noreturn]] void fail(const std::string& what) const
+    {
+        throw HostError("Data",
+                        "The data file \"" + file_.string() + "\", line " + std::to_string(line_) + ": " + what + ".");
+    }
+
+    const std::string& text_;
+    const fs::path& file_;
+    size_t at_ = 0;
+    size_t line_ = 1;
+};
+
+/// The types of `--pipe` by the code or the name.
+Value::Type type_of(const json& type)
+{
+    switch (type.is_number_integer() ? type.get<int>() : 0) {
+        case 3:
+        case 16:
+            return Value::Type::Integer;
+        case 4:
+            return Value::Type::Single;
+        case 7:
+        case 135:
+            return Value::Type::Date;
+        case 11:
+            return Value::Type::Boolean;
+        default:
+            return Value::Type::Text;
+    }
+}
+
+Value cell_of(const json& cell, Value::Type type)
+{
+    if (cell.is_null()) return {};
+    if (cell.is_boolean()) return cell.get<bool>();
+    if (cell.is_number_integer()) return cell.get<int64_t>();
+    if (cell.is_number()) return type == Value::Type::Single ? Value(cell.get<float>()) : Value(cell.get<double>());
+    if (!cell.is_string()) throw std::runtime_error("a cell is neither text, number, truth value nor null");
+    const auto& text = cell.get_ref<const std::string&>();
+    if (type != Value::Type::Date) return text;
+    const auto date = DateTime::from_iso(text);
+    if (!date) throw std::runtime_error("\"" + text + "\" is no date of the form YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS");
+    return *date;
+}
+
+std::vector<Value> row_of(const json& cells, const std::vector<TableSource::Field>& fields, size_t number)
+{
+    if (!cells.is_array() || cells.size() != fields.size()) {
+        throw std::runtime_error("row " + std::to_string(number) + " does not have " + std::to_string(fields.size()) +
+                                 " cells");
+    }
+    std::vector<Value> row;
+    row.reserve(fields.size());
+    for (size_t at = 0; at < fields.size(); ++at) row.push_back(cell_of(cells[at], fields[at].type));
+    return row;
+}
+
+std::unique_ptr<TableSource> table_of(const json& pipe)
+{
+    std::vector<TableSource::Field> fields;
+    for (const json& field : pipe.at("fields")) {
+        fields.push_back({field.at("name").get<std::string>(), type_of(field.value("type", json()))});
+    }
+    std::vector<std::vector<Value>> rows;
+    for (const json& cells : pipe.at("rows")) rows.push_back(row_of(cells, fields, rows.size() + 1));
+    return std::make_unique<HeldTable>(std::move(fields), std::move(rows));
+}
+
+}  // namespace
+
+std::unique_ptr<TableSource> empty_rows(size_t count)
+{
+    return std::make_unique<HeldTable>(std::vector<TableSource::Field>{}, std::vector<std::vector<Value>>(count));
+}
+
+std::unique_ptr<TableSource> read_csv(const fs::path& file)
+{
+    const std::string text = file_text(file);
+    auto rows = CsvReader(text, file).rows();
+    size_t width = 0;
+    for (const auto& row : rows) width = std::max(width, row.size());
+    for (auto& row : rows) row.resize(width);  // what a short line lacks is null
+    std::vector<TableSource::Field> fields;
+    for (size_t at = 0; at < width; ++at) fields.push_back({"COLUMN_" + std::to_string(at), Value::Type::Text});
+    return std::make_unique<HeldTable>(std::move(fields), std::move(rows));
+}
+
+std::unique_ptr<TableSource> read_pipe_json(const fs::path& file)
+{
+    try {
+        return table_of(json::parse(file_text(file)));
+    } catch (const HostError&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw HostError("Data", "The data file \"" + file.string() +
+                                    "\" is not of the form that --pipe writes: " + error.what() + ".");
+    }
+}
+
+}  // namespace velora
