@@ -395,7 +395,7 @@ struct Definition {
     std::string path;    ///< of the file, empty when it was read from memory
     std::string folder;  ///< images, templates and subreports are looked up here
     PageLayout page;
-    WhenNoData when_no_data = WhenNoData::NoPages;
+    std::optional<WhenNoData> when_no_data;  ///< none: no pages
     bool title_new_page = false;
     bool summary_new_page = false;
     bool summary_with_page_header_and_footer = false;

@@ -1,0 +1,201 @@
+#include "engine/definition/checks.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+
+namespace velora::engine {
+
+namespace {
+
+using namespace model;
+
+// ---------------------------------------------------------------------------------------------------- pages
+
+void check_page(Definition& definition, Source& source)
+{
+    PageLayout& page = definition.page;
+    const Position place = definition.data.place;
+    const int room = page.width - page.left - page.right;
+    if (room < 1) {
+        throw DefinitionError(place, "jasperReport", "the left and right margins leave no room on the page");
+    }
+    if (page.height - page.top - page.bottom < 1) {
+        throw DefinitionError(place, "jasperReport", "the top and bottom margins leave no room on the page");
+    }
+    const int spacing = page.column_spacing * (page.column_count - 1);
+    const int wide = room - spacing;
+    const int most = wide / page.column_count;
+    if (most < 1) throw DefinitionError(place, "jasperReport", "the columns have no room on the page");
+    if (page.column_width >= 1 && page.column_width <= most) return;
+    source.warn(place, "jasperReport",
+                "the columns of " + std::to_string(page.column_width) + " points do not fit, " + std::to_string(most) +
+                    " is taken");
+    page.column_width = most;
+}
+
+// ------------------------------------------------------------------------------------------- names of groups
+
+class GroupNames {
+public:
+    explicit GroupNames(const std::vector<Group>& groups) : groups_(groups) {}
+
+    void require(const std::string& name, Position place, const std::string& what) const
+    {
+        if (std::ranges::find(groups_, name, &Group::name) != groups_.end()) return;
+        const std::string reason =
+            name.empty() ? "asks for a group and names none" : "there is no group '" + name + "'";
+        throw DefinitionError(place, what, reason);
+    }
+
+private:
+    const std::vector<Group>& groups_;
+};
+
+void check_variables(const Dataset& data, const std::vector<Group>& groups)
+{
+    const GroupNames names(groups);
+    for (const Variable& variable : data.variables) {
+        const std::string what = "variable '" + variable.name + "'";
+        if (variable.reset == Moment::Group) names.require(variable.reset_group, variable.place, what);
+        if (variable.increment == Moment::Group) names.require(variable.increment_group, variable.place, what);
+    }
+    for (const SortField& sort : data.sort_fields) {
+        const bool known = sort.by == SortField::By::Field
+                               ? std::ranges::find(data.fields, sort.name, &Field::name) != data.fields.end()
+                               : std::ranges::find(data.variables, sort.name, &Variable::name) != data.variables.end();
+        if (!known) throw DefinitionError(sort.place, "sortField", "there is no '" + sort.name + "' to sort by");
+    }
+}
+
+void check_groups(const std::vector<Group>& groups)
+{
+    for (auto group = groups.begin(); group != groups.end(); ++group) {
+        if (std::find_if(groups.begin(), group, [&](const Group& g) { return g.name == group->name; }) != group) {
+            throw DefinitionError(group->place, "group", "there are two groups '" + group->name + "'");
+        }
+    }
+}
+
+// ------------------------------------------------------------------------------------------------- elements
+
+class ElementCheck {
+public:
+    ElementCheck(const Definition& definition, Source& source)
+        : definition_(definition), groups_(definition.groups), source_(source)
+    {
+    }
+
+    void run() const
+    {
+        for (const auto* band : {&definition_.background, &definition_.title, &definition_.page_header,
+                                 &definition_.column_header, &definition_.column_footer, &definition_.page_footer,
+                                 &definition_.last_page_footer, &definition_.summary, &definition_.no_data}) {
+            if (*band) check((*band)->elements);
+        }
+        for (const Band& band : definition_.details) check(band.elements);
+        for (const Group& group : definition_.groups) {
+            for (const Band& band : group.headers) check(band.elements);
+            for (const Band& band : group.footers) check(band.elements);
+        }
+    }
+
+private:
+    void check(const std::vector<Element>& elements) const
+    {
+        for (const Element& element : elements) check(element);
+    }
+
+    void check(const Element& element) const
+    {
+        const auto& styles = definition_.styles;
+        const bool known = element.style.empty() || !definition_.templates.empty() ||
+                           std::ranges::find(styles, element.style, &model::Style::name) != styles.end();
+        if (!known) source_.warn(element.place, "element", "there is no style '" + element.style + "'");
+        if (!element.print_when_group_changes.empty()) {
+            groups_.require(element.print_when_group_changes, element.place, "element");
+        }
+        std::visit([&](const auto& body) { check_body(body, element.place); }, element.body);
+    }
+
+    template <class Body>
+    void check_body(const Body& body, Position place) const
+    {
+        if constexpr (requires { body.evaluation_group; }) {
+            if (body.evaluation == EvaluationTime::Group) groups_.require(body.evaluation_group, place, "element");
+        }
+        if constexpr (requires { body.children; }) check(body.children);
+        if constexpr (requires {
+                          body.run;
+                          body.reset;
+                      }) {
+            check_dataset(body.run, place);
+            if (body.reset == Moment::Group) groups_.require(body.reset_group, place, "chart");
+            if (body.increment == Moment::Group) groups_.require(body.increment_group, place, "chart");
+        }
+    }
+
+    void check_dataset(const std::optional<DatasetRun>& run, Position place) const
+    {
+        if (!run || run->dataset.empty()) return;
+        const auto& all = definition_.datasets;
+        if (std::ranges::find(all, run->dataset, &Dataset::name) != all.end()) return;
+        throw DefinitionError(place, "datasetRun", "there is no dataset '" + run->dataset + "'");
+    }
+
+    const Definition& definition_;
+    GroupNames groups_;
+    Source& source_;
+};
+
+/// The names on the way from a style to itself: "A, B, A".
+std::string cycle_from(const model::Style& start, const std::map<std::string, const model::Style*, std::less<>>& styles)
+{
+    std::string names = start.name;
+    for (const model::Style* at = styles.at(start.parent); at->name != start.name; at = styles.at(at->parent)) {
+        names += ", " + at->name;
+    }
+    return names + ", " + start.name;
+}
+
+}  // namespace
+
+void check_styles(const std::vector<model::Style>& styles, std::vector<Warning>& warnings)
+{
+    std::map<std::string, const model::Style*, std::less<>> by_name;
+    for (const model::Style& style : styles) by_name[style.name] = &style;
+    for (const model::Style& style : styles) {
+        size_t steps = 0;
+        const model::Style* at = by_name.at(style.name);
+        while (at != nullptr && !at->parent.empty()) {
+            const auto parent = by_name.find(at->parent);
+            if (parent == by_name.end()) {
+                if (steps == 0) warnings.push_back({style.place, "style", "there is no style '" + at->parent + "'"});
+                break;
+            }
+            at = parent->second;
+            if (at == by_name.at(style.name)) {
+                throw DefinitionError(style.place, "style",
+                                      "styles inherit from each other: " + cycle_from(*at, by_name));
+            }
+            if (++steps > styles.size()) break;  // a cycle further up, found from one of its own styles
+        }
+    }
+}
+
+void check_definition(Definition& definition, Source& source)
+{
+    check_page(definition, source);
+    check_groups(definition.groups);
+    check_variables(definition.data, definition.groups);
+    for (const Dataset& dataset : definition.datasets) check_variables(dataset, dataset.groups);
+    // a template may bring the styles that are missing here; they are checked again when it has joined
+    std::vector<Warning> found;
+    check_styles(definition.styles, found);
+    if (definition.templates.empty()) {
+        for (auto& warning : found) source.warn(warning.place, warning.element, std::move(warning.text));
+    }
+    ElementCheck(definition, source).run();
+}
+
+}  // namespace velora::engine

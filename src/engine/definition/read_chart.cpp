@@ -1,0 +1,273 @@
+#include <algorithm>
+
+#include "engine/definition/parts.h"
+#include "values/text.h"
+
+namespace velora::engine {
+
+namespace {
+
+using namespace model;
+
+constexpr auto kTypes = std::to_array<std::string_view>(
+    {"pie",    "pie3D",       "bar",     "bar3D",  "stackedBar", "stackedBar3D", "line",
+     "area",   "stackedArea", "xyBar",   "xyLine", "xyArea",     "scatter",      "timeSeries",
+     "bubble", "candlestick", "highLow", "gantt",  "meter",      "thermometer",  "multiAxis"});
+
+// clang-format off
+constexpr auto kChartRules = std::to_array<AttributeRule<Chart>>({
+    {"chartType",             set_nothing<Chart>},
+    {"showLegend",            set_flag<&Chart::show_legend>},
+    {"evaluationTime",        set_choice<&Chart::evaluation, kEvaluationTimes>},
+    {"evaluationGroup",       set_text<&Chart::evaluation_group>},
+    {"titlePosition",         set_text<&Chart::title_position>},
+    {"titleColor",            set_color<&Chart::title_color>},
+    {"subtitleColor",         set_color<&Chart::subtitle_color>},
+    {"legendPosition",        set_text<&Chart::legend_position>},
+    {"legendColor",           set_color<&Chart::legend_color>},
+    {"legendBackgroundColor", set_nothing<Chart>},
+    {"customizerClass",       [](Chart&, const Attribute& a) { a.warn("chart customizers are not run"); }},
+    {"renderType",            set_nothing<Chart>},
+    {"theme",                 set_nothing<Chart>},
+});
+
+constexpr auto kTitleRules = std::to_array<AttributeRule<Chart>>({
+    {"position", set_text<&Chart::title_position>},
+    {"color",    set_color<&Chart::title_color>},
+});
+constexpr auto kSubtitleRules = std::to_array<AttributeRule<Chart>>({
+    {"color", set_color<&Chart::subtitle_color>},
+});
+constexpr auto kLegendRules = std::to_array<AttributeRule<Chart>>({
+    {"position",        set_text<&Chart::legend_position>},
+    {"textColor",       set_color<&Chart::legend_color>},
+    {"color",           set_color<&Chart::legend_color>},
+    {"backgroundColor", set_nothing<Chart>},
+});
+
+constexpr auto kOrientations = std::to_array<Choice<bool>>({{"Horizontal", true}, {"Vertical", false}});
+
+constexpr auto kPlotRules = std::to_array<AttributeRule<Chart>>({
+    {"showLabels",            set_flag<&Chart::show_labels>},
+    {"orientation",           set_choice<&Chart::horizontal, kOrientations>},
+    {"labelFormat",           set_text<&Chart::label_format>},
+    {"valueAxisTickLabelMask", set_text<&Chart::value_axis_pattern>},
+    {"kind",                  set_nothing<Chart>},
+    {"legendLabelFormat",     set_nothing<Chart>},
+    {"circular",              set_nothing<Chart>},
+    {"showTickLabels",        set_nothing<Chart>},
+    {"showTickMarks",         set_nothing<Chart>},
+    {"showLines",             set_nothing<Chart>},
+    {"showShapes",            set_nothing<Chart>},
+    {"backcolor",             set_nothing<Chart>},
+    {"backgroundAlpha",       set_nothing<Chart>},
+    {"foregroundAlpha",       set_nothing<Chart>},
+    {"labelRotation",         set_nothing<Chart>},
+    {"depthFactor",           set_nothing<Chart>},
+    {"xOffset",               set_nothing<Chart>},
+    {"yOffset",               set_nothing<Chart>},
+    {"categoryAxisLabelColor",     set_nothing<Chart>},
+    {"categoryAxisTickLabelColor", set_nothing<Chart>},
+    {"categoryAxisLineColor",      set_nothing<Chart>},
+    {"categoryAxisTickLabelRotation", set_nothing<Chart>},
+    {"valueAxisLabelColor",        set_nothing<Chart>},
+    {"valueAxisTickLabelColor",    set_nothing<Chart>},
+    {"valueAxisLineColor",         set_nothing<Chart>},
+});
+
+constexpr auto kDataRules = std::to_array<AttributeRule<Chart>>({
+    {"kind",           set_nothing<Chart>},
+    {"resetType",      set_choice<&Chart::reset, kMoments>},
+    {"resetGroup",     set_text<&Chart::reset_group>},
+    {"incrementType",  set_choice<&Chart::increment, kMoments>},
+    {"incrementGroup", set_text<&Chart::increment_group>},
+    {"maxCount",       set_nothing<Chart>},
+    {"minPercentage",  set_nothing<Chart>},
+});
+
+constexpr auto kSeriesChildren = std::to_array<ChildRule<ChartSeries>>({
+    {"seriesExpression",     read_expression<&ChartSeries::series>},
+    {"categoryExpression",   read_expression<&ChartSeries::category>},
+    {"keyExpression",        read_expression<&ChartSeries::category>},
+    {"xValueExpression",     read_expression<&ChartSeries::category>},
+    {"timePeriodExpression", read_expression<&ChartSeries::category>},
+    {"valueExpression",      read_expression<&ChartSeries::value>},
+    {"yValueExpression",     read_expression<&ChartSeries::value>},
+    {"labelExpression",      read_expression<&ChartSeries::label>},
+    {"itemHyperlink",        read_nothing<ChartSeries>},
+    {"sectionHyperlink",     read_nothing<ChartSeries>},
+});
+
+constexpr auto kSeriesNames = std::to_array<std::string_view>({
+    "series", "categorySeries", "pieSeries", "xySeries", "timeSeries"});
+// clang-format on
+
+template <auto font>
+void read_chart_font(Chart& chart, Tag& child)
+{
+    child.read<FontAttributes>(font_rules(), chart.*font);
+}
+
+/// The fonts of the wrapped parts are called just "font".
+template <auto font, const auto& rules>
+void read_wrapped(Chart& chart, Tag& tag)
+{
+    tag.read<Chart>(rules, chart);
+    tag.each_child([&](Tag& child) {
+        if (child.name() != "font") return read_chart_child(chart, child);
+        read_chart_font<font>(chart, child);
+        return true;
+    });
+}
+
+// -------------------------------------------------------------------------------------------------- dataset
+
+void read_data(Chart& chart, Tag& tag)
+{
+    tag.read<Chart>(kDataRules, chart);
+    ChartSeries direct;
+    bool has_direct = false;
+    tag.each_child([&](Tag& child) {
+        const auto name = child.name();
+        if (std::ranges::find(kSeriesNames, name) != kSeriesNames.end()) {
+            ChartSeries& series = chart.series.emplace_back();
+            child.each_child([&](Tag& part) { return read_child<ChartSeries>(kSeriesChildren, series, part); });
+        } else if (name == "dataset") {
+            read_data(chart, child);
+        } else if (name == "datasetRun") {
+            chart.run = read_dataset_run(child);
+        } else if (name == "incrementWhenExpression") {
+            chart.increment_when = child.expression();
+        } else if (name == "otherKeyExpression" || name == "otherLabelExpression" || name == "otherSectionHyperlink") {
+            child.ignore_all();
+        } else if (read_child<ChartSeries>(kSeriesChildren, direct, child)) {
+            has_direct = true;
+        } else {
+            return false;
+        }
+        return true;
+    });
+    if (has_direct) chart.series.push_back(std::move(direct));
+}
+
+// ----------------------------------------------------------------------------------------------------- plot
+
+/// Colours come in any order with their number.
+void read_series_color(Chart& chart, Tag& tag)
+{
+    struct Numbered {
+        int order = 0;
+        Color color;
+    } out;
+    static constexpr auto kRules =
+        std::to_array<AttributeRule<Numbered>>({{"order", set_whole<&Numbered::order, 0, 999>},
+                                                {"seriesOrder", set_whole<&Numbered::order, 0, 999>},
+                                                {"color", set_color<&Numbered::color>}});
+    tag.read<Numbered>(kRules, out);
+    const auto at = static_cast<size_t>(out.order);
+    if (chart.colors.size() <= at) chart.colors.resize(at + 1, Color{0, 0, 0, 0});
+    chart.colors[at] = out.color;
+}
+
+void read_axis_format(Chart& chart, Tag& tag)
+{
+    const auto mask = tag.value("tickLabelMask");
+    if (!mask.empty()) chart.value_axis_pattern = mask;
+    tag.ignore_all();
+    tag.each_child([&](Tag& child) {
+        if (child.name() == "axisFormat") read_axis_format(chart, child);
+        child.ignore_all();
+        return true;
+    });
+}
+
+void read_item_label(Chart& chart, Tag& tag)
+{
+    chart.show_values = true;
+    tag.ignore_all();
+    tag.each_child([](Tag& child) {
+        child.ignore_all();
+        return true;
+    });
+}
+
+void read_plot(Chart& chart, Tag& tag);
+
+constexpr auto kPlotChildren = std::to_array<ChildRule<Chart>>({
+    // clang-format off
+    {"plot",                        read_plot},
+    {"seriesColor",                 read_series_color},
+    {"itemLabel",                   read_item_label},
+    {"categoryAxisLabelExpression", read_expression<&Chart::category_axis_label>},
+    {"xAxisLabelExpression",        read_expression<&Chart::category_axis_label>},
+    {"timeAxisLabelExpression",     read_expression<&Chart::category_axis_label>},
+    {"valueAxisLabelExpression",    read_expression<&Chart::value_axis_label>},
+    {"yAxisLabelExpression",        read_expression<&Chart::value_axis_label>},
+    {"valueAxisFormat",             read_axis_format},
+    {"yAxisFormat",                 read_axis_format},
+    {"categoryAxisFormat",          read_nothing<Chart>},
+    {"xAxisFormat",                 read_nothing<Chart>},
+    {"timeAxisFormat",              read_nothing<Chart>},
+    {"categoryAxisLabelFont",       read_nothing<Chart>},
+    {"categoryAxisTickLabelFont",   read_nothing<Chart>},
+    {"valueAxisLabelFont",          read_nothing<Chart>},
+    {"valueAxisTickLabelFont",      read_nothing<Chart>},
+    {"domainAxisMinValueExpression", read_nothing<Chart>},
+    {"domainAxisMaxValueExpression", read_nothing<Chart>},
+    {"rangeAxisMinValueExpression", read_nothing<Chart>},
+    {"rangeAxisMaxValueExpression", read_nothing<Chart>},
+    // clang-format on
+});
+
+void read_plot(Chart& chart, Tag& tag)
+{
+    tag.read<Chart>(kPlotRules, chart);
+    tag.each_child([&](Tag& child) { return read_child<Chart>(kPlotChildren, chart, child); });
+}
+
+constexpr auto kChartChildren = std::to_array<ChildRule<Chart>>({
+    // clang-format off
+    {"dataset",            read_data},
+    {"pieDataset",         read_data},
+    {"categoryDataset",    read_data},
+    {"xyDataset",          read_data},
+    {"timeSeriesDataset",  read_data},
+    {"plot",               read_plot},
+    {"piePlot",            read_plot},
+    {"pie3DPlot",          read_plot},
+    {"barPlot",            read_plot},
+    {"bar3DPlot",          read_plot},
+    {"linePlot",           read_plot},
+    {"areaPlot",           read_plot},
+    {"timeSeriesPlot",     read_plot},
+    {"chartTitle",         read_wrapped<&Chart::title_font, kTitleRules>},
+    {"chartSubtitle",      read_wrapped<&Chart::subtitle_font, kSubtitleRules>},
+    {"chartLegend",        read_wrapped<&Chart::legend_font, kLegendRules>},
+    {"titleFont",          read_chart_font<&Chart::title_font>},
+    {"subtitleFont",       read_chart_font<&Chart::subtitle_font>},
+    {"legendFont",         read_chart_font<&Chart::legend_font>},
+    {"titleExpression",    read_expression<&Chart::title>},
+    {"subtitleExpression", read_expression<&Chart::subtitle>},
+    // clang-format on
+});
+
+}  // namespace
+
+std::string chart_type(std::string_view written)
+{
+    if (written.ends_with("Chart")) written.remove_suffix(5);
+    const auto found = std::ranges::find_if(kTypes, [&](std::string_view type) { return same_name(type, written); });
+    return found == kTypes.end() ? std::string() : std::string(*found);
+}
+
+std::span<const AttributeRule<Chart>> chart_rules()
+{
+    return kChartRules;
+}
+
+bool read_chart_child(Chart& target, Tag& child)
+{
+    return read_child<Chart>(kChartChildren, target, child);
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/definition/reader.h"
+
+namespace velora::engine {
+
+/// A parsed XML text that knows where everything in it stands, and collects the warnings about it.
+class Source {
+public:
+    /// @throws DefinitionError for what is no XML, too large or nested too deeply
+    Source(std::string_view xml, std::vector<Warning>& warnings);
+
+    [[nodiscard]] pugi::xml_node root() const { return document_.document_element(); }
+    /// Place of a character that lies in the parsed text; unknown for a text that was not in UTF-8.
+    [[nodiscard]] Position place(const char* inside) const;
+    void warn(Position place, std::string_view element, std::string text);
+
+private:
+    [[nodiscard]] Position place_of(size_t offset) const;
+    void check_depth() const;
+
+    std::string_view written_;
+    std::string buffer_;  ///< the document points into it
+    pugi::xml_document document_;
+    std::vector<size_t> lines_;  ///< where each line starts
+    std::vector<Warning>& warnings_;
+};
+
+}  // namespace velora::engine
