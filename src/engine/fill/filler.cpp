@@ -62,8 +62,7 @@ void Filler::fill()
         begin_report();
         begin_body();
         details();
-        while (run_.rows.next()) {
-            next_row();
+        while (next_row()) {
         }
         group_footers(true);
         summary();
@@ -93,8 +92,11 @@ void Filler::begin_body()
     group_headers(true);
 }
 
-void Filler::next_row()
+bool Filler::next_row()
 {
+    row_on_page_ = false;
+    row_on_column_ = false;
+    if (!run_.rows.next()) return false;
     if (!groups_.empty()) {
         find_group_changes();
         group_footers(false);
@@ -103,11 +105,12 @@ void Filler::next_row()
     run_.rows.begin(model::Moment::Group, changed_);
     group_headers(false);
     details();
+    return true;
 }
 
 void Filler::no_data()
 {
-    const auto kind = definition_.when_no_data;
+    const auto kind = definition_.when_no_data.value_or(WhenNoData::NoPages);
     if (kind == WhenNoData::BlankPage) run_.book.begin_page();
     if (kind == WhenNoData::AllSectionsNoDetail) {
         begin_report();

@@ -50,7 +50,7 @@ private:
     // filler.cpp: the course of the report
     void begin_report();
     void begin_body();
-    void next_row();
+    bool next_row();
     void no_data();
     void find_group_changes();
     [[nodiscard]] bool has_changed(const GroupState& group) const;

@@ -11,6 +11,7 @@ using model::SplitType;
 namespace {
 
 constexpr std::string_view kKeepFullText = "net.sf.jasperreports.print.keep.full.text";
+constexpr std::string_view kConsumeSpace = "net.sf.jasperreports.consume.space.on.overflow";
 
 struct RoleName {
     BandRole role;
@@ -59,6 +60,7 @@ private:
     void chart(PartPlan& part, const model::Chart& chart);
     void evaluation(PartPlan& part, EvaluationTime time, const std::string& group);
     std::unique_ptr<LinkPlan> link(const model::Hyperlink& link);
+    void flag(FlagPlan& flag, const model::Element& element, std::string_view property);
     uint32_t source(const model::Element& element);
     Expression compiled(const model::ExpressionText& text, std::string_view what);
 
@@ -80,6 +82,16 @@ uint32_t PlanMaker::source(const model::Element& element)
         {element.uuid, role_name(role_),
          group_ == kNoGroup ? std::string() : definition_.groups[static_cast<size_t>(group_)].name});
     return static_cast<uint32_t>(plan_.sources.size() - 1);
+}
+
+void PlanMaker::flag(FlagPlan& flag, const model::Element& element, std::string_view name)
+{
+    if (const auto value = model::property_value(definition_.data.properties, name)) flag.value = *value == "true";
+    for (const auto& property : element.properties) {
+        if (property.name != name) continue;
+        flag.value = property.value == "true";
+        flag.expression = compiled(property.expression, "propertyExpression");
+    }
 }
 
 void PlanMaker::evaluation(PartPlan& part, EvaluationTime time, const std::string& group)
@@ -145,13 +157,8 @@ PartPlan PlanMaker::part(const model::Element& element)
     if (!element.print_when_group_changes.empty()) {
         part.new_group = group_index(definition_, element.print_when_group_changes, element.place);
     }
-    part.keep_full_text =
-        model::property_value(element.properties, kKeepFullText)
-            .value_or(model::property_value(definition_.data.properties, kKeepFullText).value_or("false")) == "true";
-    for (const auto& property : element.properties) {
-        if (property.name == kKeepFullText)
-            part.keep_full_text_when = compiled(property.expression, "propertyExpression");
-    }
+    flag(part.keep_full_text, element, kKeepFullText);
+    flag(part.consume_space_on_overflow, element, kConsumeSpace);
 
     using Kind = PartPlan::Kind;
     const auto graphic = [&](Kind kind) {

@@ -59,6 +59,17 @@ struct LinkPlan {
 struct ContainerPlan;
 struct ChartPlan;
 
+/// A property of an element that is true or false, stated by it, by an expression or by the report.
+struct FlagPlan {
+    bool value = false;
+    Expression expression;
+
+    [[nodiscard]] bool holds(const Environment& environment) const
+    {
+        return expression ? expression.text(environment) == "true" : value;
+    }
+};
+
 /// One element of a band or frame.
 struct PartPlan {
     enum class Kind : uint8_t { StaticText, TextField, Line, Rectangle, Ellipse, Image, Frame, Break, Chart, Blank };
@@ -78,8 +89,8 @@ struct PartPlan {
     Expression expression;
     Expression pattern;
     model::TextAdjust adjust = model::TextAdjust::CutText;
-    bool keep_full_text = false;
-    Expression keep_full_text_when;
+    FlagPlan keep_full_text;                       ///< what is cut off stays in the print, unseen
+    FlagPlan consume_space_on_overflow{true, {}};  ///< a text that goes over takes all of the room that is left
     std::unique_ptr<LinkPlan> link;
     std::unique_ptr<ContainerPlan> children;
     std::unique_ptr<ChartPlan> chart;

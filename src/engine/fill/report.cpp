@@ -64,23 +64,44 @@ std::function<void(const std::string&)> once(const std::function<void(const std:
     };
 }
 
+/// A definition that reads nothing and does not say what is to happen without data is printed once.
+bool reads_nothing(const model::Definition& definition, const TableSource& table)
+{
+    return !definition.when_no_data && definition.data.fields.empty() && !definition.data.query.text.present() &&
+           table.fields().empty();
+}
+
 /// Asks between the rows whether the run is still wanted.
 class StoppableTable : public TableSource {
 public:
-    StoppableTable(TableSource& table, const std::function<bool()>& cancelled) : table_(table), cancelled_(cancelled) {}
+    /// @param at_least  rows that are there even when the table has none
+    StoppableTable(TableSource& table, const std::function<bool()>& cancelled, size_t at_least)
+        : table_(table), cancelled_(cancelled), at_least_(at_least)
+    {
+    }
 
     [[nodiscard]] const std::vector<Field>& fields() const override { return table_.fields(); }
     bool next() override
     {
         if (cancelled_ && cancelled_()) throw fault::of(fault::kCancelled);
-        return table_.next();
+        if (table_.next()) {
+            ++count_;
+            return true;
+        }
+        return count_++ < at_least_;
     }
-    void rewind() override { table_.rewind(); }
+    void rewind() override
+    {
+        table_.rewind();
+        count_ = 0;
+    }
     [[nodiscard]] const Value& cell(size_t field) const override { return table_.cell(field); }
 
 private:
     TableSource& table_;
     const std::function<bool()>& cancelled_;
+    size_t at_least_;
+    size_t count_ = 0;
 };
 
 }  // namespace
@@ -108,7 +129,7 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     Document document;
     describe(document, plan, options);
     const auto warn = once(options.warn);
-    StoppableTable rows_of(table, options.cancelled);
+    StoppableTable rows_of(table, options.cancelled, reads_nothing(*plan.definition, table) ? 1 : 0);
     Rows rows(plan, rows_of, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
     PageBook book(sink, document);
     Images images(options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder);

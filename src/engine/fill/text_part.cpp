@@ -29,8 +29,8 @@ void TextPart::evaluate(Moment moment)
 
 void TextPart::evaluate_text(const Environment& environment)
 {
-    keep_all_ =
-        plan_.keep_full_text || (plan_.keep_full_text_when && plan_.keep_full_text_when.text(environment) == "true");
+    keep_all_ = plan_.keep_full_text.holds(environment);
+    takes_room_ = plan_.consume_space_on_overflow.holds(environment);
     if (is_static_) {
         take_text(std::string(std::get<model::StaticText>(source().body).text));
         return;
@@ -193,7 +193,7 @@ void TextPart::lay_out(int stretch)
     const int needed = static_cast<int>(std::ceil(layout_.height)) + box.top_padding + box.bottom_padding;
     if (style.rotation != Rotation::None) {
         set_prepare_height(height_);
-    } else if (layout_.complete || !may_split()) {
+    } else if (layout_.complete || !may_split() || !takes_room_) {
         set_prepare_height(needed);
     } else {
         set_prepare_height(height_ + stretch);  // nothing else is to stand in the room that is left

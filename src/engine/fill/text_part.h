@@ -51,6 +51,7 @@ private:
     bool known_ = false;  ///< there was a value before
     bool repeats_ = true;
     bool keep_all_ = false;
+    bool takes_room_ = true;
     size_t start_ = 0;  ///< the part that is shown on this page
     size_t end_ = 0;
     TextLayout layout_;
