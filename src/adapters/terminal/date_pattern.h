@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "values/date_time.h"
+
+namespace velora::terminal {
+
+/// A short date pattern of the Unicode locale data: runs of y, M and d, literal text, text between single quotes.
+class DatePattern {
+public:
+    explicit DatePattern(std::string pattern);
+
+    /// The day with its year in full, whatever the pattern says of the year.
+    [[nodiscard]] std::string write(const DateTime& date) const;
+    [[nodiscard]] std::optional<DateTime> read(std::string_view text) const;
+
+private:
+    std::string pattern_;
+    std::string order_;  // of "y", "M" and "d"
+};
+
+}  // namespace velora::terminal
