@@ -69,6 +69,8 @@ struct TextDetail {
     Value value;  ///< what the text shows, when the sink asked for typed values and the text is number or date
     Link link;
     Anchor anchor;
+    std::string marked;           ///< with runs: the text as the definition marked it up, when it is all shown
+    bool marked_as_html = false;  ///< how `marked` is written; else it is styled text
     bool operator==(const TextDetail&) const = default;
 };
 
