@@ -67,6 +67,7 @@ public:
 
     std::string unscramble(std::string_view text) override
     {
+        if (text.empty()) return {};
         const auto sealed = from_base64(text);
         if (!sealed || sealed->size() < kHeadSize + kSealSize || sealed->front() != kForm) return {};
         const auto key = cipher::read_key(key_path_);
