@@ -39,11 +39,33 @@ bool is_inside(const std::filesystem::path& file, const std::filesystem::path& f
     return !relative.empty() && *relative.begin() != "..";
 }
 
+/// None for what is no base64 text; blanks are passed over.
+std::optional<std::string> decoded_base64(std::string_view text)
+{
+    constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string bytes;
+    uint32_t bits = 0;
+    int count = 0;
+    for (const char c : text) {
+        if (c == ' ' || c == '\n' || c == '\r' || c == '\t') continue;
+        if (c == '=') break;
+        const size_t digit = kDigits.find(c);
+        if (digit == std::string_view::npos) return std::nullopt;
+        bits = (bits << 6 | static_cast<uint32_t>(digit)) & 0xffffff;
+        count += 6;
+        if (count >= 8) {
+            count -= 8;
+            bytes.push_back(static_cast<char>(bits >> count & 0xff));
+        }
+    }
+    return bytes;
+}
+
 std::shared_ptr<const ImageData> embedded(const std::string& name, std::string& reason)
 {
     const size_t comma = name.find(',');
     const bool is_base64 = comma != std::string::npos && name.substr(0, comma).ends_with(";base64");
-    auto bytes = is_base64 ? from_base64(std::string_view(name).substr(comma + 1)) : std::nullopt;
+    auto bytes = is_base64 ? decoded_base64(std::string_view(name).substr(comma + 1)) : std::nullopt;
     if (!bytes) {
         reason = "the embedded picture cannot be read";
         return nullptr;
@@ -99,27 +121,6 @@ std::optional<ImageSize> image_size(std::string_view bytes)
         return ImageSize{little(6), little(8)};
     }
     return bytes.starts_with("\xff\xd8") ? jpeg_size(bytes) : std::nullopt;
-}
-
-std::optional<std::string> from_base64(std::string_view text)
-{
-    constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string bytes;
-    uint32_t bits = 0;
-    int count = 0;
-    for (const char c : text) {
-        if (c == ' ' || c == '\n' || c == '\r' || c == '\t') continue;
-        if (c == '=') break;
-        const size_t digit = kDigits.find(c);
-        if (digit == std::string_view::npos) return std::nullopt;
-        bits = (bits << 6 | static_cast<uint32_t>(digit)) & 0xffffff;
-        count += 6;
-        if (count >= 8) {
-            count -= 8;
-            bytes.push_back(static_cast<char>(bits >> count & 0xff));
-        }
-    }
-    return bytes;
 }
 
 }  // namespace velora::engine

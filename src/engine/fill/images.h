@@ -35,7 +35,4 @@ private:
 /// Size in pixels that a PNG, a JPEG or a GIF file states; none for everything else.
 std::optional<ImageSize> image_size(std::string_view bytes);
 
-/// The bytes of a base64 text; blanks are passed over. None when it is none.
-std::optional<std::string> from_base64(std::string_view text);
-
 }  // namespace velora::engine

@@ -201,7 +201,6 @@ void TextPart::lay_out(int stretch)
     text_height_ = layout_.height;
     start_ = end_;
     end_ = layout_.complete ? text.size() : layout_.end;
-    if (end_ > start_) ++run_.progress;
 }
 
 /// The largest size, in tenths of a point, at which the whole text fits.
@@ -232,6 +231,7 @@ void TextPart::scale_font(const TextRequest& request)
 void TextPart::emit(Emission& emission)
 {
     Element& element = add(emission, &style());
+    if (end_ > start_) ++run_.progress;
     if (!waits_) {
         write(std::get<Text>(element.content));
     } else if (plan_.evaluation == EvaluationTime::Auto) {
