@@ -12,7 +12,7 @@ using namespace model;
 
 // ---------------------------------------------------------------------------------------------------- pages
 
-void check_page(Definition& definition, Source& source)
+void check_page(Definition& definition, SourceText& source)
 {
     PageLayout& page = definition.page;
     const Position place = definition.data.place;
@@ -81,7 +81,7 @@ void check_groups(const std::vector<Group>& groups)
 
 class ElementCheck {
 public:
-    ElementCheck(const Definition& definition, Source& source)
+    ElementCheck(const Definition& definition, SourceText& source)
         : definition_(definition), groups_(definition.groups), source_(source)
     {
     }
@@ -145,7 +145,7 @@ private:
 
     const Definition& definition_;
     GroupNames groups_;
-    Source& source_;
+    SourceText& source_;
 };
 
 /// The names on the way from a style to itself: "A, B, A".
@@ -183,7 +183,7 @@ void check_styles(const std::vector<model::Style>& styles, std::vector<Warning>&
     }
 }
 
-void check_definition(Definition& definition, Source& source)
+void check_definition(Definition& definition, SourceText& source)
 {
     check_page(definition, source);
     check_groups(definition.groups);

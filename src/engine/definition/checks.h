@@ -7,6 +7,6 @@ namespace velora::engine {
 
 /// Whether the parts of a definition fit together. What only spoils the looks is a warning.
 /// @throws DefinitionError for a name that a calculation rests on and nobody declares, and for pages without room
-void check_definition(model::Definition& definition, Source& source);
+void check_definition(model::Definition& definition, SourceText& source);
 
 }  // namespace velora::engine

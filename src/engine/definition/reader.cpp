@@ -173,7 +173,7 @@ struct Template {
 
 Template read_template_parts(std::string_view xml, std::vector<Warning>& warnings)
 {
-    Source source(xml, warnings);
+    SourceText source(xml, warnings);
     Tag tag(source.root(), source);
     if (tag.name() != "jasperTemplate") tag.fail("this is no style template");
     Template out;
@@ -221,7 +221,7 @@ void add_template(const std::filesystem::path& file, std::vector<std::filesystem
 
 Definition read_definition(std::string_view xml, std::vector<Warning>& warnings)
 {
-    Source source(xml, warnings);
+    SourceText source(xml, warnings);
     Definition out;
     {
         Tag tag(source.root(), source);

@@ -18,7 +18,7 @@ std::string Warning::line() const
     return DefinitionError(place, element, text).what();
 }
 
-Source::Source(std::string_view xml, std::vector<Warning>& warnings) : written_(xml), warnings_(warnings)
+SourceText::SourceText(std::string_view xml, std::vector<Warning>& warnings) : written_(xml), warnings_(warnings)
 {
     if (xml.size() > kLargest) throw DefinitionError({}, "", "the definition is larger than 64 MB");
     buffer_ = xml;
@@ -35,14 +35,14 @@ Source::Source(std::string_view xml, std::vector<Warning>& warnings) : written_(
     check_depth();
 }
 
-Position Source::place(const char* inside) const
+Position SourceText::place(const char* inside) const
 {
     const std::less<> before;
     if (before(inside, buffer_.data()) || !before(inside, buffer_.data() + buffer_.size())) return {};
     return place_of(static_cast<size_t>(inside - buffer_.data()));
 }
 
-Position Source::place_of(size_t offset) const
+Position SourceText::place_of(size_t offset) const
 {
     offset = std::min(offset, written_.size());
     const auto line = std::upper_bound(lines_.begin(), lines_.end(), offset) - 1;
@@ -52,12 +52,12 @@ Position Source::place_of(size_t offset) const
     return {static_cast<uint32_t>(line - lines_.begin() + 1), static_cast<uint32_t>(characters + 1)};
 }
 
-void Source::warn(Position place, std::string_view element, std::string text)
+void SourceText::warn(Position place, std::string_view element, std::string text)
 {
     if (warnings_.size() < kMostWarnings) warnings_.push_back({place, std::string(element), std::move(text)});
 }
 
-void Source::check_depth() const
+void SourceText::check_depth() const
 {
     int depth = 0;
     pugi::xml_node node = root();

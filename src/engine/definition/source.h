@@ -10,10 +10,10 @@
 namespace velora::engine {
 
 /// A parsed XML text that knows where everything in it stands, and collects the warnings about it.
-class Source {
+class SourceText {
 public:
     /// @throws DefinitionError for what is no XML, too large or nested too deeply
-    Source(std::string_view xml, std::vector<Warning>& warnings);
+    SourceText(std::string_view xml, std::vector<Warning>& warnings);
 
     [[nodiscard]] pugi::xml_node root() const { return document_.document_element(); }
     /// Place of a character that lies in the parsed text; unknown for a text that was not in UTF-8.

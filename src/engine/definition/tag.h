@@ -66,7 +66,7 @@ struct ChildRule {
 /// the end, so that no list of known names has to be kept beside the rules.
 class Tag {
 public:
-    Tag(pugi::xml_node node, Source& source) : node_(node), source_(source) {}
+    Tag(pugi::xml_node node, SourceText& source) : node_(node), source_(source) {}
     Tag(const Tag&) = delete;
     Tag& operator=(const Tag&) = delete;
     ~Tag() { warn_about_the_rest(); }
@@ -125,7 +125,7 @@ private:
     void warn_about_the_rest() const;
 
     pugi::xml_node node_;
-    Source& source_;
+    SourceText& source_;
     uint64_t taken_ = 0;
 };
 
