@@ -60,7 +60,7 @@ std::vector<SchemaTable> inventory_views()
 std::vector<SchemaTable> other_views()
 {
     return {
-        {"MW0200", {{"CTYPE", Integer}, {"CCODE"}, {"MANF", Any, 8}}, {"trim(\"CCODE\") COLLATE NOCASE"}},
+        {"MW0200", {{"CTYPE", Integer}, {"CCODE"}, {"MANF", Any, 8}}, {"trim(\"CCODE\") COLLATE NOCASE, \"CTYPE\""}},
         {"OE0440", {{"CURRENCY"}, {"MISCCHARGE"}, {"DESC"}, {"MISCACCT"}, {"MISCACDESC"}}, {}},
         {"OE0460", {{"CURRENCY"}, {"MISCCHARGE"}}, {}},
         {"TX0003", {{"GROUPID"}, {"DESC"}, {"AUTHORITY", Text, 5}, {"TAXABLE", Integer, 5}}, {}},
