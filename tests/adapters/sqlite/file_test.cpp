@@ -57,7 +57,7 @@ TEST(SqliteFile, BadFilesAreRefusedWithPathAndReason)
              Case{scratch.path("folder.db"), fault::kPathAccess, "not a file"},
              Case{scratch.write("empty.db", ""), fault::kPathAccess, "empty"},
              Case{scratch.write("text.db", "[Host]\nCompany=DEMOCO\n"), fault::kPathAccess, "not a database"},
-             Case{scratch.write("stub.db", whole.substr(0, 60)), fault::kPathAccess, "truncated"},
+             Case{scratch.write("short.db", whole.substr(0, 60)), fault::kPathAccess, "truncated"},
              Case{scratch.write("half.db", whole.substr(0, whole.size() / 2)), fault::kPathAccess, "truncated"},
              Case{scratch.write("damaged.db", damaged), fault::kPathAccess, "damaged"},
          }) {
