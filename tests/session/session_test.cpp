@@ -1,0 +1,164 @@
+#include "session/lists.h"
+#include "session/report_lists.h"
+#include "session/settings.h"
+#include "session/value_helpers.h"
+#include "support/test_company.h"
+
+namespace velora {
+namespace {
+
+using test::TestCompany;
+
+class InBothDialects : public testing::TestWithParam<WhichEngine> {};
+INSTANTIATE_TEST_SUITE_P(Session, InBothDialects, testing::Values(eDBSQLServer, eDBPervasive));
+
+TEST_P(InBothDialects, ListsHoldTheActiveRowsAndLiveWithoutTheConnection)
+{
+    TestCompany company(GetParam());
+    company.product(
+        "INSERT INTO QuoteStatus (QuoteStatusID, qsCode, qsName, qsActive) VALUES (2,'LOST','',1),(1,'OPEN','Open',1),"
+        "(3,'OLD','Old',0);"
+        "INSERT INTO Reason (ReasonID, reCode, reDescription, reActive) VALUES (1,'PRICE','Too expensive',1)");
+    auto& state = company.state();
+    Get_QuoteStatus(state, false);
+    Get_Reasons(state, false);
+    state.gConn.reset();
+    EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 1, kListStatus), "Open");
+    EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 2, kListStatus), "LOST") << "no name: the code";
+    EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 3, kListStatus), "") << "not active";
+    EXPECT_EQ(Return_ListValue(state, state.gReasons, 1, kListReason), "PRICE") << "a reason shows its code";
+    EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 1, 4), "") << "no such kind";
+    std::vector<std::string> options;
+    Load_Options(state, state.gQuoteStatus, kListStatus,
+                 [&](const std::string& text, int32_t key) { options.push_back(text + std::to_string(key)); });
+    EXPECT_EQ(options, (std::vector<std::string>{"Open1", "LOST2"}));
+    EXPECT_TRUE(company.boxes().empty());
+}
+
+TEST_P(InBothDialects, DefaultsAreThoseOfTheCompany)
+{
+    TestCompany company(GetParam());
+    company.product("INSERT INTO Defaults (Company, DefaultID, mdDefaultPL) VALUES ('OTHER', 2, 'X')");
+    Get_Defaults(company.state());
+    EXPECT_EQ(to_text(company_default(company.state(), "mddefaultpl")), "STD");
+}
+
+TEST(WithoutAnEngine, NoQueryIsOpenedAndEachLoaderSaysSo)
+{
+    TestCompany company(eDBNone);
+    Get_QuoteStatus(company.state(), false);
+    Get_Defaults(company.state());
+    ASSERT_EQ(company.boxes().size(), 2U);
+    EXPECT_THAT(company.box_text(0), testing::StartsWith("3704: Operation is not allowed when the object is closed."));
+    EXPECT_THAT(company.box_text(1), testing::HasSubstr("modGeneral.Get_Defaults"));
+}
+
+TEST(ModuleVersions, StayOnceTheyAreFilled)
+{
+    TestCompany company;
+    auto& state = company.state();
+    state.gVerIC = "61A";
+    Get_ModuleVersions(state);
+    EXPECT_EQ(state.gVerIC, "61A");
+    EXPECT_EQ(state.gVerAR, "60A");
+    EXPECT_EQ(state.gVerGL, "") << "a module that is not active";
+}
+
+TEST(DisplayDate, ShowsShortDatesFrom1900On)
+{
+    TestCompany company;
+    struct Case {
+        const char* why;
+        Value value;
+        const char* expected;
+    };
+    for (auto c : {Case{"null", Value(), ""}, Case{"blank", "  ", ""}, Case{"31 December 1899", DateTime(1, 0), ""},
+                   Case{"the text of a midnight", "12:00.00 AM", ""}, Case{"the first day", "1/1/1900", "1/1/1900"},
+                   Case{"ISO text", "2026-03-09", "3/9/2026"}, Case{"no date", "soon", ""}}) {
+        EXPECT_EQ(Display_Date(company.state(), c.value), c.expected) << c.why;
+    }
+    std::string typed = " nonsense ";
+    EXPECT_EQ(Return_TBXDate(company.state(), typed).iso(), "2026-03-13") << "what is no date is today";
+    EXPECT_EQ(typed, "nonsense");
+}
+
+TEST(FormatPhoneFax, MasksTenDigitsAndLeavesTheRest)
+{
+    for (auto [given, expected] : std::vector<std::pair<std::string, std::string>>{{" 9025551234 ", "(902) 555-1234"},
+                                                                                   {"0025551234", "(002) 555-1234"},
+                                                                                   {"902555123499", "(902) 555-123499"},
+                                                                                   {"5551234", "5551234"},
+                                                                                   {"", ""},
+                                                                                   {"902-555-1234", "902-555-1234"}}) {
+        const std::string original = given;
+        EXPECT_EQ(Format_PhoneFax(given), expected) << original;
+    }
+}
+
+TEST(IsValidEmail, StopsAtTheFirstBadPiece)
+{
+    TestCompany company;
+    auto& state = company.state();
+    EXPECT_TRUE(IsValid_Email(state, "ann.lee@example.com; bo@ex-ample.co.uk"));
+    EXPECT_FALSE(IsValid_Email(state, ""));
+    EXPECT_TRUE(company.boxes().empty()) << "no pieces, no box";
+    for (const char* bad : {"a@example.com", "ann@e.com", "ann@example.c", "ann@example.com;nobody", "ann@x.com;"}) {
+        company.user.boxes.clear();
+        EXPECT_FALSE(IsValid_Email(state, bad)) << bad;
+        ASSERT_EQ(company.boxes().size(), 1U) << bad;
+        EXPECT_EQ(company.box_text(0),
+                  "You have entered an invalid Email address.\r\nPlease re-enter the Email address.");
+    }
+}
+
+TEST(ReportLists, AreMadeOnFirstUseUnderTheNameOfTheirKind)
+{
+    TestCompany company;
+    auto& state = company.state();
+    struct Case {
+        WhichReport kind;
+        const char* suffix;
+    };
+    for (const auto& c :
+         {Case{eRptQuote, "TESTCO_QuoteReports.ini"}, Case{eRptPickingSlip, "TESTCO_OrderReports.ini"},
+          Case{eRptAllOrderMenu, "TESTCO_OrderReports.ini"}, Case{eRptAllOrder, "TESTCO_CustomReports.ini"},
+          Case{eRptCustom, "TESTCO_CustomReports.ini"}, Case{eRptBackOrder, "TESTCO_BackOrderReports.ini"}}) {
+        const auto path = INIFile(state, c.kind);
+        EXPECT_THAT(path, testing::EndsWith(c.suffix));
+        EXPECT_TRUE(company.profiles.exists(path));
+    }
+    state.gWhichReport = eRptOrderChecklist;
+    Read_ReportList(state);
+    ASSERT_EQ(state.gReportList.size(), 3U) << "all order kinds share one file";
+    EXPECT_EQ(state.gReportList[2].Type, 9);
+}
+
+TEST(ReportLists, ShowAsManyAsTheNumberSays)
+{
+    TestCompany company;
+    auto& state = company.state();
+    state.gWhichReport = eRptCustom;
+    state.gReportList = {{"A", "/a.rpt", 22}, {"B", "/b.rpt", 22}, {"C", "/c.rpt", 22}};
+    Write_ReportList(state);
+    Write_ProfileString(state, "Reports", "Number", "2");
+    Read_ReportList(state);
+    ASSERT_EQ(state.gReportList.size(), 2U);
+    EXPECT_EQ(state.gReportList[1].Location, "/b.rpt");
+    state.gReportList.clear();
+    Write_ReportList(state);
+    EXPECT_EQ(Read_ProfileString(state, "Reports", "Number"), "0");
+    EXPECT_EQ(Read_ProfileString(state, "Report #3", "Name"), "C") << "sections past the end stay";
+}
+
+TEST(Passwords, ComeBackAsTheyWentInAndForeignTextComesBackBlank)
+{
+    TestCompany company;
+    auto& state = company.state();
+    EXPECT_EQ(Decrypt(state, Encrypt(state, "p'ä;\"x")), "p'ä;\"x");
+    EXPECT_EQ(Decrypt(state, ""), "");
+    EXPECT_EQ(Decrypt(state, "foreign"), "");
+    EXPECT_TRUE(company.boxes().empty());
+}
+
+}  // namespace
+}  // namespace velora
