@@ -19,6 +19,12 @@ struct PictureBox {
     float x = 0, y = 0, width = 0, height = 0;
 };
 
+inline PictureBox box_of(const Place& place)
+{
+    return {static_cast<float>(place.x), static_cast<float>(place.y), static_cast<float>(place.width),
+            static_cast<float>(place.height)};
+}
+
 /// Where the picture is drawn inside its element: stretched, or in its own proportions and aligned. A picture that
 /// would be clipped is shown whole instead; formats that use this cannot clip.
 PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes);

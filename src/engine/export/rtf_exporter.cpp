@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "engine/export/drawing_picture.h"
 #include "engine/export/exporter.h"
 #include "engine/export/html_text.h"
 #include "engine/export/page_walk.h"
@@ -19,7 +20,10 @@ constexpr float kSlack = 4;
 /// Rich text whose every element is a drawing object at its place; one paragraph a page carries them.
 class RtfExporter : public PageSink {
 public:
-    explicit RtfExporter(std::unique_ptr<OutputFile> file) : file_(std::move(file)) {}
+    RtfExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+        : file_(std::move(file)), drawings_(context.fonts)
+    {
+    }
 
     void begin(const Document& document) override
     {
@@ -36,13 +40,14 @@ private:
     void line(const Style& style, const Place& place);
     void image(const Image& image, const Style& style, const Place& place);
     [[nodiscard]] std::string paragraphs(const Text& text, const Style& style);
-    void characters(std::string& out, const Text& text, const Style& style, uint32_t begin, uint32_t end);
+    void characters(std::string& out, const Text& text, uint32_t begin, uint32_t end);
     [[nodiscard]] std::string head() const;
 
     TwoPartFile file_;
     const Document* document_ = nullptr;
     RtfTables tables_;
     RtfShapes shapes_;
+    DrawingPictures drawings_;
     int32_t pages_ = 0;
     std::string out_;
 };
@@ -54,12 +59,6 @@ void RtfExporter::page(Page&& page)
     // The break is a property of the whole paragraph; said in front of the objects, it counts for them as well.
     out_ += pages_++ == 0 ? "\\par\n" : "\\pagebb\\par\n";
     file_.body(out_);
-}
-
-RtfBox box_of(const Place& place)
-{
-    return {static_cast<float>(place.x), static_cast<float>(place.y), static_cast<float>(place.width),
-            static_cast<float>(place.height)};
 }
 
 void RtfExporter::element(const Element& element, const Place& place)
@@ -77,6 +76,10 @@ void RtfExporter::element(const Element& element, const Place& place)
     box(style, place);
     if (const auto* content = std::get_if<Text>(&element.content)) text(*content, style, place);
     if (const auto* content = std::get_if<Image>(&element.content)) image(*content, style, place);
+    if (const auto* content = std::get_if<Graphic>(&element.content)) {
+        const auto picture = content->drawing ? drawings_.picture(*content->drawing, style) : nullptr;
+        if (picture) shapes_.picture(out_, box_of(place), picture->bytes);
+    }
 }
 
 /// Ground and borders. Borders that differ are lines of their own.
@@ -216,10 +219,10 @@ std::string RtfExporter::paragraphs(const Text& text, const Style& style)
     const std::string field = text.detail ? link_field(text.detail->link) : std::string();
     out += field;
     if (!text.detail || text.detail->lines.empty()) {
-        characters(out, text, style, 0, static_cast<uint32_t>(text.shown().size()));
+        characters(out, text, 0, static_cast<uint32_t>(text.shown().size()));
     } else {
         for (const TextLine& each : text.detail->lines) {
-            characters(out, text, style, each.begin, each.end);
+            characters(out, text, each.begin, each.end);
             if (&each != &text.detail->lines.back()) out += each.ends_paragraph ? "\\par " : "\\line ";
         }
     }
@@ -227,7 +230,7 @@ std::string RtfExporter::paragraphs(const Text& text, const Style& style)
     return out + "\\par";
 }
 
-void RtfExporter::characters(std::string& out, const Text& text, const Style&, uint32_t begin, uint32_t end)
+void RtfExporter::characters(std::string& out, const Text& text, uint32_t begin, uint32_t end)
 {
     const std::string_view all = text.shown();
     end = std::min(end, static_cast<uint32_t>(all.size()));
@@ -284,9 +287,9 @@ void RtfExporter::end()
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_rtf_exporter(std::unique_ptr<OutputFile> file, const ExportContext&)
+std::unique_ptr<PageSink> make_rtf_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
 {
-    return std::make_unique<RtfExporter>(std::move(file));
+    return std::make_unique<RtfExporter>(std::move(file), context);
 }
 
 }  // namespace velora::engine

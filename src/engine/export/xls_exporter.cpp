@@ -13,8 +13,8 @@ constexpr int32_t kSlack = 14;  ///< points that rounding to whole pixels may ad
 
 class XlsExporter : public PageSink {
 public:
-    XlsExporter(std::unique_ptr<OutputFile> file, std::function<void(const std::string&)> warn)
-        : file_(std::move(file)), warn_(std::move(warn))
+    XlsExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+        : file_(std::move(file)), warn_(context.warn), pages_(styles_, strings_, context.fonts)
     {
     }
 
@@ -35,7 +35,7 @@ private:
     const Document* document_ = nullptr;
     XlsStyles styles_;
     XlsStrings strings_;
-    XlsPages pages_{styles_, strings_};
+    XlsPages pages_;
     GridLines columns_{kColumnTolerance, kWidestColumn};
     XlsPaper paper_;
     std::vector<XlsSheet> sheets_;
@@ -117,7 +117,7 @@ void XlsExporter::end()
 
 std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
 {
-    return std::make_unique<XlsExporter>(std::move(file), context.warn);
+    return std::make_unique<XlsExporter>(std::move(file), context);
 }
 
 }  // namespace velora::engine

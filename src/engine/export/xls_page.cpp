@@ -182,6 +182,10 @@ private:
                 pictures_.push_back({fitted_picture(*element.style, place, image->data->bytes), image->data});
             }
         }
+        if (const auto* graphic = std::get_if<Graphic>(&element.content)) {
+            auto picture = graphic->drawing ? to_.drawings_.picture(*graphic->drawing, *element.style) : nullptr;
+            if (picture) pictures_.push_back({box_of(place), std::move(picture)});
+        }
         const bool closed = std::holds_alternative<Rectangle>(element.content);
         take_outline(*element.style, place, closed);
     }

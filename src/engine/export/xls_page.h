@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/export/drawing_picture.h"
 #include "engine/export/grid_lines.h"
 #include "engine/export/picture_fit.h"
 #include "engine/export/xls_strings.h"
@@ -77,7 +78,10 @@ private:
 /// Turns pages into items on a grid.
 class XlsPages {
 public:
-    XlsPages(XlsStyles& styles, XlsStrings& strings) : styles_(styles), strings_(strings) {}
+    XlsPages(XlsStyles& styles, XlsStrings& strings, FontStore& fonts)
+        : styles_(styles), strings_(strings), drawings_(fonts)
+    {
+    }
 
     void add(const Page& page);
 
@@ -91,6 +95,7 @@ private:
 
     XlsStyles& styles_;
     XlsStrings& strings_;
+    DrawingPictures drawings_;
     XlsSpans spans_;
     XlsInterned<XlsLooks> looks_;
     XlsInterned<XlsGround> grounds_;

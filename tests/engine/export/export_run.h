@@ -17,7 +17,7 @@ inline std::filesystem::path run_export(auto make, PageList pages, const std::st
 {
     std::filesystem::create_directories(VELORA_TEST_SCRATCH);
     const std::filesystem::path path = std::filesystem::path(VELORA_TEST_SCRATCH) / name;
-    FontStore fonts(VELORA_TEST_SCRATCH);
+    FontStore fonts(VELORA_SOURCE_DIR "/fonts");
     const auto sink = make(std::make_unique<OutputFile>(path), ExportContext{fonts, {}});
     sink->begin(pages.document);
     for (Page& page : pages.pages) sink->page(std::move(page));

@@ -44,7 +44,7 @@ TEST(Rtf, GroupsCloseAndEveryPageButTheFirstStartsOne)
     EXPECT_TRUE(std::ranges::all_of(rtf, [](char c) { return static_cast<unsigned char>(c) < 0x80; }));
     EXPECT_THAT(rtf, HasSubstr("\\paperw11900\\paperh16840"));
     EXPECT_THAT(rtf, HasSubstr("HYPERLINK \"https://www.example.com/?a=1&b=2\""));
-    EXPECT_EQ(count(rtf, "\\pngblip"), 3U);
+    EXPECT_EQ(count(rtf, "\\pngblip"), 6U);
 }
 
 TEST(Rtf, TextIsWrittenByNumberAndNothingOfItIsAControlWord)

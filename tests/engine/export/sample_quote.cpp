@@ -184,6 +184,16 @@ void add_remarks(Page& page, Styles& styles, int number, int pages)
     Frame frame;
     frame.children.push_back(text_element({4, 4, 100, 12}, styles.plain(), "inside a frame"));
     page.elements.push_back({{190, 640, 120, 30}, framed, 0, std::move(frame)});
+    auto drawing = std::make_shared<Drawing>();
+    drawing->width = 180;
+    drawing->height = 80;
+    drawing->items = {Shape{.path = {Point{50, 40}, Shape::Arc{{50, 40}, 30, 0, 4}},
+                            .closed = true,
+                            .filled = true,
+                            .fill = {0x40, 0x70, 0xA0},
+                            .stroke = {1, LineStyle::Solid, kBlack}},
+                      Label{{100, 40}, "Łódź 67 %", styles.plain()->font, kBlack, HorizontalAlign::Left, 0.3F}};
+    page.elements.push_back({{340, 640, 180, 80}, styles.plain(), 0, Graphic{std::move(drawing)}});
     page.elements.push_back({{40, 800, 515, 1}, styles.with([](Style& style) { style.pen.width = 0.5F; }), 0, Line{}});
     page.elements.push_back(text_element({40, 804, 200, 12}, styles.plain(), "Quote Q-1001"));
     page.elements.push_back(text_element({455, 804, 100, 12}, styles.plain(HorizontalAlign::Right),
