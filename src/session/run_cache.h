@@ -10,12 +10,15 @@ namespace velora {
 /// Answers of lookups during one run, keyed by procedure and arguments. Off outside a run, where every lookup asks.
 class RunCache {
 public:
-    void start() { on_ = true; }
+    void start() { on_ = !forgets_; }
     void drop()
     {
         on_ = false;
         answers_.clear();
     }
+
+    /// Every lookup asks anew, in a run too: for comparing.
+    void forget_everything(bool forgets) { forgets_ = forgets; }
 
     /// The answer under the key, or what `ask` gives, kept for the rest of the run. A fault in `ask` keeps nothing.
     template <class Ask>
@@ -41,6 +44,7 @@ private:
     }
 
     bool on_ = false;
+    bool forgets_ = false;
     std::unordered_map<std::string, std::any> answers_;
 };
 
