@@ -170,8 +170,8 @@ void TextPainter::paint_line(std::string_view text, const TextLine& line, const 
         pieces_.push_back({{line.begin, line.end, &style.font, nullptr, false, false}, 0, glyphs_.size(), width});
     } else {
         width = 0;
-        cut_in_visual_order(text, line.begin, line.end, detail != nullptr ? detail->runs : std::vector<TextRun>{},
-                            style.font, cut_);
+        const auto runs = detail != nullptr ? std::span<const TextRun>(detail->runs) : std::span<const TextRun>();
+        cut_in_visual_order(text, line.begin, line.end, runs, style.font, cut_);
         for (const TextPiece& piece : cut_) {
             const size_t first = glyphs_.size();
             const float piece_width = collect(text, piece, width, std::max<float>(style.paragraph.tab_width, 1));

@@ -33,7 +33,7 @@ std::string subset_of(const Face& face, const std::set<uint16_t>& glyphs)
     const std::unique_ptr<hb_subset_input_t, DropInput> input(hb_subset_input_create_or_fail());
     hb_set_t* wanted = hb_subset_input_glyph_set(input.get());
     for (const uint16_t glyph : glyphs) hb_set_add(wanted, glyph);
-    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS);
+    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
     // The viewer only draws glyphs by number: everything that maps or shapes characters is left out.
     hb_set_t* dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
     for (const hb_tag_t tag : {HB_TAG('G', 'S', 'U', 'B'), HB_TAG('G', 'P', 'O', 'S'), HB_TAG('G', 'D', 'E', 'F'),

@@ -2,6 +2,7 @@
 
 #include "engine/export/drawing_text.h"
 #include "engine/export/exporter.h"
+#include "engine/export/html_text.h"
 #include "engine/export/output_file.h"
 #include "engine/export/xml_marked_text.h"
 #include "engine/export/xml_names.h"

@@ -60,19 +60,6 @@ void append_attribute(std::string& xml, const char* name, std::string_view value
     xml += '"';
 }
 
-std::string base64(std::string_view bytes)
-{
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (size_t at = 0; at < bytes.size(); at += 3) {
-        const std::string_view group = bytes.substr(at, 3);
-        uint32_t bits = 0;
-        for (size_t i = 0; i < 3; ++i) bits = bits << 8 | (i < group.size() ? static_cast<uint8_t>(group[i]) : 0U);
-        for (size_t i = 0; i < 4; ++i) text += i <= group.size() ? kBase64[bits >> (18 - 6 * i) & 63] : '=';
-    }
-    return text;
-}
-
 std::string from_base64(std::string_view text)
 {
     std::string bytes;

@@ -31,7 +31,7 @@ void append_number_attribute(std::string& xml, const char* name, Number number)
     xml += '"';
 }
 
-std::string base64(std::string_view bytes);
-std::string from_base64(std::string_view text);  ///< what is no base64 is passed over
+/// What is no base64 is passed over.
+std::string from_base64(std::string_view text);
 
 }  // namespace velora::engine
