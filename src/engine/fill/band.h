@@ -26,6 +26,7 @@ public:
     void rewind() { content_.rewind(); }
 
     [[nodiscard]] bool goes_over() const { return content_.goes_over(); }
+    [[nodiscard]] bool will_print() const { return content_.will_print(); }
     [[nodiscard]] bool goes_over_with_parts() const { return content_.goes_over_with_parts(); }
     /// It goes over although it may not, and could do better elsewhere.
     [[nodiscard]] bool must_move(bool at_top) const { return goes_over() && plan_.prevents_split && !at_top; }

@@ -30,10 +30,12 @@ void Filler::place_fixed(Band& band, Moment moment, bool may_shrink)
 bool Filler::place_whole(Band& band, Moment moment)
 {
     if (room() < band.height()) return false;
+    const int column = run_.column;
     band.evaluate(moment);
     band.prepare(room());
     if (band.goes_over()) {
         band.rewind();
+        run_.column = column;
         return false;
     }
     place(band, x_, moment);
@@ -51,9 +53,17 @@ void Filler::place_cut(Band& band, Moment moment)
 {
     warn_cut(band);
     band.evaluate(moment);
-    band.prepare(std::max(room(), band.height()), false);
+    band.prepare(band.height(), false);
     place(band, x_, moment);
     resolve({EvaluationTime::Band, kNoGroup, &band}, moment);
+}
+
+/// No other page has more room than there is here, and the band prints nothing in it: it is placed all the same.
+void Filler::cut_if_hopeless(Band& band, bool has_all_room)
+{
+    if (!band.goes_over() || band.will_print() || !has_all_room) return;
+    warn_cut(band);
+    band.prepare(band.height(), false);
 }
 
 /// The title and the band for no data: they stand between the margins and go over whole pages.
@@ -71,6 +81,7 @@ void Filler::place_on_pages(Band& band)
         next_page();
         prepare_again(band, Moment::Now, page_room());
     }
+    cut_if_hopeless(band, y_ <= page_.top);
     uint64_t progress = run_.progress;
     place(band, x_, Moment::Now);
     int idle = run_.progress == progress ? 1 : 0;
@@ -82,7 +93,8 @@ void Filler::place_on_pages(Band& band)
             next_page();
         }
         progress = run_.progress;
-        band.prepare(stuck ? std::max(page_room(), band.height()) : page_room(), !stuck);
+        band.prepare(stuck ? band.height() : page_room(), !stuck);
+        if (!stuck) cut_if_hopeless(band, y_ <= page_.top);
         place(band, x_, Moment::Now);
         idle = run_.progress == progress ? idle + 1 : 0;
     }
@@ -122,6 +134,7 @@ void Filler::place_in_column(Band& band, Moment moment, bool recalculate)
         if (recalculate) run_.rows.recalculate();
         prepare_again(band, moment, room());
     }
+    cut_if_hopeless(band, has_all_room());
     uint64_t progress = run_.progress;
     place(band, x_, moment);
     int idle = run_.progress == progress ? 1 : 0;
@@ -134,7 +147,8 @@ void Filler::place_in_column(Band& band, Moment moment, bool recalculate)
             go_on();
         }
         progress = run_.progress;
-        band.prepare(stuck ? std::max(room(), band.height()) : room(), !stuck);
+        band.prepare(stuck ? band.height() : room(), !stuck);
+        if (!stuck) cut_if_hopeless(band, has_all_room());
         place(band, x_, moment);
         idle = run_.progress == progress ? idle + 1 : 0;
     }

@@ -10,9 +10,12 @@ Moment Filler::before_break(bool by_page) const
     return (by_page ? row_on_page_ : row_on_column_) ? Moment::Now : Moment::Old;
 }
 
-void Filler::break_for_room(Moment after)
+/// Breaks until there is as much room, or until no break can help.
+void Filler::make_room(int wanted, Moment after)
 {
-    column_break(before_break(across_), after);
+    for (int tries = 0; wanted > room() && !has_all_room() && tries <= page_.column_count; ++tries) {
+        column_break(before_break(across_), after);
+    }
 }
 
 void Filler::grow_if_here(std::optional<Range>& range)
@@ -84,6 +87,7 @@ void Filler::put(PageBook::Taken&& taken, const Range& range)
 
 void Filler::arrive(Leaving&& leaving)
 {
+    fresh_y_ = y_;
     orphan_detail_.reset();
     orphan_footers_.reset();
     detail_.reset();

@@ -242,6 +242,12 @@ void Container::prepare_nothing()
     stretch_height_ = 0;
 }
 
+bool Container::will_print() const
+{
+    return std::any_of(parts_.begin(), parts_.end(),
+                       [&](const auto& part) { return part->prints && part->bottom() <= stretch_height_; });
+}
+
 int Container::emit(Emission& emission)
 {
     const int used = stretch_height_ - first_y_;

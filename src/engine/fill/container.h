@@ -25,6 +25,8 @@ public:
     void begin();
     /// Lays the parts out in the room that is there.
     void prepare(int available, bool overflow_allowed);
+    /// Whether `emit` would print anything.
+    [[nodiscard]] bool will_print() const;
     /// Has `emit` print nothing.
     void prepare_nothing();
     /// Prints what `prepare` found. @return the height that was used

@@ -43,9 +43,7 @@ void Filler::leave_room_for_detail()
     for (const auto& band : details_) {
         if (!band->decide(Moment::Estimated)) continue;
         const int wanted = across_ ? band->height() : band->break_height();
-        for (int tries = 0; wanted > room() && tries <= page_.column_count; ++tries) {
-            break_for_room(Moment::Now);
-        }
+        make_room(wanted, Moment::Now);
         return;
     }
 }
@@ -59,8 +57,8 @@ void Filler::detail_bands()
         if (!band->decide(Moment::Now)) continue;
         if (across_ && keep_range && !detail_) detail_ = run_.book.range(run_.column, y_);
         const int wanted = across_ ? band->height() : band->break_height();
-        for (int tries = 0; wanted > room() && tries <= page_.column_count; ++tries) {
-            break_for_room(Moment::Now);
+        if (wanted > room()) {
+            make_room(wanted, Moment::Now);
             row_top_ = y_;
         }
         if (!across_ && keep_range && !detail_) detail_ = run_.book.range(run_.column, y_);

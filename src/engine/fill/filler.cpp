@@ -89,6 +89,7 @@ void Filler::begin_body()
     title();
     page_header(Moment::Now);
     column_headers(Moment::Now);
+    fresh_y_ = y_;
     group_headers(true);
 }
 
@@ -152,6 +153,7 @@ void Filler::title()
 {
     if (!title_.decide(Moment::Now)) return;
     place_on_pages(title_);
+    is_usual_page_ = title_.height() == 0;
     if (!definition_.title_new_page) return;
     end_page(Moment::Now);
     add_page(false);

@@ -72,6 +72,7 @@ private:
     void resolve(const Awaited& awaited, Moment moment);
     void resolve_groups(Moment moment, bool final);
     void warn_cut(const Band& band);
+    void cut_if_hopeless(Band& band, bool has_all_room);
 
     // pages.cpp: pages, columns and what frames them
     void add_page(bool reset_number);
@@ -94,7 +95,7 @@ private:
     void page_break(bool reset_number, Moment before, Moment after, bool reprint);
     void column_break(Moment before, Moment after);
     [[nodiscard]] Moment before_break(bool by_page) const;
-    void break_for_room(Moment after);
+    void make_room(int wanted, Moment after);
     void note_ends();
     Leaving leave();
     void arrive(Leaving&& leaving);
@@ -142,6 +143,8 @@ private:
     [[nodiscard]] int page_room() const { return page_bottom() - y_; }
     [[nodiscard]] int page_bottom() const { return page_height_ - page_.bottom; }
     [[nodiscard]] bool at_top() const { return across_ ? run_.first_page_band : run_.first_column_band; }
+    /// Nothing stands in the column but its headers, and no other page leaves more room.
+    [[nodiscard]] bool has_all_room() const { return y_ <= fresh_y_ && is_usual_page_; }
     Band& footer_of_page() { return is_last_page_ ? last_page_footer_ : page_footer_; }
     [[nodiscard]] bool floats_column_footer() const;
 
@@ -160,9 +163,11 @@ private:
     int page_height_;
     int x_ = 0;
     int y_ = 0;
+    int fresh_y_ = 0;  ///< below the headers
     int column_header_y_ = 0;
     int column_footer_y_ = 0;
     int last_column_footer_y_ = 0;  ///< on the last page, whose footer may have another height
+    bool is_usual_page_ = true;     ///< no title takes room
     bool new_page_ = false;
     bool new_column_ = false;
     bool row_on_page_ = false;  ///< the row that is there has been printed from on this page

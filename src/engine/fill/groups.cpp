@@ -29,9 +29,7 @@ void Filler::group_header(size_t index)
         Band& band = *group.headers[number];
         const bool prints = band.decide(Moment::Now);
         const int wanted = std::max(band.break_height(), first ? source.min_height_to_start_new_page : 0);
-        for (int tries = 0; prints && wanted > room() && tries <= page_.column_count; ++tries) {
-            break_for_room(Moment::Now);
-        }
+        if (prints) make_room(wanted, Moment::Now);
         if (!begun && (first || number + 1 == group.headers.size())) {
             mark_new_group(index);
             group.footer_printed = false;

@@ -77,10 +77,7 @@ std::shared_ptr<const ImageData> embedded(const std::string& name, std::string& 
 
 std::shared_ptr<const ImageData> Images::find(const std::string& name, std::string& reason)
 {
-    if (const auto known = known_.find(name); known != known_.end()) {
-        if (!known->second) reason = "picture '" + name.substr(0, 200) + "' was not read before";
-        return known->second;
-    }
+    if (const auto known = known_.find(name); known != known_.end()) return known->second;
     auto image = name.starts_with("data:") ? embedded(name, reason) : read(name, reason);
     return known_[name] = std::move(image);
 }

@@ -31,6 +31,7 @@ void Filler::add_page(bool reset_number)
     run_.first_page_band = true;
     run_.first_column_band = true;
     run_.anything_to_print = false;
+    is_usual_page_ = true;
     if (across_) {
         last_detail_x_ = -1;
         last_detail_y_ = -1;

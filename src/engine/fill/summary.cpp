@@ -51,6 +51,7 @@ void Filler::summary_on_new_page()
         next_summary_page();
         prepare_again(summary_, Moment::Now, summary_room());
     }
+    cut_if_hopeless(summary_, true);
     place(summary_, x_, Moment::Now);
 }
 
@@ -67,7 +68,8 @@ void Filler::rest_of_summary()
             next_summary_page();
         }
         const uint64_t progress = run_.progress;
-        summary_.prepare(stuck ? std::max(summary_room(), summary_.height()) : summary_room(), !stuck);
+        summary_.prepare(stuck ? summary_.height() : summary_room(), !stuck);
+        if (!stuck) cut_if_hopeless(summary_, true);
         place(summary_, x_, Moment::Now);
         idle = run_.progress == progress ? idle + 1 : 0;
     }

@@ -1,0 +1,66 @@
+#include "adapters/engine/page_view.h"
+
+#include <algorithm>
+
+#include "engine/export/page_walk.h"
+#include "engine/text/font_store.h"
+#include "values/fault.h"
+
+namespace velora {
+
+namespace {
+
+struct PlacedText {
+    int32_t y, x;
+    std::string_view text;
+};
+
+class Pages : public PageView {
+public:
+    Pages(std::shared_ptr<engine::PageList> pages, std::shared_ptr<engine::FontStore> fonts)
+        : pages_(std::move(pages)), fonts_(std::move(fonts))
+    {
+    }
+
+    [[nodiscard]] size_t page_count() const override { return pages_->pages.size(); }
+    [[nodiscard]] std::string page_png(size_t page, double pixels_per_inch) const override;
+    [[nodiscard]] std::string page_text(size_t page) const override;
+
+private:
+    [[nodiscard]] const engine::Page& page(size_t number) const
+    {
+        if (number >= page_count()) throw fault::subscript(std::to_string(number));
+        return pages_->pages[number];
+    }
+
+    std::shared_ptr<engine::PageList> pages_;
+    std::shared_ptr<engine::FontStore> fonts_;
+};
+
+/// The texts of the page line by line, each line from left to right.
+std::string Pages::page_text(size_t number) const
+{
+    std::vector<PlacedText> texts;
+    engine::walk_elements(page(number).elements, [&](const engine::Element& element, const engine::Place& place) {
+        const auto* text = std::get_if<engine::Text>(&element.content);
+        if (text && !text->shown().empty()) texts.push_back({place.y, place.x, text->shown()});
+    });
+    std::stable_sort(texts.begin(), texts.end(),
+                     [](const PlacedText& a, const PlacedText& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+    std::string all;
+    for (size_t index = 0; index < texts.size(); ++index) {
+        if (index > 0) all += texts[index].y == texts[index - 1].y ? '\t' : '\n';
+        all += texts[index].text;
+    }
+    return all;
+}
+
+}  // namespace
+
+std::shared_ptr<PageView> make_page_view(std::shared_ptr<engine::PageList> pages,
+                                         std::shared_ptr<engine::FontStore> fonts)
+{
+    return std::make_shared<Pages>(std::move(pages), std::move(fonts));
+}
+
+}  // namespace velora

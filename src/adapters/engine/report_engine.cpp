@@ -1,0 +1,221 @@
+#include "adapters/engine/report_engine.h"
+
+#include "adapters/engine/page_view.h"
+#include "engine/export/exporter.h"
+#include "engine/fill/open.h"
+#include "engine/text/font_store.h"
+#include "engine/text/measurer.h"
+#include "values/fault.h"
+
+namespace velora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct FormatPair {
+    ExportFormat asked;
+    engine::ExportFormat written;
+};
+
+// clang-format off
+constexpr FormatPair kFormats[] = {
+    {ExportFormat::Pdf, engine::ExportFormat::Pdf}, {ExportFormat::Html, engine::ExportFormat::Html},
+    {ExportFormat::Xls, engine::ExportFormat::Xls}, {ExportFormat::Doc,  engine::ExportFormat::Doc},
+    {ExportFormat::Rtf, engine::ExportFormat::Rtf}, {ExportFormat::Txt,  engine::ExportFormat::Txt},
+    {ExportFormat::Xml, engine::ExportFormat::Xml},
+};
+// clang-format on
+
+engine::ExportFormat written_format(ExportFormat asked)
+{
+    for (const auto& pair : kFormats) {
+        if (pair.asked == asked) return pair.written;
+    }
+    return engine::ExportFormat::Pdf;
+}
+
+/// A file that goes with its scope.
+class ScratchFile {
+public:
+    explicit ScratchFile(const char* extension)
+    {
+        std::string name = (fs::temp_directory_path() / "velora-XXXXXX").string() + extension;
+        const int handle = mkstemps(name.data(), static_cast<int>(std::string_view(extension).size()));
+        if (handle < 0) throw fault::of(fault::kPathAccess, name);
+        close(handle);
+        path_ = name;
+    }
+    ~ScratchFile()
+    {
+        std::error_code ignored;
+        fs::remove(path_, ignored);
+    }
+    ScratchFile(const ScratchFile&) = delete;
+    ScratchFile& operator=(const ScratchFile&) = delete;
+
+    [[nodiscard]] const fs::path& path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+class EmptyTable : public TableSource {
+public:
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override { return false; }
+    void rewind() override {}
+    [[nodiscard]] const Value& cell(size_t) const override { return none_; }
+
+private:
+    std::vector<Field> fields_;
+    Value none_;
+};
+
+class EngineReport : public OpenedReport {
+public:
+    EngineReport(std::unique_ptr<engine::Report> report, std::vector<std::string> warnings,
+                 std::shared_ptr<engine::FontStore> fonts, const EngineServices& services)
+        : report_(std::move(report)),
+          warnings_(std::move(warnings)),
+          fonts_(std::move(fonts)),
+          measurer_(*fonts_),
+          services_(services)
+    {
+        job_.title = report_->definition().name;
+    }
+
+    [[nodiscard]] const std::vector<TableSource::Field>& fields() const override { return report_->fields(); }
+    [[nodiscard]] bool brings_its_own_data() const override { return report_->definition().data.query.text.present(); }
+    void SetDataSource(std::shared_ptr<TableSource> data) override { data_ = std::move(data); }
+    void SelectPrinter(const std::string& driver, const std::string& device, const std::string& port) override
+    {
+        job_.driver = driver;
+        job_.device = device;
+        job_.port = port;
+    }
+    void PaperOrientation(int orientation) override { job_.orientation = orientation; }
+    void PaperSource(int source) override { job_.paper_source = source; }
+
+    void PrintOut() override
+    {
+        if (!services_.print) throw Fault(fault::kCannotCreate, "This machine has no way to print.", job_.device);
+        const ScratchFile file(".pdf");
+        write(engine::ExportFormat::Pdf, file.path());
+        job_.file = file.path();
+        services_.print(job_);
+    }
+
+    void Export(ExportFormat format, const std::string& path) override { write(written_format(format), path); }
+
+    std::shared_ptr<PageView> View() override
+    {
+        auto pages = std::make_shared<engine::PageList>();
+        run(*pages);
+        return make_page_view(std::move(pages), fonts_);
+    }
+
+    [[nodiscard]] const std::vector<std::string>& warnings() const override { return warnings_; }
+
+private:
+    void write(engine::ExportFormat format, const fs::path& path)
+    {
+        const engine::ExportContext context{*fonts_, [this](const std::string& text) { warn(text); }};
+        const auto sink = engine::make_exporter(format, path, context);
+        run(*sink);
+    }
+
+    void run(engine::PageSink& sink)
+    {
+        engine::FillOptions options;
+        options.surroundings.locale = services_.locale;
+        options.surroundings.time_zone = services_.time_zone;
+        if (services_.now) {
+            options.surroundings.now = services_.now();
+            options.created = options.surroundings.now;
+        }
+        options.resources = engine::read_resources(report_->definition(), services_.locale, warnings_);
+        options.warn = [this](const std::string& text) { warn(text); };
+        const auto table = rows(options);
+        engine::fill(*report_, *table, measurer_, options, sink);
+    }
+
+    std::shared_ptr<TableSource> rows(const engine::FillOptions& options)
+    {
+        if (data_) return data_;
+        const auto& definition = report_->definition();
+        if (!brings_its_own_data()) return std::make_shared<EmptyTable>();
+        if (!services_.run_query) throw Fault(fault::kDatabase, "There is no database for the report's query.");
+        const auto values = engine::parameter_values(*report_, options);
+        const Command command = bound_query(definition.data.query.text.text, [&](const std::string& name) {
+            const auto value = values.find(name);
+            if (value == values.end())
+                throw Fault(fault::kReportFile, "The query asks for an unknown parameter.", name);
+            return value->second;
+        });
+        const auto connection = engine::model::property_value(definition.data.properties, "velora.connection");
+        return services_.run_query(std::string(connection.value_or("")), command);
+    }
+
+    void warn(const std::string& text)
+    {
+        if (std::find(warnings_.begin(), warnings_.end(), text) == warnings_.end()) warnings_.push_back(text);
+    }
+
+    std::unique_ptr<engine::Report> report_;
+    std::vector<std::string> warnings_;
+    std::shared_ptr<engine::FontStore> fonts_;
+    engine::Measurer measurer_;
+    const EngineServices& services_;
+    std::shared_ptr<TableSource> data_;
+    PrintJob job_;
+};
+
+class Engine : public ReportEngine {
+public:
+    Engine(fs::path fonts, EngineServices services)
+        : fonts_(std::make_shared<engine::FontStore>(std::move(fonts))), services_(std::move(services))
+    {
+    }
+
+    std::shared_ptr<OpenedReport> OpenReport(const std::string& path) override
+    {
+        try {
+            std::vector<std::string> warnings;
+            auto report = engine::open_report(path, warnings);
+            return std::make_shared<EngineReport>(std::move(report), std::move(warnings), fonts_, services_);
+        } catch (const engine::DefinitionError& error) {
+            throw fault::of(fault::kReportFile, error.what());
+        }
+    }
+
+private:
+    std::shared_ptr<engine::FontStore> fonts_;
+    EngineServices services_;
+};
+
+}  // namespace
+
+std::unique_ptr<ReportEngine> make_report_engine(fs::path fonts, EngineServices services)
+{
+    return std::make_unique<Engine>(std::move(fonts), std::move(services));
+}
+
+Command bound_query(std::string_view statement, const std::function<Value(const std::string& name)>& value_of)
+{
+    Command command;
+    while (!statement.empty()) {
+        const size_t mark = std::min(statement.find("$P{"), statement.size());
+        command.text += statement.substr(0, mark);
+        statement.remove_prefix(mark);
+        const size_t end = statement.find('}');
+        if (statement.empty() || end == std::string_view::npos) break;
+        const std::string name(statement.substr(3, end - 3));
+        command.parameters.push_back({name, value_of(name)});
+        command.text += '?';
+        statement.remove_prefix(end + 1);
+    }
+    return command;
+}
+
+}  // namespace velora

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/database.h"
+#include "platform/report_engine.h"
+#include "values/date_time.h"
+
+namespace velora {
+
+/// A printer with what a report asks of it.
+struct PrintJob {
+    std::string title;
+    std::string driver, device, port;
+    int orientation = 0;         ///< as it was given; 0 leaves it to the printer
+    int paper_source = 0;        ///< likewise
+    std::filesystem::path file;  ///< PDF, to be read before the call returns
+};
+
+/// What the engine asks of the machine. Each may be left out; what needs it is then a fault.
+struct EngineServices {
+    std::function<DateTime()> now;  ///< date of the run: what `new Date()` gives and what the files carry
+    std::string locale = "en_US";
+    std::string time_zone = "GMT";
+    /// Runs the query of a definition that brings its own data. The connection is the definition's own; empty for the
+    /// product's database.
+    std::function<std::shared_ptr<TableSource>(const std::string& connection, const Command& command)> run_query;
+    std::function<void(const PrintJob& job)> print;
+};
+
+/// The engine behind the port.
+///
+/// @param fonts  folder of the shipped faces
+std::unique_ptr<ReportEngine> make_report_engine(std::filesystem::path fonts, EngineServices services = {});
+
+/// The statement of a definition with its parameters bound: each `$P{name}` becomes a mark.
+/// @param value_of  the parameter's value
+Command bound_query(std::string_view statement, const std::function<Value(const std::string& name)>& value_of);
+
+}  // namespace velora

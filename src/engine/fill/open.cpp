@@ -1,0 +1,195 @@
+#include "engine/fill/open.h"
+
+#include <fstream>
+#include <sstream>
+
+#include "engine/definition/reader.h"
+#include "engine/fill/plan_names.h"
+#include "engine/fill/rows.h"
+
+namespace velora::engine {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A name relative to the definition may not lead out of its folder.
+std::optional<fs::path> beside(const model::Definition& definition, const std::string& name)
+{
+    if (fs::path(name).is_absolute()) return fs::path(name);
+    std::error_code error;
+    const fs::path folder = fs::weakly_canonical(definition.folder.empty() ? "." : definition.folder, error);
+    const fs::path file = fs::weakly_canonical(folder / name, error);
+    const auto relative = file.lexically_relative(folder);
+    if (error || relative.empty() || *relative.begin() == "..") return std::nullopt;
+    return file;
+}
+
+class NoNames : public Names {
+public:
+    [[nodiscard]] std::optional<Name> field(std::string_view) const override { return {}; }
+    [[nodiscard]] std::optional<Name> variable(std::string_view) const override { return {}; }
+    [[nodiscard]] std::optional<Name> parameter(std::string_view) const override { return {}; }
+};
+
+class NoTable : public TableSource {
+public:
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override { return false; }
+    void rewind() override {}
+    [[nodiscard]] const Value& cell(size_t) const override { return none_; }
+
+private:
+    std::vector<Field> fields_;
+    Value none_;
+};
+
+void add_templates(model::Definition& definition, std::vector<Warning>& warnings)
+{
+    const MomentEnvironment::Shared shared;
+    const std::vector<Value> none;
+    const MomentEnvironment nothing(none, none, shared);
+    std::vector<model::Style> styles;
+    for (const auto& source : definition.templates) {
+        const Expression expression = compile(source.text, NoNames(), source.place, "template");
+        const std::string name = expression.text(nothing).value_or(std::string());
+        const auto file = beside(definition, name);
+        if (!file || !fs::exists(*file)) {
+            warnings.push_back({source.place, "template", "there is no style template '" + name + "'"});
+            continue;
+        }
+        auto more = read_template_file(*file, warnings);
+        styles.insert(styles.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    }
+    // the definition's own styles win over those of the same name in a template
+    for (auto& style : styles) {
+        const auto same = [&](const model::Style& own) { return own.name == style.name; };
+        if (std::any_of(definition.styles.begin(), definition.styles.end(), same)) continue;
+        definition.styles.push_back(std::move(style));
+    }
+    check_styles(definition.styles, warnings);
+}
+
+void append_character(std::string& text, uint32_t code)
+{
+    if (code < 0x80) {
+        text.push_back(static_cast<char>(code));
+    } else if (code < 0x800) {
+        text.push_back(static_cast<char>(0xc0 | code >> 6));
+        text.push_back(static_cast<char>(0x80 | (code & 0x3f)));
+    } else {
+        text.push_back(static_cast<char>(0xe0 | code >> 12));
+        text.push_back(static_cast<char>(0x80 | (code >> 6 & 0x3f)));
+        text.push_back(static_cast<char>(0x80 | (code & 0x3f)));
+    }
+}
+
+std::string unescaped(std::string_view text)
+{
+    std::string plain;
+    for (size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\\' || at + 1 == text.size()) {
+            plain.push_back(text[at]);
+            continue;
+        }
+        const char c = text[++at];
+        if (c == 'u' && text.size() - at > 4) {
+            append_character(
+                plain, static_cast<uint32_t>(std::strtoul(std::string(text.substr(at + 1, 4)).c_str(), nullptr, 16)));
+            at += 4;
+        } else {
+            plain.push_back(c == 'n' ? '\n' : (c == 't' ? '\t' : (c == 'r' ? '\r' : c)));
+        }
+    }
+    return plain;
+}
+
+bool ends_in_backslash(std::string_view line)
+{
+    const size_t last = line.find_last_not_of('\\');
+    const size_t count = line.size() - (last == std::string_view::npos ? 0 : last + 1);
+    return count % 2 == 1;
+}
+
+}  // namespace
+
+std::unique_ptr<Report> open_report(const fs::path& file, std::vector<std::string>& warnings)
+{
+    std::vector<Warning> met;
+    auto definition = std::make_shared<model::Definition>(read_definition_file(file, met));
+    if (!definition->templates.empty()) add_templates(*definition, met);
+    auto report = std::make_unique<Report>(std::move(definition));
+    for (const auto& warning : met) {
+        warnings.push_back(warning.line());
+    }
+    warnings.insert(warnings.end(), report->warnings().begin(), report->warnings().end());
+    return report;
+}
+
+std::map<std::string, std::string, std::less<>> read_properties(std::string_view text)
+{
+    constexpr std::string_view kBlanks = " \t\f";
+    std::map<std::string, std::string, std::less<>> properties;
+    std::istringstream lines{std::string(text)};
+    std::string line;
+    for (std::string part; std::getline(lines, part);) {
+        if (part.ends_with('\r')) part.pop_back();
+        line += part.substr(std::min(part.size(), part.find_first_not_of(kBlanks)));
+        if (ends_in_backslash(line)) {
+            line.pop_back();
+            continue;
+        }
+        if (!line.empty() && line[0] != '#' && line[0] != '!') {
+            size_t end = 0;
+            while (end < line.size() && std::string_view("=: \t").find(line[end]) == std::string_view::npos) {
+                end += line[end] == '\\' ? 2 : 1;
+            }
+            end = std::min(end, line.size());
+            size_t value = std::min(line.find_first_not_of(kBlanks, end), line.size());
+            if (value < line.size() && (line[value] == '=' || line[value] == ':')) {
+                value = std::min(line.find_first_not_of(kBlanks, value + 1), line.size());
+            }
+            properties[unescaped(std::string_view(line).substr(0, end))] =
+                unescaped(std::string_view(line).substr(value));
+        }
+        line.clear();
+    }
+    return properties;
+}
+
+std::map<std::string, std::string, std::less<>> read_resources(const model::Definition& definition,
+                                                               std::string_view locale,
+                                                               std::vector<std::string>& warnings)
+{
+    std::map<std::string, std::string, std::less<>> resources;
+    const std::string& bundle = definition.data.resource_bundle;
+    if (bundle.empty()) return resources;
+    bool found = false;
+    for (const auto& suffix : {std::string(), "_" + std::string(locale.substr(0, 2)), "_" + std::string(locale)}) {
+        const auto file = beside(definition, bundle + suffix + ".properties");
+        if (!file) continue;
+        std::ifstream stream(*file, std::ios::binary);
+        if (!stream) continue;
+        std::ostringstream bytes;
+        bytes << stream.rdbuf();
+        for (auto& [key, text] : read_properties(bytes.str())) {
+            resources[key] = std::move(text);
+        }
+        found = true;
+    }
+    if (!found) warnings.push_back("there is no resource bundle '" + bundle + "' beside the definition");
+    return resources;
+}
+
+std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options)
+{
+    NoTable nothing;
+    const Rows rows(report.plan(), nothing, options.parameters, {{}, options.surroundings, options.resources, {}}, {});
+    std::map<std::string, Value, std::less<>> values;
+    for (size_t slot = 0; slot < report.plan().parameters.size(); ++slot) {
+        values[report.plan().parameters[slot].name] = rows.parameter(slot);
+    }
+    return values;
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "engine/fill/images.h"
+#include "engine/fill/open.h"
+#include "support.h"
+
+namespace velora::engine {
+namespace {
+
+TEST(TextField, ShowsNullAsAskedAndNumbersByTheirPattern)
+{
+    struct Case {
+        const char* why;
+        const char* expression;
+        const char* attributes;
+        const char* expected;
+    };
+    for (const auto& c : {
+             Case{"null is told", "null", "", "null"},
+             Case{"or left blank", "null", "blankWhenNull=\"true\"", ""},
+             Case{"a pattern for numbers", "1234.5", "pattern=\"#,##0.00\"", "1,234.50"},
+             Case{"which a text does not heed", "\"12\"", "pattern=\"#,##0.00\"", "12"},
+         }) {
+        const auto result = filled({detail(20, text_field(c.expression, 0, 20, c.attributes))}, 1);
+        EXPECT_EQ(listed(result.pages), std::string(c.expected) + "@10+20\n") << c.why;
+    }
+}
+
+TEST(TextField, RepeatedValuesAreLeftOutUntilTheyChange)
+{
+    const auto result =
+        filled({detail(20, text_field("$V{REPORT_COUNT} / 3", 0, 20, "printRepeatedValues=\"false\""))}, 6);
+    EXPECT_EQ(listed(result.pages), "0@10+20 1@50+20 2@110+20\n");
+}
+
+TEST(TextField, ABlankLineIsClosedUpWhenNothingStandsBesideIt)
+{
+    const std::string blank = text_field("\"\"", 20, 20, "removeLineWhenBlank=\"true\"");
+    const std::string below = text_field("\"below\"", 40, 20);
+    EXPECT_EQ(listed(filled({detail(60, blank + below) + band("summary", 20, text_field("\"end\"", 0, 20))}, 1).pages),
+              "below@30+20 end@50+20\n");
+    const std::string beside = R"(<element kind="line" x="120" y="25" width="20" height="5"/>)";
+    EXPECT_EQ(listed(filled({detail(60, blank + beside + below)}, 1).pages), "-@35+5 below@50+20\n");
+}
+
+TEST(TextField, WhatFloatsBelowATextThatGrowsIsPushedDown)
+{
+    const std::string grows = text_field("\"1\\n2\\n3\\n4\"", 0, 12, "textAdjust=\"StretchHeight\"");
+    const std::string floats = text_field("\"floats\"", 15, 12, "positionType=\"Float\"");
+    const std::string fixed = text_field("\"fixed\"", 15, 12);
+    const std::string bottom = text_field("\"bottom\"", 28, 12, "positionType=\"FixRelativeToBottom\"");
+    const std::string line =
+        R"(<element kind="line" x="150" y="0" width="1" height="40" stretchType="ContainerHeight"/>)";
+    EXPECT_EQ(listed(filled({detail(40, grows + floats + fixed + bottom + line)}, 1).pages),
+              "1\n2\n3\n4@10+47 floats@60+12 fixed@25+12 bottom@73+12 -@10+75\n");
+}
+
+TEST(TextField, AFontIsMadeSmallerUntilTheTextFits)
+{
+    const auto result = filled(
+        {detail(20, text_field("\"one two three four five six\"", 0, 20, "textAdjust=\"ScaleFont\" fontSize=\"14\""))},
+        1);
+    const Element& element = result.pages.at(0).elements.at(0);
+    EXPECT_EQ(std::get<Text>(element.content).shown(), "one two three four five six");
+    EXPECT_LT(element.style->font.size, 14);
+    EXPECT_GT(element.style->font.size, 4);
+}
+
+TEST(Styles, AreInheritedAndTheFirstConditionThatHoldsWins)
+{
+    const std::string head =
+        R"(<style name="base" fontSize="9" forecolor="#0000FF"/>)"
+        R"(<style name="derived" style="base" bold="true">)"
+        R"(<conditionalStyle forecolor="#FF0000"><conditionExpression>$V{REPORT_COUNT} == 2</conditionExpression></conditionalStyle>)"
+        R"(<conditionalStyle forecolor="#00FF00" italic="true"><conditionExpression>$V{REPORT_COUNT} >= 2</conditionExpression></conditionalStyle>)"
+        R"(</style>)";
+    const auto result = filled({detail(20, text_field("\"x\"", 0, 20, "style=\"derived\"")), "", head}, 3);
+    const auto& elements = result.pages.at(0).elements;
+    EXPECT_EQ(elements[0].style->fore, (Color{0, 0, 255}));
+    EXPECT_EQ(elements[1].style->fore, (Color{255, 0, 0}));
+    EXPECT_EQ(elements[2].style->fore, (Color{0, 255, 0}));
+    EXPECT_TRUE(elements[1].style->font.italic && elements[1].style->font.bold);
+    EXPECT_FALSE(elements[0].style->font.italic);
+    EXPECT_EQ(elements[0].style->font.size, 9);
+}
+
+TEST(Frames, GrowWithTheirContentAndGoOverPages)
+{
+    const std::string text = text_field("\"1\\n2\\n3\\n4\\n5\\n6\\n7\\n8\"", 0, 12, "textAdjust=\"StretchHeight\"");
+    const std::string frame =
+        "<element kind=\"frame\" x=\"0\" y=\"0\" width=\"120\" height=\"20\">" + text + "</element>";
+    const auto result = filled({band("title", 120, "") + detail(20, frame)}, 1);
+    ASSERT_EQ(result.pages.size(), 2u);
+    EXPECT_EQ(result.pages[0].elements.at(0).place.height, 60);
+    EXPECT_EQ(result.pages[1].elements.at(0).place.height, 43) << "the room below the text stays";
+    EXPECT_EQ(listed(result.pages), "[ 1\n2\n3\n4\n5\n@0+60 ]\n[ 6\n7\n8@0+35 ]\n");
+}
+
+TEST(Images, AreReadBesideTheDefinitionAndNowhereElse)
+{
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::path(VELORA_TEST_SCRATCH) / "images";
+    fs::create_directories(folder / "inner");
+    std::ofstream(folder / "secret.png") << "secret";
+    std::ofstream(folder / "inner" / "logo.png") << "logo";
+    Images images(folder / "inner");
+    std::string reason;
+    EXPECT_EQ(images.find("logo.png", reason)->bytes, "logo");
+    EXPECT_EQ(images.find("../secret.png", reason), nullptr);
+    EXPECT_NE(reason.find("outside"), std::string::npos);
+    EXPECT_EQ(images.find("gone.png", reason), nullptr);
+    EXPECT_EQ(images.find((folder / "secret.png").string(), reason)->bytes, "secret") << "an absolute name is meant so";
+    EXPECT_EQ(images.find("data:image/png;base64,bG9n\nbw==", reason)->bytes, "logo");
+    EXPECT_EQ(images.find("data:image/png;base64,***", reason), nullptr);
+}
+
+TEST(Images, AMissingOneIsAWarningAndTheReportGoesOn)
+{
+    const std::string image =
+        R"(<element kind="image" x="0" y="0" width="50" height="20"><expression>"gone.png"</expression></element>)";
+    const auto result = filled({detail(20, image)}, 3);
+    EXPECT_EQ(result.pages.at(0).elements.size(), 3u);
+    ASSERT_EQ(result.warnings.size(), 1u) << "told once and not for every row";
+    EXPECT_NE(result.warnings[0].find("gone.png"), std::string::npos);
+}
+
+TEST(Opening, AnExpressionOutsideTheLanguageIsFoundBeforeAnyRowIsRead)
+{
+    const auto open = [](const std::string& expression) {
+        std::vector<Warning> warnings;
+        const TestReport report{detail(20, text_field(expression, 0, 20))};
+        const Report compiled(std::make_shared<model::Definition>(read_definition(report.xml(), warnings)));
+    };
+    EXPECT_THROW(open("System.exit(1)"), DefinitionError);
+    EXPECT_THROW(open("$F{unknown}"), DefinitionError);
+    EXPECT_NO_THROW(open("1 + 1"));
+}
+
+TEST(Opening, TextsOfAResourceBundleAreReadByTheirRules)
+{
+    const auto texts = read_properties("# remark\na = one\nb: two \\\n   more\nc\\ d=\\u00e9\\n!\n! remark\n\ne");
+    EXPECT_EQ(texts.at("a"), "one");
+    EXPECT_EQ(texts.at("b"), "two more");
+    EXPECT_EQ(texts.at("c d"), "\xc3\xa9\n!");
+    EXPECT_EQ(texts.at("e"), "");
+    EXPECT_EQ(texts.size(), 4u);
+}
+
+}  // namespace
+}  // namespace velora::engine

@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include "support.h"
+
+namespace velora::engine {
+namespace {
+
+TestTable numbers()
+{
+    return {{{"n", Value::Type::Integer}, {"g", Value::Type::Text}},
+            {{Value(4), "a"}, {Value(), "a"}, {Value(2), "b"}, {Value(4), "b"}}};
+}
+
+std::string shown(const std::string& head, const std::string& expression, TestTable table)
+{
+    const TestReport report{detail(20, text_field(expression, 0, 20)), "", head};
+    const auto result = filled(report.xml(), table);
+    std::string all;
+    for (const auto& page : result.pages) {
+        for (const auto& element : page.elements) all += std::string(std::get<Text>(element.content).shown()) + " ";
+    }
+    return all;
+}
+
+const std::string kFields = R"(<field name="n" class="java.lang.Integer"/><field name="g" class="java.lang.String"/>)";
+
+TEST(Variables, EachCalculationCountsTheRowsUpToHere)
+{
+    struct Case {
+        const char* why;
+        const char* calculation;
+        const char* class_name;
+        const char* expected;
+    };
+    for (const auto& c : {
+             Case{"a null is no addend", "Sum", "Integer", "4 4 6 10 "},
+             Case{"a null is not counted", "Count", "Integer", "1 1 2 3 "},
+             Case{"a value that comes again counts once", "DistinctCount", "Integer", "1 1 2 2 "},
+             Case{"whole numbers give a whole average", "Average", "Integer", "4 4 3 3 "},
+             Case{"the smallest so far", "Lowest", "Integer", "4 4 2 2 "},
+             Case{"the largest so far", "Highest", "Integer", "4 4 4 4 "},
+             Case{"the first one stays", "First", "Integer", "4 4 4 4 "},
+             Case{"without a calculation it is the row's own value", "Nothing", "Integer", "4 null 2 4 "},
+         }) {
+        const std::string head = kFields + "<variable name=\"v\" class=\"java.lang." + c.class_name +
+                                 "\" calculation=\"" + c.calculation + "\"><expression>$F{n}</expression></variable>";
+        EXPECT_EQ(shown(head, "$V{v}", numbers()), c.expected) << c.calculation << ": " << c.why;
+    }
+}
+
+TEST(Variables, VarianceIsThatOfAllValues)
+{
+    const std::string head = kFields +
+                             "<variable name=\"v\" class=\"java.lang.Double\" calculation=\"Variance\">"
+                             "<expression>$F{n}</expression></variable>";
+    TestTable table({{"n", Value::Type::Integer}}, {{Value(1)}, {Value(3)}, {Value(8)}});
+    EXPECT_EQ(shown(head, "Math.round($V{v} * 1000)", std::move(table)), "0 1000 8667 ");
+}
+
+TEST(Variables, AreResetWithTheirGroupAndIncrementedWhenTheyAreToBe)
+{
+    const std::string group = R"(<group name="G"><expression>$F{g}</expression></group>)";
+    const auto variable = [](const std::string& attributes) {
+        return "<variable name=\"v\" class=\"java.lang.Integer\" calculation=\"Sum\" " + attributes +
+               "><expression>$F{n}</expression></variable>";
+    };
+    EXPECT_EQ(shown(kFields + variable("resetType=\"Group\" resetGroup=\"G\"") + group, "$V{v}", numbers()),
+              "4 4 2 6 ");
+    EXPECT_EQ(shown(kFields + variable("incrementType=\"Group\" incrementGroup=\"G\"") + group, "$V{v}", numbers()),
+              "4 4 6 8 ")
+        << "within a group only its last row counts";
+    EXPECT_EQ(shown(kFields + group, "$V{G_COUNT} + \"/\" + $V{REPORT_COUNT}", numbers()), "1/1 2/2 1/3 2/4 ");
+}
+
+TEST(Rows, AreSortedAndFilteredBeforeTheyAreCounted)
+{
+    EXPECT_EQ(shown(kFields + "<sortField name=\"n\" order=\"Descending\"/>", "$F{n}", numbers()), "4 4 2 null ");
+    EXPECT_EQ(shown(kFields + "<filterExpression>$F{n} != null</filterExpression>", "$V{REPORT_COUNT} + \":\" + $F{n}",
+                    numbers()),
+              "1:4 2:2 3:4 ");
+}
+
+TEST(Rows, CellsAreReadAsTheClassThatTheFieldDeclares)
+{
+    TestTable table({{"n", Value::Type::Text}}, {{Value("12")}, {Value("no number")}, {Value(7.9)}});
+    EXPECT_EQ(shown(kFields, "$F{n} + 1", std::move(table)), "13 null 8 ");
+}
+
+TEST(Parameters, TakeWhatIsGivenElseTheirDefaultWhichMaySeeEarlierOnes)
+{
+    const std::string head =
+        "<parameter name=\"a\" "
+        "class=\"java.lang.Integer\"><defaultValueExpression>2</defaultValueExpression></parameter>"
+        "<parameter name=\"b\" class=\"java.lang.Integer\"><defaultValueExpression>$P{a} * "
+        "10</defaultValueExpression></parameter>";
+    const TestReport report{detail(20, text_field("$P{a} + \" \" + $P{b}", 0, 20)), "", head};
+    FillOptions options;
+    TestTable table(1);
+    EXPECT_EQ(listed(filled(report.xml(), table, options).pages), "2 20@10+20\n");
+    options.parameters["a"] = Value(5);
+    EXPECT_EQ(listed(filled(report.xml(), table, options).pages), "5 50@10+20\n");
+}
+
+TEST(EvaluationTime, AValueIsThatOfTheEndOfItsPartOfTheReport)
+{
+    struct Case {
+        const char* why;
+        std::string attributes;
+        const char* expected;
+    };
+    const std::string head = R"(<group name="G"><expression>$V{REPORT_COUNT} / 4</expression></group>)";
+    for (const auto& c : {
+             Case{"at once", "", "0@10+20 d@30+60 d@90+60\n1@10+20 d@30+60 d@90+60\n4@10+20 d@30+60\n"},
+             Case{"of the page", "evaluationTime=\"Page\"",
+                  "2@10+20 d@30+60 d@90+60\n4@10+20 d@30+60 d@90+60\n5@10+20 d@30+60\n"},
+             Case{"of the report", "evaluationTime=\"Report\"",
+                  "5@10+20 d@30+60 d@90+60\n5@10+20 d@30+60 d@90+60\n5@10+20 d@30+60\n"},
+         }) {
+        const TestReport report{band("pageHeader", 20, text_field("$V{REPORT_COUNT}", 0, 20, c.attributes)) +
+                                detail(60, text_field("\"d\"", 0, 60))};
+        const auto result = filled(report, 5);
+        if (c.attributes.empty()) {
+            EXPECT_EQ(result.pages.size(), 3u) << c.why;
+            continue;
+        }
+        EXPECT_EQ(listed(result.pages), c.expected) << c.why;
+    }
+}
+
+TEST(EvaluationTime, AutoTakesEachVariableAtItsOwnTime)
+{
+    const TestReport report{
+        band("pageHeader", 20,
+             text_field("$V{PAGE_NUMBER} + \" of \" + $V{PAGE_COUNT}", 0, 20, "evaluationTime=\"Auto\"")) +
+        detail(80, text_field("\"d\"", 0, 80))};
+    EXPECT_EQ(listed(filled(report, 3).pages), "2 of 2@10+20 d@30+80 d@110+80\n2 of 1@10+20 d@30+80\n");
+}
+
+TEST(EvaluationTime, InAFrameTheElementThatWaitedIsFoundAgain)
+{
+    const std::string frame = "<element kind=\"frame\" x=\"0\" y=\"0\" width=\"150\" height=\"20\">" +
+                              text_field("$V{PAGE_NUMBER}", 0, 20, "evaluationTime=\"Report\"") + "</element>";
+    EXPECT_EQ(listed(filled({band("pageHeader", 20, frame) + detail(120, "")}, 3).pages),
+              "[ 3@0+20 ]\n[ 3@0+20 ]\n[ 3@0+20 ]\n");
+}
+
+/// Notes how many rows had been read when each page came.
+class WatchingSink : public PageSink {
+public:
+    explicit WatchingSink(const TestTable& table) : table_(table) {}
+    void begin(const Document&) override {}
+    void page(Page&&) override { rows_at_page.push_back(table_.read()); }
+    void end() override {}
+    std::vector<size_t> rows_at_page;
+
+private:
+    const TestTable& table_;
+};
+
+TEST(Pages, GoOutAtOnceUnlessTheyWaitForAValue)
+{
+    const auto rows_at_pages = [](const char* time) {
+        const TestReport report{band("pageHeader", 20, text_field("$V{PAGE_NUMBER}", 0, 20, time)) + detail(80, "")};
+        std::vector<Warning> warnings;
+        const Report compiled(std::make_shared<model::Definition>(read_definition(report.xml(), warnings)));
+        TestTable table(6);
+        WatchingSink sink(table);
+        fill(compiled, table, test_measurer(), {}, sink);
+        return sink.rows_at_page;
+    };
+    EXPECT_EQ(rows_at_pages(""), (std::vector<size_t>{3, 5, 6}));
+    EXPECT_EQ(rows_at_pages("evaluationTime=\"Page\""), (std::vector<size_t>{3, 5, 6}));
+    EXPECT_EQ(rows_at_pages("evaluationTime=\"Report\""), (std::vector<size_t>{6, 6, 6}));
+}
+
+TEST(Pages, HeldBackComeOutAsTheyWere)
+{
+    const std::string lines = R"(<element kind="line" x="0" y="0" width="150" height="1"/>)"
+                              R"(<element kind="rectangle" x="0" y="5" width="9" height="9" forecolor="#FF0000"/>)";
+    const auto pages_with = [&](const char* time) {
+        const TestReport report{
+            band("title", 60, text_field("\"title\"", 0, 20) + lines) +
+            band("pageFooter", 20, text_field("\"f\"", 0, 20, time)) +
+            detail(40, text_field("$V{REPORT_COUNT} + \"\\nlong enough to take more lines\"", 0, 40) + lines)};
+        return listed(filled(report, 9).pages);
+    };
+    EXPECT_EQ(pages_with("evaluationTime=\"Report\""), pages_with(""));
+}
+
+TEST(Pages, WithoutPaginationThereIsOneAsLongAsItsContent)
+{
+    const auto result =
+        filled({band("title", 20, "") + detail(100, text_field("\"d\"", 0, 100)) + band("summary", 30, ""),
+                "ignorePagination=\"true\""},
+               5);
+    ASSERT_EQ(result.pages.size(), 1u);
+    EXPECT_EQ(result.document.page_height, 10 + 20 + 500 + 30 + 10);
+}
+
+}  // namespace
+}  // namespace velora::engine
