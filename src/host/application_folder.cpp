@@ -158,15 +158,4 @@ void make_application_folder(const NewFolder& wanted, ProfileFile& lists)
     }
 }
 
-fs::path shipped_definitions(const fs::path& program)
-{
-    const fs::path beside = program.parent_path() / "definitions";
-    const fs::path installed = program.parent_path().parent_path() / "share" / "velora-report" / "definitions";
-    for (const fs::path& folder : {beside, installed}) {
-        if (fs::is_directory(folder)) return folder;
-    }
-    throw HostError(kTitle, "The report definitions that belong to this program are missing. They should be in \"" +
-                                beside.string() + "\" or \"" + installed.string() + "\".");
-}
-
 }  // namespace velora

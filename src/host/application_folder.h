@@ -20,8 +20,4 @@ struct NewFolder {
 /// @throws HostError when the place is taken or cannot be written
 void make_application_folder(const NewFolder& wanted, ProfileFile& lists);
 
-/// Where the shipped report definitions are: beside the program, or in its installed data folder.
-/// @throws HostError when they are in neither
-std::filesystem::path shipped_definitions(const std::filesystem::path& program);
-
 }  // namespace velora

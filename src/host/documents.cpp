@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "adapters/terminal/progress_bar.h"
 #include "delivery/export.h"
 #include "host/explain.h"
 #include "session/lists.h"
@@ -81,24 +82,36 @@ void Documents::watch_pipe()
 {
     if (!options_.pipe.empty()) pipe_ = std::make_unique<PipeFile>(options_.pipe);
     state_.ports.on_pipe = [this](const DataPipeRecordset& pipe) {
+        rows_ = pipe.RecordCount();
         if (!pipe_) return;
         pipe_->add(kind_.name, pipe);
         pipe_filled_ = true;
     };
 }
 
-void Documents::deliver(const std::function<void(SessionState&, const Route&)>& build)
+void Documents::deliver(const Build& build)
 {
-    if (count_ > 1) host_.progress().show("Document", done_, count_);
     host_.user().forget();
     host_.engine().forget();
     state_.gExportOK = false;
     state_.log.clear();
-    build(state_, route_);
     ++done_;
+    build_with_bar(build);
     const ExitStatus status = outcome();
     report_outcome(status);
     if (worst_ == ExitStatus::Delivered) worst_ = status;
+}
+
+void Documents::build_with_bar(const Build& build)
+{
+    const bool wanted = host_.around().at_terminal && !host_.options().quiet;
+    const std::string caption =
+        count_ > 1 ? "Document " + std::to_string(done_) + " of " + std::to_string(count_) : "Report";
+    ProgressBar bar(host_.around().err, wanted, caption);
+    if (count_ > 1) bar.show(0, 1);
+    host_.engine().count_rows([&](size_t rows) { bar.show(rows, rows_); });
+    build(state_, route_);
+    host_.engine().count_rows({});
 }
 
 bool Documents::delivered() const

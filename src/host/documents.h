@@ -25,8 +25,9 @@ public:
     /// @throws UsageError when several would go into one file, HostError when the place of the output is missing
     Documents(Host& host, const DeliveryOptions& options, const ReportKind& kind, size_t count);
 
+    using Build = std::function<void(SessionState&, const Route&)>;
     /// Runs one document and says where it went.
-    void deliver(const std::function<void(SessionState&, const Route&)>& build);
+    void deliver(const Build& build);
     /// Ends the run: the file of the pipe takes its name. The first document that failed decides.
     ExitStatus finish();
 
@@ -34,6 +35,7 @@ private:
     void place_output();
     void require_printer();
     void watch_pipe();
+    void build_with_bar(const Build& build);
     [[nodiscard]] ExitStatus outcome() const;
     [[nodiscard]] bool delivered() const;
     void report_outcome(ExitStatus status);
@@ -46,6 +48,7 @@ private:
     std::unique_ptr<PipeFile> pipe_;
     bool pipe_filled_ = false;
     size_t count_;
+    size_t rows_ = 0;  ///< of the pipe
     size_t done_ = 0;
     ExitStatus worst_ = ExitStatus::Delivered;
 };

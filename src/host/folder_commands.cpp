@@ -3,6 +3,7 @@
 #include "host/application_folder.h"
 #include "host/commands.h"
 #include "host/sample/sample_company.h"
+#include "host/shipped.h"
 
 namespace velora {
 
@@ -14,7 +15,7 @@ void add_folder_commands(CLI::App& program, CommandBody& chosen)
     init->add_flag("--empty", wanted->empty, "The same tables without rows");
     init->callback([wanted, &chosen] {
         chosen = [wanted](Host& host) {
-            wanted->definitions = shipped_definitions(host.around().program);
+            wanted->definitions = shipped_folder(host.around().program, "definitions");
             make_application_folder(*wanted, host.profiles());
             host.say("The application folder \"" + wanted->folder.string() + "\" is made.");
             if (!wanted->empty) host.say("A quote to try: " + std::string(sample::kDemoQuote));

@@ -11,7 +11,6 @@
 #include "host/host_config.h"
 #include "host/layered_settings.h"
 #include "host/options.h"
-#include "host/progress.h"
 #include "host/watched_engine.h"
 #include "session/session_state.h"
 
@@ -43,7 +42,6 @@ public:
     [[nodiscard]] WatchedEngine& engine();
     [[nodiscard]] LayeredSettings& settings();
     [[nodiscard]] ProfileFile& profiles();
-    [[nodiscard]] Progress& progress() { return progress_; }
 
     /// The session on the company of the application folder, with its database and accounting store open.
     /// @throws HostError saying what is missing or broken and where
@@ -59,6 +57,7 @@ public:
 private:
     [[nodiscard]] std::filesystem::path folder() const;
     void open_company();
+    std::shared_ptr<Connection> connection_of(const std::string& source);
 
     CommonOptions options_;
     const Surroundings& around_;
@@ -66,7 +65,6 @@ private:
     std::unique_ptr<BoxWatch> user_;
     std::unique_ptr<LayeredSettings> settings_;
     std::unique_ptr<WatchedEngine> engine_;
-    Progress progress_;
     HostConfig config_;
     std::unique_ptr<SessionState> company_;
 };

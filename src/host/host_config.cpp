@@ -109,8 +109,7 @@ fs::path sqlite_file(const fs::path& folder, const std::string& connection, cons
              "sqlite:PATH.");
     }
     if (!connection.starts_with(kScheme) || connection.size() == kScheme.size()) {
-        fail("The key \"" + key + "\" of velora.ini is \"" + connection +
-             "\". It should be sqlite:PATH or odbc:CONNECTION STRING.");
+        fail("\"" + key + "\" is \"" + connection + "\". It should be sqlite:PATH or odbc:CONNECTION STRING.");
     }
     return folder / connection.substr(kScheme.size());
 }

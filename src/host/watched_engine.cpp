@@ -8,8 +8,7 @@ namespace {
 /// Counts the rows on their way to the report.
 class CountedTable final : public TableSource {
 public:
-    CountedTable(std::shared_ptr<TableSource> table, WatchedEngine::RowCounter counter)
-        : table_(std::move(table)), counter_(std::move(counter))
+    CountedTable(std::shared_ptr<TableSource> table, WatchedEngine& engine) : table_(std::move(table)), engine_(engine)
     {
     }
 
@@ -17,7 +16,7 @@ public:
     bool next() override
     {
         constexpr size_t kOften = 1000;
-        if (++count_ % kOften == 0) counter_(count_);
+        if (++count_ % kOften == 0) engine_.count(count_);
         return table_->next();
     }
     void rewind() override { table_->rewind(); }
@@ -25,14 +24,14 @@ public:
 
 private:
     std::shared_ptr<TableSource> table_;
-    WatchedEngine::RowCounter counter_;
+    WatchedEngine& engine_;
     size_t count_ = 0;
 };
 
 class WatchedReport final : public OpenedReport {
 public:
-    WatchedReport(std::shared_ptr<OpenedReport> report, WatchedEngine::RowCounter counter)
-        : report_(std::move(report)), counter_(std::move(counter))
+    WatchedReport(std::shared_ptr<OpenedReport> report, WatchedEngine& engine)
+        : report_(std::move(report)), engine_(engine)
     {
     }
 
@@ -40,7 +39,7 @@ public:
     [[nodiscard]] bool brings_its_own_data() const override { return report_->brings_its_own_data(); }
     void SetDataSource(std::shared_ptr<TableSource> data) override
     {
-        report_->SetDataSource(std::make_shared<CountedTable>(std::move(data), counter_));
+        report_->SetDataSource(std::make_shared<CountedTable>(std::move(data), engine_));
     }
     void SelectPrinter(const std::string& driver, const std::string& device, const std::string& port) override
     {
@@ -55,7 +54,7 @@ public:
 
 private:
     std::shared_ptr<OpenedReport> report_;
-    WatchedEngine::RowCounter counter_;
+    WatchedEngine& engine_;
 };
 
 }  // namespace
@@ -63,9 +62,7 @@ private:
 std::shared_ptr<OpenedReport> WatchedEngine::OpenReport(const std::string& path)
 {
     try {
-        auto report = engine_.OpenReport(path);
-        if (!counter_) return report;
-        return std::make_shared<WatchedReport>(std::move(report), counter_);
+        return std::make_shared<WatchedReport>(engine_.OpenReport(path), *this);
     } catch (const Fault& caught) {
         reason_ = path;
         if (!caught.where().empty()) reason_ += ": " + caught.where();

@@ -1,11 +1,10 @@
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "adapters/terminal/progress_bar.h"
 #include "host/command_line.h"
 
 int main(int argc, char** argv)
@@ -18,7 +17,7 @@ int main(int argc, char** argv)
                                           return std::string(value != nullptr ? value : "");
                                       },
                                       unknown ? std::filesystem::absolute(argv[0]) : program,
-                                      isatty(STDERR_FILENO) == 1};
+                                      velora::is_error_terminal()};
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     return static_cast<int>(velora::run_command_line(arguments, around));
 }

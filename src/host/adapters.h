@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/options.h"
+#include "platform/printers.h"
+#include "platform/region.h"
+#include "platform/report_engine.h"
+#include "platform/stores.h"
+#include "platform/user_interface.h"
+
+namespace velora {
+
+struct Surroundings;
+
+/// Printers of a machine that has none set up.
+class NoPrinters final : public Printers {
+public:
+    [[nodiscard]] std::vector<Printer> list() const override { return {}; }
+};
+
+/// What stands behind the ports in this program.
+struct Adapters {
+    std::unique_ptr<ReportEngine> engine;  ///< made when it is first asked for
+    std::unique_ptr<Clock> clock;
+    std::unique_ptr<Region> region;
+    std::unique_ptr<UserInterface> user;
+    std::unique_ptr<SettingsStore> settings;
+    std::unique_ptr<ProfileFile> profiles;
+    std::unique_ptr<PasswordCipher> cipher;
+    std::unique_ptr<Printers> printers;
+};
+
+/// @throws UsageError for a region that is none, HostError for a messages file that cannot be written
+Adapters make_adapters(const CommonOptions& options, const Surroundings& around);
+
+/// The tag of the region of this run, such as "en-US".
+std::string region_name(const CommonOptions& options, const Surroundings& around);
+
+/// The user's settings file: as named, else "Morvane/Velora.ini" in the configuration folder of the user.
+std::string settings_path(const CommonOptions& options, const Surroundings& around);
+
+}  // namespace velora

@@ -1,0 +1,106 @@
+#include "host/tables.h"
+
+#include "program.h"
+
+namespace velora::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::string all_cells(TableSource& table)
+{
+    std::string text;
+    while (table.next()) {
+        for (size_t field = 0; field < table.fields().size(); ++field) {
+            const Value& cell = table.cell(field);
+            text += cell.is_null() ? "~|" : to_text(cell) + "|";
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+class Tables : public HostTest {};
+
+TEST_F(Tables, EmptyRowsCountAndStartAgain)
+{
+    const auto table = empty_rows(3);
+    EXPECT_TRUE(table->fields().empty());
+    EXPECT_EQ(all_cells(*table), "\n\n\n");
+    table->rewind();
+    EXPECT_EQ(all_cells(*table), "\n\n\n");
+    EXPECT_FALSE(empty_rows(0)->next());
+}
+
+TEST_F(Tables, CsvIsReadAsSpreadsheetsWriteIt)
+{
+    struct Case {
+        const char* why;
+        const char* text;
+        const char* cells;
+    };
+    for (const Case& c : {
+             Case{"last line without an end", "one\ntwo", "one|\ntwo|\n"},
+             Case{"lines of another system", "a,b\r\nc,d\r\n", "a|b|\nc|d|\n"},
+             Case{"comma, quote and line end in a value", "\"a,\"\"b\"\"\nc\",d\n", "a,\"b\"\nc|d|\n"},
+             Case{"empty values", ",\n", "||\n"},
+             Case{"a short line lacks values", "a,b,c\nd\n", "a|b|c|\nd|~|~|\n"},
+             Case{"an empty line is an empty value", "a\n\nb\n", "a|\n|\nb|\n"},
+             Case{"no line", "", ""},
+         }) {
+        write_text(scratch("data.csv"), c.text);
+        EXPECT_EQ(all_cells(*read_csv(scratch("data.csv"))), c.cells) << c.why;
+    }
+    EXPECT_EQ(read_csv(scratch("data.csv"))->fields().size(), 0U);
+    write_text(scratch("data.csv"), "a,b\n");
+    EXPECT_EQ(read_csv(scratch("data.csv"))->fields().at(1).name, "COLUMN_1");
+}
+
+TEST_F(Tables, PipeJsonComesBackWithItsTypes)
+{
+    write_text(scratch("pipe.json"),
+               R"({"kind":"quote","fields":[{"name":"Text","type":200,"size":10},{"name":"Day","type":7,"size":0},
+                  {"name":"Line","type":3,"size":0},{"name":"Rate","type":4,"size":0},
+                  {"name":"Flag","type":11,"size":0}],
+                  "rows":[["a","2026-06-15",7,1.25,true],[null,"2026-06-15T08:30:00",null,null,false]]})");
+    const auto table = read_pipe_json(scratch("pipe.json"));
+    EXPECT_EQ(table->fields().at(1).type, Value::Type::Date);
+    EXPECT_EQ(table->fields().at(3).type, Value::Type::Single);
+    EXPECT_EQ(all_cells(*table), "a|2026-06-15|7|1.25|True|\n~|2026-06-15T08:30:00|~|~|False|\n");
+}
+
+TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
+{
+    struct Case {
+        const char* why;
+        const char* text;
+        const char* says;
+    };
+    for (const Case& c : {
+             Case{"no JSON", "{", "--pipe"},
+             Case{"no rows", R"({"fields":[]})", "rows"},
+             Case{"a row too short", R"({"fields":[{"name":"A"},{"name":"B"}],"rows":[["1","2"],["1"]]})", "row 2"},
+             Case{"a date that is none", R"({"fields":[{"name":"A","type":7}],"rows":[["soon"]]})", "soon"},
+             Case{"a cell that is a list", R"({"fields":[{"name":"A"}],"rows":[[[]]]})", "cell"},
+         }) {
+        write_text(scratch("bad.json"), c.text);
+        try {
+            (void)read_pipe_json(scratch("bad.json"));
+            ADD_FAILURE() << c.why;
+        } catch (const HostError& error) {
+            EXPECT_THAT(error.what(), HasSubstr(c.says)) << c.why;
+            EXPECT_THAT(error.what(), HasSubstr("bad.json")) << c.why;
+        }
+    }
+    write_text(scratch("bad.csv"), "a,b\n\"open\nc\n");
+    try {
+        (void)read_csv(scratch("bad.csv"));
+        ADD_FAILURE() << "a quote is not closed";
+    } catch (const HostError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("line 2"));
+    }
+    EXPECT_THROW((void)read_csv(scratch("missing.csv")), HostError);
+}
+
+}  // namespace
+}  // namespace velora::testing
