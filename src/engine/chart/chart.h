@@ -43,8 +43,8 @@ struct ChartData {
     Color fore = kBlack;
 };
 
-/// Draws the chart for a box of the given size in points. Data without a value give a drawing that says so with
-/// its title and empty axes; numbers that are no number count as gaps.
+/// Draws the chart for a box of the given size in points. Data without any value give title, legend and empty axes;
+/// what is no finite number counts as a gap.
 std::shared_ptr<const Drawing> draw_chart(const ChartData& data, float width, float height, Measurer& measurer);
 
 }  // namespace velora::engine
