@@ -24,8 +24,8 @@ private:
     [[nodiscard]] Position place_of(size_t offset) const;
     void check_depth() const;
 
-    std::string_view written_;
-    std::string buffer_;  ///< the document points into it
+    std::string written_;  ///< in UTF-8, unless it is in UTF-16
+    std::string buffer_;   ///< a copy that the document points into and has changed
     pugi::xml_document document_;
     std::vector<size_t> lines_;  ///< where each line starts
     std::vector<Warning>& warnings_;

@@ -1,4 +1,5 @@
 #include <unicode/calendar.h>
+#include <unicode/dtfmtsym.h>
 #include <unicode/locid.h>
 #include <unicode/numsys.h>
 #include <unicode/smpdtfmt.h>
@@ -6,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 #include "engine/expression/formatter.h"
 #include "engine/expression/utf16.h"
@@ -70,48 +72,102 @@ bool shows_zone(std::string_view pattern)
     });
 }
 
-/// Patterns of numbers alone, such as "dd/MM/yyyy HH:mm", are written without the general formatter.
-bool is_numeric(std::string_view pattern)
+/// Names of the locale that patterns show: months from January, days from Sunday.
+struct CalendarNames {
+    std::array<std::string, 12> months, short_months;
+    std::array<std::string, 7> days, short_days;
+    std::array<std::string, 2> halves;
+};
+
+template <size_t count>
+void copy_names(const icu::UnicodeString* from, std::array<std::string, count>& to)
+{
+    for (size_t at = 0; at < count; ++at) from[at].toUTF8String(to[at]);
+}
+
+CalendarNames names_of(const icu::DateFormatSymbols& symbols)
+{
+    using Icu = icu::DateFormatSymbols;
+    CalendarNames names;
+    int32_t count = 0;
+    copy_names(symbols.getMonths(count, Icu::FORMAT, Icu::WIDE), names.months);
+    copy_names(symbols.getMonths(count, Icu::FORMAT, Icu::ABBREVIATED), names.short_months);
+    copy_names(symbols.getWeekdays(count, Icu::FORMAT, Icu::WIDE) + 1, names.days);
+    copy_names(symbols.getWeekdays(count, Icu::FORMAT, Icu::ABBREVIATED) + 1, names.short_days);
+    copy_names(symbols.getAmPmStrings(count), names.halves);
+    return names;
+}
+
+/// Patterns of the everyday fields, such as "d MMM yyyy HH:mm", are written without the general formatter.
+bool is_plain(std::string_view pattern)
 {
     return pattern.find('\'') == std::string_view::npos && each_letter(pattern, [](bool letter, std::string_view run) {
                if (!letter) return true;
-               if (run.front() == 'y') return run.size() == 4 || run.size() == 2;
-               return run.size() <= 2 && std::string_view("MdHms").find(run.front()) != std::string_view::npos;
+               switch (run.front()) {
+                   case 'y':
+                       return run.size() == 4 || run.size() == 2;
+                   case 'M':
+                   case 'E':
+                       return run.size() <= 4;
+                   case 'a':
+                       return run.size() == 1;
+                   default:
+                       return run.size() <= 2 && std::string_view("dHhms").find(run.front()) != std::string_view::npos;
+               }
            });
 }
 
-void append_field(const DateTime::Parts& parts, std::string_view run, std::string& out)
+int number_of(const DateTime::Parts& parts, char letter, size_t length)
 {
-    int value = 0;
-    switch (run.front()) {
+    switch (letter) {
         case 'y':
-            value = run.size() == 2 ? parts.year % 100 : parts.year;
-            break;
+            return length == 2 ? parts.year % 100 : parts.year;
         case 'M':
-            value = parts.month;
-            break;
+            return parts.month;
         case 'd':
-            value = parts.day;
-            break;
+            return parts.day;
         case 'H':
-            value = parts.hour;
-            break;
+            return parts.hour;
+        case 'h':
+            return parts.hour % 12 == 0 ? 12 : parts.hour % 12;
         case 'm':
-            value = parts.minute;
-            break;
+            return parts.minute;
         default:
-            value = parts.second;
+            return parts.second;
     }
-    const auto digits = std::to_string(value);
-    if (digits.size() < run.size()) out.append(run.size() - digits.size(), '0');
-    out += digits;
+}
+
+void append_number(int value, size_t least_digits, std::string& out)
+{
+    std::array<char, 12> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    const auto length = static_cast<size_t>(end - digits.data());
+    if (length < least_digits) out.append(least_digits - length, '0');
+    out.append(digits.data(), end);
+}
+
+void append_field(const DateTime& date, const DateTime::Parts& parts, std::string_view run, const CalendarNames& names,
+                  std::string& out)
+{
+    const char letter = run.front();
+    if (letter == 'M' && run.size() > 2) {
+        const auto month = static_cast<size_t>(parts.month - 1);
+        out += run.size() == 3 ? names.short_months[month] : names.months[month];
+    } else if (letter == 'E') {
+        const auto day = static_cast<size_t>(weekday(date));
+        out += run.size() < 4 ? names.short_days[day] : names.days[day];
+    } else if (letter == 'a') {
+        out += names.halves[parts.hour < 12 ? 0 : 1];
+    } else {
+        append_number(number_of(parts, letter, run.size()), run.size(), out);
+    }
 }
 
 class DateFormatter : public Formatter {
 public:
     DateFormatter(std::unique_ptr<icu::DateFormat> format, std::unique_ptr<icu::Calendar> calendar,
-                  std::string_view pattern, bool numeric)
-        : format_(std::move(format)), calendar_(std::move(calendar)), pattern_(numeric ? pattern : "")
+                  std::string_view pattern, std::optional<CalendarNames> names)
+        : format_(std::move(format)), calendar_(std::move(calendar)), pattern_(pattern), names_(std::move(names))
     {
     }
 
@@ -125,7 +181,7 @@ public:
         } else {
             return std::nullopt;
         }
-        return pattern_.empty() ? general(date) : numeric(date);
+        return names_ ? plain(date) : general(date);
     }
 
     [[nodiscard]] Cell parse(std::string_view text) const override
@@ -138,13 +194,13 @@ public:
     }
 
 private:
-    [[nodiscard]] std::string numeric(const DateTime& date) const
+    [[nodiscard]] std::string plain(const DateTime& date) const
     {
         const auto parts = date.parts();
         std::string out;
         each_letter(pattern_, [&](bool letter, std::string_view run) {
             if (letter) {
-                append_field(parts, run, out);
+                append_field(date, parts, run, *names_, out);
             } else {
                 out += run;
             }
@@ -177,7 +233,8 @@ private:
 
     std::unique_ptr<icu::DateFormat> format_;
     std::unique_ptr<icu::Calendar> calendar_;  ///< only for patterns that show the zone
-    std::string pattern_;                      ///< only for patterns of numbers
+    std::string pattern_;
+    std::optional<CalendarNames> names_;  ///< only for plain patterns
 };
 
 }  // namespace
@@ -205,8 +262,11 @@ std::shared_ptr<const Formatter> make_date_formatter(std::string_view pattern, c
     if (U_FAILURE(status)) return nullptr;
     format->setTimeZone(*zone);
     const bool latin = std::string_view(digits->getName()) == "latn";
-    return std::make_shared<DateFormatter>(std::move(format), std::move(calendar), pattern,
-                                           latin && !styled && is_numeric(pattern));
+    std::optional<CalendarNames> names;
+    if (latin && !styled && is_plain(pattern)) {
+        names = names_of(*static_cast<const icu::SimpleDateFormat&>(*format).getDateFormatSymbols());
+    }
+    return std::make_shared<DateFormatter>(std::move(format), std::move(calendar), pattern, std::move(names));
 }
 
 std::shared_ptr<const Formatter> FormatterCache::get(Kind kind, std::string_view pattern, const std::string& locale,

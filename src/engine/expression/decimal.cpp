@@ -11,6 +11,7 @@ namespace velora::engine {
 namespace {
 
 using Units = Decimal::Units;
+__extension__ using UnsignedUnits = unsigned __int128;
 
 constexpr Units kTop = ((Units{1} << 126) - 1) + (Units{1} << 126);
 
@@ -178,12 +179,15 @@ std::optional<int64_t> Decimal::to_integer() const
 
 std::string Decimal::text() const
 {
+    // most numbers fit in 64 bits, where a division costs a tenth
     std::string digits;
-    Units rest = units_ < 0 ? -units_ : units_;
+    auto rest = static_cast<UnsignedUnits>(units_ < 0 ? -units_ : units_);
     for (int place = 0; rest != 0 || place <= scale_; ++place) {
         if (place == scale_ && scale_ > 0) digits.push_back('.');
-        digits.push_back(static_cast<char>('0' + static_cast<int>(rest % 10)));
-        rest /= 10;
+        const bool small = rest <= std::numeric_limits<uint64_t>::max();
+        const auto narrow = static_cast<uint64_t>(rest);
+        digits.push_back(static_cast<char>('0' + static_cast<int>(small ? narrow % 10 : rest % 10)));
+        rest = small ? UnsignedUnits{narrow / 10} : rest / 10;
     }
     if (units_ < 0) digits.push_back('-');
     std::ranges::reverse(digits);

@@ -6,6 +6,8 @@ namespace velora::engine {
 
 namespace {
 
+constexpr size_t kLongestText = 64U << 20;  // what joining may make; a definition cannot use up the memory
+
 class Machine {
 public:
     Machine(const Program& program, const Environment& environment) : program_(program), environment_(environment) {}
@@ -134,7 +136,10 @@ private:
     Cell concatenated(const Instruction& instruction)
     {
         std::string text;
-        for (uint32_t at = 0; at < instruction.count; ++at) append(program_.code[operand(instruction, at)], text);
+        for (uint32_t at = 0; at < instruction.count; ++at) {
+            append(program_.code[operand(instruction, at)], text);
+            if (text.size() > kLongestText) return {};
+        }
         return cell::text(std::move(text));
     }
 

@@ -160,10 +160,41 @@ Digits split_digits(std::string_view written)
     return out;
 }
 
+Digits digits_of(uint64_t units, size_t scale, bool negative)
+{
+    std::array<char, 24> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), units).ptr;
+    std::string_view written(text.data(), static_cast<size_t>(end - text.data()));
+    std::string zeros;
+    if (written.size() <= scale) {
+        zeros.assign(scale + 1 - written.size(), '0');
+        zeros += written;
+        written = zeros;
+    }
+    const size_t point = written.size() - scale;
+    return {negative, std::string(written.substr(0, point)), std::string(written.substr(point))};
+}
+
+/// Small numbers that are clearly nearer to one rounded value than to the next need no exact digits.
+std::optional<Digits> quick_digits(double value, int places)
+{
+    constexpr std::array kPowers{1.0, 10.0, 100.0, 1000.0, 10000.0};
+    constexpr double kLimit = 1e9;  // leaves at least six correct digits behind the rounded place
+    if (places >= static_cast<int>(kPowers.size())) return std::nullopt;
+    const double scaled = std::abs(value) * kPowers[static_cast<size_t>(places)];
+    if (!(scaled < kLimit)) return std::nullopt;
+    const double whole = std::floor(scaled);
+    const double rest = scaled - whole;
+    if (std::abs(rest - 0.5) < 1e-6) return std::nullopt;
+    const auto units = static_cast<uint64_t>(whole) + (rest > 0.5 ? 1 : 0);
+    return digits_of(units, static_cast<size_t>(places), std::signbit(value));
+}
+
 /// The shortest digits where they fit, else rounded from the exact binary value.
 Digits digits_of(double value, int places)
 {
-    std::array<char, 512> text{};
+    if (auto quick = quick_digits(value, places)) return *std::move(quick);
+    std::array<char, 512> text;
     char* const begin = text.data();
     char* const end = begin + text.size();
     auto shortest = split_digits({begin, std::to_chars(begin, end, value, std::chars_format::fixed).ptr});
@@ -178,6 +209,9 @@ std::optional<Digits> digits_of(const Cell& cell, const PlainPattern& pattern)
         const double value = pattern.percent ? *number * 100 : *number;
         if (!std::isfinite(value)) return std::nullopt;
         return digits_of(value, places);
+    }
+    if (const auto* whole = cell.get_if<int64_t>(); whole != nullptr && !pattern.percent) {
+        return digits_of(*whole < 0 ? 0 - static_cast<uint64_t>(*whole) : static_cast<uint64_t>(*whole), 0, *whole < 0);
     }
     auto decimal = cell::to_decimal(cell);
     if (decimal && pattern.percent) decimal = multiply(*decimal, Decimal::from(int64_t{100}));

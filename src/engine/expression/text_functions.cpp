@@ -13,7 +13,8 @@ namespace velora::engine {
 
 namespace {
 
-constexpr size_t kMostText = 16U << 20;  // a text that a function makes longer ends here
+constexpr size_t kMostText = 1U << 20;        // made by repeating
+constexpr size_t kMostReplaced = 256U << 20;  // made by replacing, reckoned before it is done
 
 icu::UnicodeString unicode(std::string_view text)
 {
@@ -101,11 +102,17 @@ Cell char_at(Call& call)
     return unit ? cell::integer(*unit, ValueClass::Character) : Cell{};
 }
 
+/// Whether replacing everything could make a text without measure.
+bool replaces_too_much(Call& call)
+{
+    return !call.text(2).empty() && call.text(0).size() + 1 > kMostReplaced / call.text(2).size();
+}
+
 Cell replace(Call& call)
 {
     if (call.text(1).empty()) return cell::text(call.text(0));
-    auto out = replaced(call.text(0), call.text(1), call.text(2));
-    return out.size() > kMostText ? Cell{} : cell::text(std::move(out));
+    if (replaces_too_much(call)) return {};
+    return cell::text(replaced(call.text(0), call.text(1), call.text(2)));
 }
 
 /// A matcher that gives up on patterns that would run away. Null for a pattern that cannot be read.
@@ -120,6 +127,7 @@ std::unique_ptr<icu::RegexMatcher> matcher(const std::string& pattern, const icu
 
 Cell replace_pattern(Call& call, bool all)
 {
+    if (replaces_too_much(call)) return {};
     const auto text = unicode(call.text(0));
     const auto made = matcher(call.text(1), text);
     if (!made) return {};

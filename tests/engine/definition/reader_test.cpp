@@ -145,6 +145,20 @@ TEST(Reader, ExpressionsKeepThePlaceOfTheirFirstCharacter)
     EXPECT_EQ(definition.data.variables[1].expression.place, (Position{6, 15}));
 }
 
+TEST(Reader, EncodingsOfOldFilesAreRead)
+{
+    const std::string latin = "<?xml version='1.0' encoding='windows-1252'?>\n<jasperReport name='Caf\xE9'/>";
+    EXPECT_EQ(read(latin).name, "Café");
+    std::vector<Warning> warnings;
+    EXPECT_EQ(read_definition("<jasperReport name='Caf\xE9'/>", warnings).name, "Café");
+    ASSERT_EQ(warnings.size(), 1U);
+    EXPECT_THAT(warnings[0].text, ::testing::HasSubstr("Latin-1"));
+    std::string wide = "\xFF\xFE";
+    for (const char c : std::string("<jasperReport name='x'/>")) wide += std::string{c, '\0'};
+    EXPECT_EQ(read(wide).name, "x");
+    EXPECT_EQ(read("\xEF\xBB\xBF<jasperReport name='é'/>").name, "é");
+}
+
 TEST(Reader, ReadsComponentsSubreportsAndTheOldestSpellings)
 {
     const auto definition = read(R"xml(<jasperReport name="r" xmlns:jr="urn:c">

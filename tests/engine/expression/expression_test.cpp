@@ -265,6 +265,10 @@ TEST(Errors, DeepAndLongExpressionsEndInAMessageOrAValue)
           repeated("true ? 1 : ", 100000) + "2", repeated("1 + ", 100000) + "1", "\"\"" + repeated(".trim()", 5000)}) {
         EXPECT_THROW(compile(deep, world), DefinitionError) << deep.substr(0, 20);
     }
+    for (const char* vast : {"\"x\".repeat(1000000).replaceAll(\"x\", \"y\".repeat(1000000))",
+                             "\"x\".repeat(2000000000)", "\"x\".repeat(9000).replace(\"x\", \"y\".repeat(90000))"}) {
+        EXPECT_TRUE(compile(vast, world).evaluate(world).is_null()) << vast;
+    }
     const auto joined = compile("\"\"" + repeated(" + \"ab\"", 3000), world).evaluate(world);
     EXPECT_EQ(joined.get_if<std::string>()->size(), 6000U) << "joining many texts is no depth";
 }

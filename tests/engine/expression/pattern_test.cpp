@@ -13,25 +13,31 @@ TEST(Pattern, NumbersAsDesignersShowThem)
         Value value;
         const char* expected;
     };
-    for (const auto& c :
-         std::initializer_list<Case>{{"groups and places", "#,##0.00", 1234567.5, "1,234,567.50"},
-                                     {"an exact half goes to the even neighbour", "0.00", 10.125, "10.12"},
-                                     {"what only looks like a half does not", "0.00", 2.675, "2.67"},
-                                     {"of four places too", "0.00", Fixed4::from_units(101250), "10.12"},
-                                     {"places that need not be", "#,##0.###", 1.5, "1.5"},
-                                     {"no whole digit is asked for", "#.00", 0.5, ".50"},
-                                     {"zero without places", "#.##", 0.0, "0"},
-                                     {"leading zeros", "00000", int64_t{42}, "00042"},
-                                     {"percent", "0.0%", 0.256, "25.6%"},
-                                     {"negative in its own form", "#,##0.00;(#,##0.00)", -5.5, "(5.50)"},
-                                     {"negative", "#,##0", int64_t{-1234}, "-1,234"},
-                                     {"text around", "'#'0 pcs", int64_t{3}, "#3 pcs"},
-                                     {"currency of the locale", "\xC2\xA4#,##0.00", 2.5, "$2.50"},
-                                     {"exponent", "0.00E0", 12345.0, "1.23E4"},
-                                     {"a pattern of nonsense shows the number", "0.0.0", 1.5, "1.5"},
-                                     {"huge", "#,##0", 1e20, "100,000,000,000,000,000,000"},
-                                     {"text is left alone", "0.00", "n/a", "n/a"},
-                                     {"null is nothing", "0.00", nullptr, ""}}) {
+    for (const auto& c : std::initializer_list<Case>{
+             {"groups and places", "#,##0.00", 1234567.5, "1,234,567.50"},
+             {"an exact half goes to the even neighbour", "0.00", 10.125, "10.12"},
+             {"what only looks like a half does not", "0.00", 2.675, "2.67"},
+             {"of four places too", "0.00", Fixed4::from_units(101250), "10.12"},
+             {"places that need not be", "#,##0.###", 1.5, "1.5"},
+             {"no whole digit is asked for", "#.00", 0.5, ".50"},
+             {"zero without places", "#.##", 0.0, "0"},
+             {"leading zeros", "00000", int64_t{42}, "00042"},
+             {"percent", "0.0%", 0.256, "25.6%"},
+             {"negative in its own form", "#,##0.00;(#,##0.00)", -5.5, "(5.50)"},
+             {"negative", "#,##0", int64_t{-1234}, "-1,234"},
+             {"text around", "'#'0 pcs", int64_t{3}, "#3 pcs"},
+             {"currency of the locale", "\xC2\xA4#,##0.00", 2.5, "$2.50"},
+             {"exponent", "0.00E0", 12345.0, "1.23E4"},
+             {"half a cent", "0.00", 0.005, "0.01"},
+             {"just below a half", "#,##0.0", 0.25, "0.2"},
+             {"rounded up to the next group", "#,##0", 999.5, "1,000"},
+             {"negative and rounded to nothing", "0.0", -0.01, "-0.0"},
+             {"a large decimal", "#,##0.00", Fixed4::from_units(9223372036854775807), "922,337,203,685,477.58"},
+             {"the least long", "0", std::numeric_limits<int64_t>::min(), "-9223372036854775808"},
+             {"a pattern of nonsense shows the number", "0.0.0", 1.5, "1.5"},
+             {"huge", "#,##0", 1e20, "100,000,000,000,000,000,000"},
+             {"text is left alone", "0.00", "n/a", "n/a"},
+             {"null is nothing", "0.00", nullptr, ""}}) {
         EXPECT_EQ(Pattern(c.pattern, {}).format(c.value), c.expected) << c.why;
     }
 }
@@ -44,13 +50,16 @@ TEST(Pattern, DatesByPatternStyleAndLocale)
         const char* locale;
         const char* expected;
     };
-    for (const auto& c : std::initializer_list<Case>{{"dd.MM.yyyy", "en_US", "04.07.2026"},
-                                                     {"M/d/yy h:mm a", "en_US", "7/4/26 4:05 PM"},
-                                                     {"EEEE, d. MMMM yyyy", "de_DE", "Samstag, 4. Juli 2026"},
-                                                     {"yyyy-MM-dd'T'HH:mm:ss", "en_US", "2026-07-04T16:05:09"},
-                                                     {"short,hide", "en_US", "7/4/26"},
-                                                     {"medium,short", "en_US", "Jul 4, 2026, 4:05 PM"},
-                                                     {"", "en_US", "7/4/26, 4:05 PM"}}) {
+    for (const auto& c :
+         std::initializer_list<Case>{{"dd.MM.yyyy", "en_US", "04.07.2026"},
+                                     {"M/d/yy h:mm a", "en_US", "7/4/26 4:05 PM"},
+                                     {"EEEE, d. MMMM yyyy", "de_DE", "Samstag, 4. Juli 2026"},
+                                     {"yyyy-MM-dd'T'HH:mm:ss", "en_US", "2026-07-04T16:05:09"},
+                                     {"EEE d MMM yyyy, h 'o''clock'", "fr_FR", "sam. 4 juil. 2026, 4 o'clock"},
+                                     {"EEE d MMM yyyy hh:mm a", "fr_FR", "sam. 4 juil. 2026 04:05 PM"},
+                                     {"short,hide", "en_US", "7/4/26"},
+                                     {"medium,short", "en_US", "Jul 4, 2026, 4:05 PM"},
+                                     {"", "en_US", "7/4/26, 4:05 PM"}}) {
         Surroundings surroundings;
         surroundings.locale = c.locale;
         EXPECT_EQ(Pattern(c.pattern, surroundings).format(day), c.expected) << c.pattern;
