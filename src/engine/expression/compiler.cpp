@@ -460,6 +460,7 @@ private:
         const Token member = token();
         ++at_;
         if (is_mark("(")) {
+            if (has_function(owner, std::string(member.text) + ".contains")) return list_search(start, owner, member);
             if (!has_function(owner, member.text)) {
                 fail(start, quoted(owner + "." + std::string(member.text)) + " is outside the expression language");
             }
@@ -470,6 +471,20 @@ private:
             fail(start, quoted(owner + "." + std::string(member.text)) + " is outside the expression language");
         }
         return constant(std::move(*value));
+    }
+
+    /// A list is there to be searched and nothing else: Arrays.asList("a", "b").contains($F{c})
+    uint32_t list_search(const Token& start, const std::string& owner, const Token& member)
+    {
+        auto operands = arguments();
+        if (!take(".") || !is_name("contains")) {
+            fail(start, quoted(owner + "." + std::string(member.text)) + " may only be followed by .contains");
+        }
+        ++at_;
+        const auto searched = arguments();
+        if (searched.size() != 1) fail(start, "'contains' takes one argument");
+        operands.push_back(searched.front());
+        return call(start, owner, std::string(member.text) + ".contains", operands);
     }
 
     static std::string unknown_word(std::string_view word)

@@ -3,6 +3,7 @@
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <array>
 
 #include "engine/expression/functions.h"
@@ -275,6 +276,19 @@ Cell resource(Call& call)
     return text ? cell::text(std::move(*text)) : Cell{};
 }
 
+/// Bytes written into a definition, for an image: the address that names them.
+Cell embedded_bytes(const std::string& base64)
+{
+    return cell::text("data:;base64," + base64);
+}
+
+/// Whether the last argument is among those before it.
+Cell is_among(Call& call)
+{
+    const auto list = call.arguments.first(call.arguments.size() - 1);
+    return cell::boolean(std::ranges::any_of(list, [&](const Cell& one) { return same(one, call.arguments.back()); }));
+}
+
 bool is_blank(const std::string& text)
 {
     return text.find_first_not_of(" \t\r\n\f") == std::string::npos;
@@ -344,6 +358,18 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"new", "StringBuilder", "t", Text, [](Call& c) { return c.cell(0); }},
     {"new", "StringBuffer",  "",  Text, [](Call&)   { return cell::text(""); }},
     {"new", "StringBuffer",  "t", Text, [](Call& c) { return c.cell(0); }},
+    {"new", "File",         "t", Text, [](Call& c) { return c.cell(0); }},
+    {"new", "java.io.File", "t", Text, [](Call& c) { return c.cell(0); }},
+    {"new", "ByteArrayInputStream",         "t", Text, [](Call& c) { return c.cell(0); }},
+    {"new", "java.io.ByteArrayInputStream", "t", Text, [](Call& c) { return c.cell(0); }},
+    {".", "getBytes", "t",  Text, [](Call& c) { return c.cell(0); }},
+    {".", "decode",   "tt", Text, [](Call& c) { return embedded_bytes(c.text(1)); }},
+    {"Base64", "getDecoder",     "",  Text, [](Call&) { return cell::text("base64"); }},
+    {"Base64", "getMimeDecoder", "",  Text, [](Call&) { return cell::text("base64"); }},
+    {"Base64", "decodeBase64",   "t", Text, [](Call& c) { return embedded_bytes(c.text(0)); }},
+    {"org.apache.commons.codec.binary.Base64", "decodeBase64", "t", Text, [](Call& c) { return embedded_bytes(c.text(0)); }},
+    {"Arrays", "asList.contains", "o*", Boolean, is_among},
+    {"List",   "of.contains",     "o*", Boolean, is_among},
     {"new", "Locale", "t",  Text, [](Call& c) { return c.cell(0); }},
     {"new", "Locale", "tt", Text, [](Call& c) { return cell::text(c.text(0) + "_" + c.text(1)); }},
 

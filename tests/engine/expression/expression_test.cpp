@@ -120,6 +120,10 @@ TEST(Text, MethodsCountCharactersAsTheLanguageDoes)
            {"chained", "\" x,y \".trim().concat(\"!\").contains(\"y!\")", true},
            {"a builder", "new StringBuilder(\"a\").append(1).append($F{name}).toString()", "a1Ada"},
            {"valueOf", "String.valueOf($F{price})", "12.5"},
+           {"a list is searched", "Arrays.asList(\"x\", \"Ada\").contains($F{name})", true},
+           {"bytes of an image",
+            "new java.io.ByteArrayInputStream(java.util.Base64.getDecoder().decode(\"QUJD\".getBytes()))",
+            "data:;base64,QUJD"},
            {"joined", "String.join(\"-\", \"a\", \"b\")", "a-b"}});
 }
 
@@ -231,7 +235,8 @@ TEST(Errors, SayWhatIsOutsideTheLanguageAndWhere)
              {"$F{name}.substring(\"a\")", {10, 14}, "'substring' does not take (String) on a String"},
              {"$F{name}.getClass().forName(\"x\")", {10, 14}, "'getClass' is outside"},
              {"System.exit(1)", {10, 5}, "'System.exit' is outside"},
-             {"new java.io.File(\"x\")", {10, 9}, "'new java.io.File' is outside"},
+             {"new java.net.URL(\"x\")", {10, 9}, "'new java.net.URL' is outside"},
+             {"Arrays.asList(1, 2).size()", {10, 5}, "only be followed by .contains"},
              {"java.lang.Runtime.getRuntime()", {10, 5}, "outside"},
              {"name", {10, 5}, "'name' is outside"},
              {"$F{name} - 1", {10, 14}, "'-' takes numbers, not String and Integer"},
