@@ -7,6 +7,7 @@
 #include "engine/export/html_styles.h"
 #include "engine/export/html_text.h"
 #include "engine/export/page_walk.h"
+#include "engine/export/picture_fit.h"
 #include "engine/export/two_part_file.h"
 
 namespace velora::engine {
@@ -23,7 +24,6 @@ section div,section svg{overflow:visible;position:absolute;box-sizing:border-box
 p{margin:0}
 .j{white-space:normal;text-align:justify;text-align-last:justify}
 a{color:inherit;text-decoration:inherit}
-section>a{position:absolute}
 @media print{html{background:none}section{margin:0;box-shadow:none;break-after:page}section:last-of-type{break-after:auto}}
 )";
 
@@ -33,6 +33,12 @@ float line_height(const Text& text, const Style& style)
     const size_t lines = text.detail ? std::max<size_t>(1, text.detail->lines.size()) : 1;
     if (lines > 1) return text.detail->lines.front().height;
     return text.text_height > 0 ? text.text_height : style.font.size * 1.1640625F;
+}
+
+std::string geometry(const PictureBox& box)
+{
+    return fmt::format("left:{}pt;top:{}pt;width:{}pt;height:{}pt", html_points(box.x), html_points(box.y),
+                       html_points(box.width), html_points(box.height));
 }
 
 class HtmlExporter : public PageSink {
@@ -246,12 +252,20 @@ void HtmlExporter::content(const Line&, const Element& element, const Place& pla
 void HtmlExporter::content(const Image& image, const Element& element, const Place& place)
 {
     const Style& style = *element.style;
-    std::string classes = styles_.ground(style);
-    const bool known = image.data && !image_media_type(image.data->bytes).empty();
-    if (known) classes += " " + styles_.image(style, image.data);
-    open_box(classes, style, place, image.anchor.get());
-    if (image.link && open_link(*image.link)) out_ += "<div class=\"x\"></div></a>";
+    open_box(styles_.ground(style), style, place, image.anchor.get());
     out_ += "</div>\n";
+    if (!image.data || image_media_type(image.data->bytes).empty()) return;
+    const bool linked = image.link && open_link(*image.link);
+    const PictureBox box = fitted_picture(style, place, image.data->bytes, Cut::Possible);
+    const PictureBox area = picture_area(style, place);
+    const bool cut = box.width > area.width || box.height > area.height;
+    out_ += "<div role=\"img\" class=\"" + styles_.image(image.data) + "\" style=\"" + geometry(box);
+    if (cut) {
+        out_ += fmt::format(";clip-path:inset({}pt {}pt {}pt {}pt)", html_points(area.y - box.y),
+                            html_points(box.x + box.width - area.x - area.width),
+                            html_points(box.y + box.height - area.y - area.height), html_points(area.x - box.x));
+    }
+    out_ += linked ? "\"></div></a>\n" : "\"></div>\n";
 }
 
 void HtmlExporter::content(const Frame&, const Element& element, const Place& place)

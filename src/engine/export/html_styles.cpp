@@ -111,31 +111,10 @@ std::string lines_css(const Style& style, float line_height)
     return css + turn_css(style.rotation);
 }
 
-std::string_view image_size_css(ScaleImage scale)
+std::string image_css(const ImageData& data)
 {
-    switch (scale) {
-        case ScaleImage::Clip:
-            return "auto";
-        case ScaleImage::FillFrame:
-            return "100% 100%";
-        case ScaleImage::RetainShape:
-        case ScaleImage::RealHeight:
-        case ScaleImage::RealSize:
-            break;
-    }
-    return "contain";
-}
-
-std::string image_css(const Style& style, const ImageData& data)
-{
-    const std::string_view across = style.horizontal == HorizontalAlign::Center  ? "center"
-                                    : style.horizontal == HorizontalAlign::Right ? "right"
-                                                                                 : "left";
-    const std::string_view down = style.vertical == VerticalAlign::Middle   ? "center"
-                                  : style.vertical == VerticalAlign::Bottom ? "bottom"
-                                                                            : "top";
-    return fmt::format("{}background:url(data:{};base64,{}) {} {}/{} no-repeat content-box;", padding_css(style),
-                       image_media_type(data.bytes), base64(data.bytes), across, down, image_size_css(style.scale));
+    return fmt::format("background:url(data:{};base64,{}) 0 0/100% 100% no-repeat;", image_media_type(data.bytes),
+                       base64(data.bytes));
 }
 
 std::string run_css(const TextRun& run)
@@ -181,12 +160,12 @@ const std::string& HtmlStyles::run(const TextRun& run)
     return class_of(run_css(run));
 }
 
-const std::string& HtmlStyles::image(const Style& style, const std::shared_ptr<const ImageData>& data)
+const std::string& HtmlStyles::image(const std::shared_ptr<const ImageData>& data)
 {
-    const std::string*& known = images_[{&style, data.get()}];
+    const std::string*& known = images_[data.get()];
     if (known == nullptr) {
         kept_images_.push_back(data);
-        known = &class_of(image_css(style, *data));
+        known = &class_of(image_css(*data));
     }
     return *known;
 }

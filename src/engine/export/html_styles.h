@@ -22,7 +22,7 @@ public:
     /// A marked-up part of a text.
     const std::string& run(const TextRun& run);
     /// A picture as ground of a box, so that a picture shown on every page is stored once.
-    const std::string& image(const Style& style, const std::shared_ptr<const ImageData>& data);
+    const std::string& image(const std::shared_ptr<const ImageData>& data);
 
     /// The rules of all classes handed out.
     void write(std::string& out) const;
@@ -33,7 +33,7 @@ private:
     std::map<std::string, std::string, std::less<>> names_;  ///< by declarations
     std::unordered_map<const Style*, const std::string*> texts_;
     std::map<std::pair<const Style*, float>, const std::string*> lines_;
-    std::map<std::pair<const Style*, const ImageData*>, const std::string*> images_;
+    std::unordered_map<const ImageData*, const std::string*> images_;
     std::vector<std::shared_ptr<const ImageData>> kept_images_;  ///< so that no address is used for two pictures
 };
 

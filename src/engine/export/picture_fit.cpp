@@ -55,17 +55,23 @@ std::optional<PictureSize> picture_size(std::string_view bytes)
     return size && size->width > 0 && size->height > 0 ? size : std::nullopt;
 }
 
-PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes)
+PictureBox picture_area(const Style& style, const Place& place)
 {
     const Box& box = style.box;
-    PictureBox area{static_cast<float>(place.x + box.left_padding), static_cast<float>(place.y + box.top_padding),
-                    static_cast<float>(std::max(1, place.width - box.left_padding - box.right_padding)),
-                    static_cast<float>(std::max(1, place.height - box.top_padding - box.bottom_padding))};
+    return {static_cast<float>(place.x + box.left_padding), static_cast<float>(place.y + box.top_padding),
+            static_cast<float>(std::max(1, place.width - box.left_padding - box.right_padding)),
+            static_cast<float>(std::max(1, place.height - box.top_padding - box.bottom_padding))};
+}
+
+PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes, Cut cut)
+{
+    const PictureBox area = picture_area(style, place);
     const auto size = picture_size(bytes);
     if (!size || style.scale == ScaleImage::FillFrame) return area;
     const auto width = static_cast<float>(size->width), height = static_cast<float>(size->height);
     float scale = std::min(area.width / width, area.height / height);
-    if (style.scale == ScaleImage::Clip) scale = std::min(scale, 1.0F);
+    if (style.scale != ScaleImage::RetainShape) scale = std::min(scale, 1.0F);
+    if (style.scale == ScaleImage::Clip && cut == Cut::Possible) scale = 1;
     const float free_across = area.width - width * scale, free_down = area.height - height * scale;
     return {area.x + free_across * share_in_front(style.horizontal), area.y + free_down * share_above(style.vertical),
             width * scale, height * scale};

@@ -25,8 +25,14 @@ inline PictureBox box_of(const Place& place)
             static_cast<float>(place.height)};
 }
 
-/// Where the picture is drawn inside its element: stretched, or in its own proportions and aligned. A picture that
-/// would be clipped is shown whole instead; formats that use this cannot clip.
-PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes);
+/// The element without its paddings.
+PictureBox picture_area(const Style& style, const Place& place);
+
+/// Whether a format can show a part of a picture. One that cannot shows a picture that would be clipped as a whole.
+enum class Cut : uint8_t { Possible, Impossible };
+
+/// Where the picture is drawn inside its element: stretched, or in its own proportions (a point a pixel at most) and
+/// aligned.
+PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes, Cut cut = Cut::Impossible);
 
 }  // namespace velora::engine
