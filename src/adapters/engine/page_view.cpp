@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "adapters/engine/picture_canvas.h"
 #include "engine/export/page_walk.h"
+#include "engine/export/paint.h"
 #include "engine/text/font_store.h"
 #include "values/fault.h"
 
@@ -36,6 +38,13 @@ private:
     std::shared_ptr<engine::PageList> pages_;
     std::shared_ptr<engine::FontStore> fonts_;
 };
+
+std::string Pages::page_png(size_t number, double pixels_per_inch) const
+{
+    PictureCanvas canvas(pages_->document.page_width, pages_->document.page_height, pixels_per_inch);
+    engine::Painter(*fonts_).paint(page(number), canvas);
+    return canvas.png();
+}
 
 /// The texts of the page line by line, each line from left to right.
 std::string Pages::page_text(size_t number) const

@@ -1,0 +1,193 @@
+#include "adapters/engine/report_engine.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "values/fault.h"
+
+namespace velora {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Rows : public TableSource {
+public:
+    explicit Rows(std::vector<int> numbers) : numbers_(std::move(numbers)) {}
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override
+    {
+        if (at_ == numbers_.size()) return false;
+        cell_ = Value(numbers_[at_++]);
+        return true;
+    }
+    void rewind() override { at_ = 0; }
+    [[nodiscard]] const Value& cell(size_t) const override { return cell_; }
+
+private:
+    std::vector<Field> fields_{{"n", Value::Type::Integer}};
+    std::vector<int> numbers_;
+    size_t at_ = 0;
+    Value cell_;
+};
+
+constexpr const char* kDefinition =
+    R"(<jasperReport name="numbers" pageWidth="200" pageHeight="100" columnWidth="180" leftMargin="10" rightMargin="10"
+        topMargin="10" bottomMargin="10">%HEAD%<field name="n" class="java.lang.Integer"/>
+        <detail><band height="40"><element kind="textField" x="0" y="0" width="100" height="20">
+        <expression>$F{n}</expression></element></band></detail></jasperReport>)";
+
+class ReportEngineTest : public testing::Test {
+protected:
+    ReportEngineTest() : folder_(fs::path(VELORA_TEST_SCRATCH) / "report_engine") { fs::create_directories(folder_); }
+
+    std::string definition(const std::string& head, const char* name = "numbers.rpt") const
+    {
+        std::string xml = kDefinition;
+        xml.replace(xml.find("%HEAD%"), 6, head);
+        std::ofstream(folder_ / name) << xml;
+        return (folder_ / name).string();
+    }
+    static std::unique_ptr<ReportEngine> engine(EngineServices services = {})
+    {
+        return make_report_engine(fs::path(VELORA_SOURCE_DIR) / "fonts", std::move(services));
+    }
+    static std::string content(const fs::path& file)
+    {
+        std::ifstream stream(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(ReportEngineTest, WhatIsNoDefinitionIsTheFaultOfAReportThatCannotBeFound)
+{
+    std::ofstream(folder_ / "text.rpt") << "no definition";
+    std::ofstream(folder_ / "expression.rpt")
+        << "<jasperReport name=\"x\"><detail><band height=\"20\"><element kind=\"textField\" x=\"0\" y=\"0\" "
+           "width=\"9\" "
+           "height=\"9\"><expression>$F{gone}</expression></element></band></detail></jasperReport>";
+    for (const char* name : {"gone.rpt", "text.rpt", "expression.rpt"}) {
+        try {
+            engine()->OpenReport((folder_ / name).string());
+            ADD_FAILURE() << name << " was opened";
+        } catch (const Fault& fault) {
+            EXPECT_EQ(fault.number(), fault::kReportFile) << name;
+            EXPECT_FALSE(fault.where().empty()) << name << ": the reason is told";
+        }
+    }
+}
+
+TEST_F(ReportEngineTest, ExportsEveryFormatAndShowsPages)
+{
+    const auto opened = engine();
+    const auto report = opened->OpenReport(definition(""));
+    ASSERT_EQ(report->fields().size(), 1u);
+    EXPECT_EQ(report->fields()[0].name, "n");
+    EXPECT_EQ(report->fields()[0].type, Value::Type::Integer);
+    report->SetDataSource(std::make_shared<Rows>(std::vector{7, 8, 9}));
+
+    const auto view = report->View();
+    ASSERT_EQ(view->page_count(), 2u);
+    EXPECT_EQ(view->page_text(0), "7\n8");
+    EXPECT_TRUE(view->page_png(1, 72).starts_with("\x89PNG"));
+    EXPECT_THROW((void)view->page_text(2), Fault);
+
+    struct Case {
+        ExportFormat format;
+        const char* name;
+        const char* begins;
+    };
+    for (const auto& c :
+         {Case{ExportFormat::Pdf, "o.pdf", "%PDF-"}, Case{ExportFormat::Html, "o.html", "<!DOCTYPE html>"},
+          Case{ExportFormat::Xls, "o.xls", "\xd0\xcf\x11\xe0"}, Case{ExportFormat::Doc, "o.doc", "{\\rtf"},
+          Case{ExportFormat::Rtf, "o.rtf", "{\\rtf"}, Case{ExportFormat::Txt, "o.txt", ""},
+          Case{ExportFormat::Xml, "o.xml", "<?xml"}}) {
+        report->Export(c.format, (folder_ / c.name).string());
+        EXPECT_TRUE(content(folder_ / c.name).starts_with(c.begins)) << c.name;
+        EXPECT_FALSE(content(folder_ / c.name).empty()) << c.name;
+    }
+}
+
+class BrokenRows : public Rows {
+public:
+    BrokenRows() : Rows({1, 2, 3}) {}
+    bool next() override
+    {
+        if (++count_ == 3) throw fault::of(fault::kDatabase);
+        return Rows::next();
+    }
+
+private:
+    int count_ = 0;
+};
+
+TEST_F(ReportEngineTest, AFailureLeavesTheEarlierFileAsItWas)
+{
+    const auto opened = engine();
+    const auto report = opened->OpenReport(definition(""));
+    const fs::path target = folder_ / "kept.pdf";
+    std::ofstream(target) << "earlier";
+    report->SetDataSource(std::make_shared<BrokenRows>());
+    EXPECT_THROW(report->Export(ExportFormat::Pdf, target.string()), Fault);
+    EXPECT_EQ(content(target), "earlier");
+    size_t beside = 0;
+    for (const auto& file : fs::directory_iterator(folder_)) {
+        beside += file.path().filename().string().find("kept") != std::string::npos;
+    }
+    EXPECT_EQ(beside, 1u) << "nothing half written is left";
+}
+
+TEST_F(ReportEngineTest, ADefinitionWithAQueryBringsItsOwnRowsWithItsParametersBound)
+{
+    std::string connection;
+    Command ran;
+    EngineServices services;
+    services.run_query = [&](const std::string& on, const Command& command) {
+        connection = on;
+        ran = command;
+        return std::make_shared<Rows>(std::vector{5});
+    };
+    const auto opened = engine(services);
+    const auto report = opened->OpenReport(
+        definition("<property name=\"velora.connection\" value=\"sqlite:own.db\"/><parameter name=\"low\" "
+                   "class=\"java.lang.Integer\">"
+                   "<defaultValueExpression>3</defaultValueExpression></parameter>"
+                   "<query language=\"sql\"><![CDATA[SELECT n FROM t WHERE n > $P{low} AND n <> $P{low}]]></query>",
+                   "query.rpt"));
+    EXPECT_TRUE(report->brings_its_own_data());
+    EXPECT_EQ(report->View()->page_text(0), "5");
+    EXPECT_EQ(connection, "sqlite:own.db");
+    EXPECT_EQ(ran.text, "SELECT n FROM t WHERE n > ? AND n <> ?");
+    ASSERT_EQ(ran.parameters.size(), 2u);
+    EXPECT_EQ(ran.parameters[1].value, Value(3));
+}
+
+TEST_F(ReportEngineTest, PrintsAPdfOnThePrinterThatWasChosen)
+{
+    const auto without = engine();
+    EXPECT_THROW(without->OpenReport(definition(""))->PrintOut(), Fault);
+
+    PrintJob printed;
+    std::string bytes;
+    EngineServices services;
+    services.print = [&](const PrintJob& job) {
+        printed = job;
+        bytes = content(job.file);
+    };
+    const auto opened = engine(services);
+    const auto report = opened->OpenReport(definition(""));
+    report->SetDataSource(std::make_shared<Rows>(std::vector{1}));
+    report->SelectPrinter("driver", "Office", "port");
+    report->PaperOrientation(2);
+    report->PrintOut();
+    EXPECT_EQ(printed.device, "Office");
+    EXPECT_EQ(printed.orientation, 2);
+    EXPECT_TRUE(bytes.starts_with("%PDF-"));
+    EXPECT_FALSE(fs::exists(printed.file)) << "the scratch file is gone";
+}
+
+}  // namespace
+}  // namespace velora
