@@ -1,18 +1,14 @@
 #include <algorithm>
 #include <array>
 
-#include "engine/expression/program.h"
-#include "engine/expression/token.h"
+#include "engine/expression/emitter.h"
 
 namespace velora::engine {
 
 namespace {
 
 constexpr int kDeepestNesting = 150;
-constexpr uint16_t kDeepestProgram = 400;
 constexpr size_t kLongestText = 1U << 20;
-constexpr size_t kMostInstructions = 100'000;
-constexpr size_t kMostOperands = 1'000'000;
 
 struct Operator {
     std::string_view mark;
@@ -47,115 +43,19 @@ bool is_upper(char c)
     return c >= 'A' && c <= 'Z';
 }
 
-std::string quoted(std::string_view text)
-{
-    return "'" + std::string(text) + "'";
-}
-
 /// Reads tokens from left to right and writes instructions, operands before the one that uses them.
-class Compiler {
+class Compiler : Emitter {
 public:
-    Compiler(std::string_view text, const Names& names)
-        : names_(names), tokens_(tokens_of(text)), program_(std::make_shared<Program>())
-    {
-    }
+    Compiler(std::string_view text, const Names& names) : Emitter(text), names_(names) {}
 
     std::shared_ptr<const Program> run()
     {
         const uint32_t result = choice();
         if (token().kind != TokenKind::End) fail(token(), "this is not expected here: " + shown(token()));
-        if (result + 1 != program_->code.size()) {
-            auto last = program_->code[result];
-            program_->code.push_back(last);
-        }
-        return std::move(program_);
+        return finished(result);
     }
 
 private:
-    [[noreturn]] static void fail(const Token& at, const std::string& reason) { throw SyntaxError(at.offset, reason); }
-
-    static std::string shown(const Token& token)
-    {
-        switch (token.kind) {
-            case TokenKind::End:
-                return "the end";
-            case TokenKind::Literal:
-                return "a literal";
-            case TokenKind::Reference:
-                return "$" + std::string(1, token.reference) + "{" + std::string(token.text) + "}";
-            default:
-                return quoted(token.text);
-        }
-    }
-
-    [[nodiscard]] const Token& token(size_t ahead = 0) const
-    {
-        return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
-    }
-    [[nodiscard]] bool is_mark(std::string_view mark, size_t ahead = 0) const
-    {
-        return token(ahead).kind == TokenKind::Mark && token(ahead).text == mark;
-    }
-    [[nodiscard]] bool is_name(std::string_view name) const
-    {
-        return token().kind == TokenKind::Name && token().text == name;
-    }
-
-    bool take(std::string_view mark)
-    {
-        if (!is_mark(mark)) return false;
-        ++at_;
-        return true;
-    }
-
-    void expect(std::string_view mark)
-    {
-        if (!take(mark)) fail(token(), quoted(mark) + " is missing before " + shown(token()));
-    }
-
-    // ------------------------------------------------------------------------------------- instructions
-
-    [[nodiscard]] ValueClass class_of(uint32_t instruction) const { return program_->code[instruction].result; }
-
-    uint32_t emit(Instruction instruction, std::span<const uint32_t> operands)
-    {
-        if (program_->code.size() >= kMostInstructions || program_->operands.size() >= kMostOperands)
-            fail(token(), "the expression is too long");
-        instruction.first = static_cast<uint32_t>(program_->operands.size());
-        instruction.count = static_cast<uint32_t>(operands.size());
-        for (const uint32_t operand : operands) {
-            const auto below = static_cast<uint16_t>(program_->code[operand].depth + 1);
-            instruction.depth = std::max(instruction.depth, below);
-            program_->operands.push_back(operand);
-        }
-        if (instruction.depth > kDeepestProgram) fail(token(), "the expression is nested too deeply");
-        program_->code.push_back(instruction);
-        return static_cast<uint32_t>(program_->code.size() - 1);
-    }
-
-    uint32_t emit(Op op, ValueClass result, std::initializer_list<uint32_t> operands, uint32_t slot = 0)
-    {
-        return emit(Instruction{op, result, 1, slot, 0, 0}, std::span(operands.begin(), operands.size()));
-    }
-
-    uint32_t constant(Cell cell)
-    {
-        const auto result = cell.value_class;
-        program_->constants.push_back(std::move(cell));
-        return emit(Op::Constant, result, {}, static_cast<uint32_t>(program_->constants.size() - 1));
-    }
-
-    /// Adds an operand to an instruction that takes any number: a + b + c is one joining, not two.
-    uint32_t extended(uint32_t instruction, uint32_t operand)
-    {
-        const Instruction old = program_->code[instruction];
-        const auto from = program_->operands.begin() + old.first;
-        std::vector<uint32_t> operands(from, from + old.count);
-        operands.push_back(operand);
-        if (old.first + old.count == program_->operands.size()) program_->operands.resize(old.first);
-        return emit(Instruction{old.op, old.result, 1, 0, 0, 0}, operands);
-    }
-
     // ----------------------------------------------------------------------------------------- operators
 
     uint32_t choice()
@@ -196,14 +96,14 @@ private:
         for (;;) {
             const Token mark = token();
             if (strength <= kInstanceOfStrength && is_name("instanceof")) {
-                ++at_;
+                pass();
                 left = instance_of(left);
                 continue;
             }
             const auto found = mark.kind == TokenKind::Mark ? std::ranges::find(kOperators, mark.text, &Operator::mark)
                                                             : kOperators.end();
             if (found == kOperators.end() || found->strength < strength) return left;
-            ++at_;
+            pass();
             const uint32_t right = binary(found->strength + 1);
             left = combined(*found, mark, left, right);
         }
@@ -218,7 +118,7 @@ private:
             case Op::Or:
                 need(mark, a, ValueClass::Boolean, sign.mark);
                 need(mark, b, ValueClass::Boolean, sign.mark);
-                if (program_->code[left].op == sign.op) return extended(left, right);
+                if (program().code[left].op == sign.op) return extended(left, right);
                 return emit(sign.op, ValueClass::Boolean, {left, right});
             case Op::Equal:
             case Op::NotEqual:
@@ -238,7 +138,7 @@ private:
         const auto a = class_of(left);
         const auto b = class_of(right);
         if (sign.op == Op::Add && (a == ValueClass::Text || b == ValueClass::Text)) {
-            if (program_->code[left].op == Op::Concat) return extended(left, right);
+            if (program().code[left].op == Op::Concat) return extended(left, right);
             return emit(Op::Concat, ValueClass::Text, {left, right});
         }
         const auto computes = [](ValueClass c) {
@@ -326,7 +226,7 @@ private:
         if (!operand || next.text == "instanceof") return std::nullopt;
         const auto declared = value_class(name);
         if (!declared) fail(token(1), "a cast to " + quoted(name) + " is outside the expression language");
-        at_ += end + 1;
+        pass(end + 1);
         return declared;
     }
 
@@ -337,10 +237,10 @@ private:
         const Token start = token();
         switch (start.kind) {
             case TokenKind::Literal:
-                ++at_;
+                pass();
                 return constant(start.literal);
             case TokenKind::Reference:
-                ++at_;
+                pass();
                 return reference(start);
             case TokenKind::Name:
                 return named();
@@ -358,8 +258,8 @@ private:
     {
         if (start.reference == 'R') {
             note({Reference::Kind::Resource, 0});
-            program_->constants.push_back(cell::text(std::string(start.text)));
-            return emit(Op::Resource, ValueClass::Text, {}, static_cast<uint32_t>(program_->constants.size() - 1));
+            program().constants.push_back(cell::text(std::string(start.text)));
+            return emit(Op::Resource, ValueClass::Text, {}, static_cast<uint32_t>(program().constants.size() - 1));
         }
         const auto [op, kind, found] = looked_up(start);
         if (!found) {
@@ -385,7 +285,7 @@ private:
 
     void note(Reference reference)
     {
-        auto& all = program_->references;
+        auto& all = program().references;
         if (std::ranges::find(all, reference) == all.end()) all.push_back(reference);
     }
 
@@ -396,11 +296,11 @@ private:
         if (is_name("new")) return constructed();
         if (is_mark("(", 1)) return free_call();
         if (start.text == "true" || start.text == "false") {
-            ++at_;
+            pass();
             return constant(cell::boolean(start.text == "true"));
         }
         if (start.text == "null") {
-            ++at_;
+            pass();
             return constant({});
         }
         return class_member();
@@ -409,7 +309,7 @@ private:
     uint32_t free_call()
     {
         const Token start = token();
-        ++at_;
+        pass();
         if (start.text == "IF") return if_call(start);
         return called(start, "", start.text, {});
     }
@@ -432,10 +332,10 @@ private:
         while (token().kind == TokenKind::Name && !is_upper(token().text.front()) && is_mark(".", 1) &&
                token(2).kind == TokenKind::Name) {
             package.append(token().text).append(".");
-            at_ += 2;
+            pass(2);
         }
         const std::string name(token().text);
-        ++at_;
+        pass();
         if (package + name == "java.sql.Date") return "java.sql.Date";
         if (std::ranges::find(kPackages, package) == kPackages.end()) return package + name;
         return name;
@@ -443,7 +343,7 @@ private:
 
     uint32_t constructed()
     {
-        ++at_;
+        pass();
         const Token start = token();
         const std::string name = class_path();
         if (!is_mark("(") || !has_function("new", name)) {
@@ -458,7 +358,7 @@ private:
         const std::string owner = class_path();
         if (!take(".") || token().kind != TokenKind::Name) fail(start, unknown_word(owner));
         const Token member = token();
-        ++at_;
+        pass();
         if (is_mark("(")) {
             if (has_function(owner, std::string(member.text) + ".contains")) return list_search(start, owner, member);
             if (!has_function(owner, member.text)) {
@@ -480,7 +380,7 @@ private:
         if (!take(".") || !is_name("contains")) {
             fail(start, quoted(owner + "." + std::string(member.text)) + " may only be followed by .contains");
         }
-        ++at_;
+        pass();
         const auto searched = arguments();
         if (searched.size() != 1) fail(start, "'contains' takes one argument");
         operands.push_back(searched.front());
@@ -498,7 +398,7 @@ private:
         while (take(".")) {
             const Token method = token();
             if (method.kind != TokenKind::Name) fail(method, "the name of a method is missing before " + shown(method));
-            ++at_;
+            pass();
             if (!is_mark("("))
                 fail(method, quoted("." + std::string(method.text)) + " is outside the expression language");
             if (method.text == "split") {
@@ -523,7 +423,7 @@ private:
         if (!is_mark(".") || token(1).text != "length" || is_mark("(", 2)) {
             fail(method, "the parts of 'split' are taken with [number] or .length");
         }
-        at_ += 2;
+        pass(2);
         return call(method, ".", "split.length", operands);
     }
 
@@ -555,10 +455,10 @@ private:
         for (const uint32_t operand : operands) classes.push_back(class_of(operand));
         const Function* function = find_function(owner, name, classes);
         if (function == nullptr) fail(start, quoted(name) + " does not take " + listed(owner, classes));
-        program_->asks_the_run = program_->asks_the_run || function->asks_the_run;
+        program().asks_the_run = program().asks_the_run || function->asks_the_run;
         if (owner.empty() && name == "str") note({Reference::Kind::Resource, 0});
-        program_->functions.push_back(function);
-        const auto slot = static_cast<uint32_t>(program_->functions.size() - 1);
+        program().functions.push_back(function);
+        const auto slot = static_cast<uint32_t>(program().functions.size() - 1);
         return emit(Instruction{Op::Call, function->result, 1, slot, 0, 0}, operands);
     }
 
@@ -575,26 +475,8 @@ private:
     }
 
     const Names& names_;
-    std::vector<Token> tokens_;
-    size_t at_ = 0;
     int nesting_ = 0;
-    std::shared_ptr<Program> program_;
 };
-
-/// The place of a byte of the text, whose first byte stands at `start`. Columns count characters.
-Position place_of(std::string_view text, size_t offset, Position start)
-{
-    if (start.line == 0) start = {1, 1};
-    for (const char c : text.substr(0, offset)) {
-        if (c == '\n') {
-            ++start.line;
-            start.column = 1;
-        } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {
-            ++start.column;
-        }
-    }
-    return start;
-}
 
 }  // namespace
 
@@ -602,15 +484,6 @@ std::shared_ptr<const Program> compile_program(std::string_view text, const Name
 {
     if (text.size() > kLongestText) throw SyntaxError(0, "the expression is too long");
     return Compiler(text, names).run();
-}
-
-Expression compile(std::string_view text, const Names& names, Position where, std::string_view element)
-{
-    try {
-        return Expression(compile_program(text, names));
-    } catch (const SyntaxError& error) {
-        throw DefinitionError(place_of(text, error.offset(), where), std::string(element), error.what());
-    }
 }
 
 }  // namespace velora::engine
