@@ -17,7 +17,7 @@ namespace {
 /// Points by which a text box is larger than the text, so that a word processor's rounding cuts nothing off.
 constexpr float kSlack = 4;
 
-/// Rich text whose every element is a drawing object at its place; one paragraph a page carries them.
+/// Rich text whose every element is a drawing object at its place; a thin paragraph on each page carries them.
 class RtfExporter : public PageSink {
 public:
     RtfExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
@@ -54,10 +54,13 @@ private:
 
 void RtfExporter::page(Page&& page)
 {
-    out_ = "\\pard\\plain\\fs2\\sl-20\\slmult0 ";
+    // The page breaks in front of an empty paragraph of its own: objects of a paragraph that itself starts a page are
+    // taken for the page before.
+    constexpr std::string_view kThin = "\\fs2\\sl-20\\slmult0 ";
+    out_ = pages_++ == 0 ? std::string() : fmt::format("\\pard\\plain\\pagebb{}\\par\n", kThin);
+    out_ += fmt::format("\\pard\\plain{}", kThin);
     walk_elements(page.elements, [&](const Element& each, const Place& place) { element(each, place); });
-    // The break is a property of the whole paragraph; said in front of the objects, it counts for them as well.
-    out_ += pages_++ == 0 ? "\\par\n" : "\\pagebb\\par\n";
+    out_ += "\\par\n";
     file_.body(out_);
 }
 
