@@ -68,7 +68,7 @@ constexpr const char* kCurrent =
 
 constexpr const char* kClassic = R"xml(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE jasperReport PUBLIC "-//Reports//DTD Report Design//EN" "http://reports.example/dtd/jasperreport.dtd">
-<jasperReport xmlns="http://jasperreports.sourceforge.net/jasperreports" xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xsi:schemaLocation="a b" name="r" language="java" columnCount="2" pageWidth="400" pageHeight="500" columnWidth="170" columnSpacing="10" leftMargin="10" rightMargin="40" isSummaryNewPage="true" printOrder="Horizontal" whenNoDataType="NoDataSection">
+<jasperReport xmlns="http://reports.example/definition" xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xsi:schemaLocation="a b" name="r" language="java" columnCount="2" pageWidth="400" pageHeight="500" columnWidth="170" columnSpacing="10" leftMargin="10" rightMargin="40" isSummaryNewPage="true" printOrder="Horizontal" whenNoDataType="NoDataSection">
   <style name="Base" isDefault="true" fontName="DejaVu Sans" fontSize="9" isBold="true" hTextAlign="Right">
     <box leftPadding="2"><pen lineWidth="0.5" lineColor="red"/></box>
     <paragraph lineSpacing="1_1_2" firstLineIndent="3"/>
