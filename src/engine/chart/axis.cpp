@@ -8,7 +8,7 @@
 namespace velora::engine {
 namespace {
 
-constexpr double kGreatest = 1e15;  // beyond it numbers are no longer exact and no longer readable
+constexpr double kGreatest = 1e18;  // sums of many values; beyond it numbers are no longer readable
 
 /// The next round number: 1, 2, 2.5 or 5 times a power of ten.
 double round_step(double least)

@@ -1,5 +1,6 @@
 #include "engine/chart/board.h"
 
+#include <algorithm>
 #include <array>
 #include <numbers>
 
@@ -123,7 +124,9 @@ std::optional<double> chart_value(const ChartSeries& series, size_t category)
 {
     if (category >= series.values.size()) return std::nullopt;
     const auto value = series.values[category];
-    return value && std::isfinite(*value) ? value : std::nullopt;
+    constexpr double kGreatest = 1e15;  // beyond it a drawing's coordinates and sums are no longer safe
+    if (!value || !std::isfinite(*value)) return std::nullopt;
+    return std::clamp(*value, -kGreatest, kGreatest);
 }
 
 Color darker(Color color)

@@ -126,7 +126,7 @@ void Plot::make_room()
     } else {
         area_.left += marks + kTick + kTextGap;
         slanted_ = names > slot() - 2;
-        label_room_ = slanted_ ? std::min(names, outer.height() * 0.35F) : slot();
+        label_room_ = slanted_ ? std::min(names, outer.height() * 0.5F) : slot();
         area_.bottom -= kTick + (slanted_ ? label_room_ * 0.71F + line * 0.71F : line);
     }
     draw_titles(outer);

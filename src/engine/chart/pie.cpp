@@ -103,7 +103,7 @@ void draw_pie(ChartBoard& board, const ChartArea& area)
     const bool labels = !board.data.slice_label.empty();
     float widest = 0;
     for (const Slice& slice : slices) widest = std::max(widest, board.text_width(slice.label, board.data.label_font));
-    widest = std::min(widest, area.width() * 0.28F);
+    widest = std::min(widest, area.width() * 0.34F);
     const float across = area.width() / 2 - (labels ? widest + 2 * kLeader + 4 : 2);
     const float down = area.height() / 2 - (labels ? kLeader : 2);
     const float radius = std::max(std::min(across, down), 4.0F);

@@ -83,8 +83,9 @@ std::vector<TextLine> read_lines(std::string_view text)
     const char* const end = at + text.size();
     const auto take = [&](auto& value) {
         const auto result = std::from_chars(at, end, value);
-        if (result.ec == std::errc() && result.ptr != end) at = result.ptr + 1;
-        return result.ec == std::errc();
+        if (result.ec != std::errc() || result.ptr == end) return false;  // each number has a sign behind it
+        at = result.ptr + 1;
+        return true;
     };
     while (at != end) {
         TextLine line;

@@ -97,8 +97,8 @@ TEST_F(MeasurerTest, WhatDoesNotFitGoesOnFromTheEndOfThePartBefore)
     measurer.measure({text, {}, &style, 50, 100, layout.end}, layout);
     EXPECT_TRUE(layout.complete);
     EXPECT_EQ(layout.lines.size(), 2U);
-    measurer.measure({text, {}, &style, 47, 20, 0, false}, layout);
-    EXPECT_EQ(layout.lines.back().end, 10U) << "no further character fits";
+    measurer.measure({text, {}, &style, 44, 20, 0, false}, layout);
+    EXPECT_EQ(layout.lines.back().end, 9U) << "no further character fits";
     measurer.measure({text, {}, &style, 60, 20, 0, false}, layout);
     EXPECT_GT(layout.lines.back().end, 10U) << "the line is filled up with characters";
 }
