@@ -21,7 +21,7 @@ void declare(CLI::App& program, CommonOptions& common, CommandBody& chosen)
     program.description("Quotes, orders and lists of a company as documents.");
     program.footer(kExitStatuses);
     program.set_version_flag("--version", "velora-report " VELORA_VERSION);
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);  // a word that is no command is then named in the message
     program.fallthrough();
     add_common_options(program, common);
     for (const auto add : {add_folder_commands, add_document_commands, add_list_commands, add_engine_commands,
@@ -65,6 +65,7 @@ ExitStatus run_command_line(std::span<const std::string> arguments, const Surrou
         const bool asked_for = program.exit(error, around.out, around.err) == 0;
         return asked_for ? ExitStatus::Delivered : ExitStatus::Usage;
     }
+    if (!chosen) return complain(around, "No subcommand is named.");
     try {
         Host host(common, around);
         return run_guarded(host, chosen);

@@ -141,7 +141,9 @@ void add_engine_commands(CLI::App& program, CommandBody& chosen)
     auto* command = program.add_subcommand("render", "Render a definition with data of a file, without a company");
     auto options = std::make_shared<RenderOptions>();
     command->add_option("FILE", options->file, "Report definition")->required();
-    auto* rows = command->add_option("--rows", options->rows, "So many empty rows")->type_name("N");
+    auto* rows = command->add_option("--rows", options->rows, "So many empty rows")
+                     ->check(CLI::NonNegativeNumber)
+                     ->type_name("N");
     auto* csv = command
                     ->add_option("--csv", options->csv,
                                  "Values separated by commas: the fields COLUMN_0, "

@@ -32,6 +32,23 @@ auto open_store(const char* what, const fs::path& file, Open open)
     }
 }
 
+/// The accounting store has to be that of the company that velora.ini names.
+void require_company(AccountingSession& session, const HostConfig& config)
+{
+    std::string stored;
+    try {
+        stored = trimmed(session.Company().CompanyID);
+    } catch (const Fault& caught) {
+        throw HostError("Application Folder",
+                        "The accounting store \"" + config.accounting + "\" cannot be used: " + caught.description() +
+                            " Its table CompanyInfo needs one row, for the company \"" + config.company + "\".");
+    }
+    if (same_name(stored, trimmed(config.company))) return;
+    throw HostError("Application Folder", "velora.ini names the company \"" + config.company +
+                                              "\", but the accounting store is that of \"" + stored +
+                                              "\". Correct the key Company or the key Accounting.");
+}
+
 }  // namespace
 
 Host::Host(const CommonOptions& options, const Surroundings& around)
@@ -113,12 +130,7 @@ void Host::open_company()
                               [](const std::string& file) { return open_sqlite(file); });
     state->gSess = open_store("accounting store", sqlite_file(place, config_.accounting, "Accounting"),
                               [](const std::string& file) { return open_accounting_store(file); });
-    const std::string stored(trimmed(state->gSess->Company().CompanyID));
-    if (!stored.empty() && !same_name(stored, config_.company)) {
-        throw HostError("Application Folder", "velora.ini names the company \"" + config_.company +
-                                                  "\", but the accounting store is that of \"" + stored +
-                                                  "\". Correct the key Company or the key Accounting.");
-    }
+    require_company(*state->gSess, config_);
     state->gEngine = config_.engine;
     state->gSessUser = config_.user;
     state->ports = {&engine(),

@@ -63,7 +63,7 @@ void add_delivery_options(CLI::App& command, DeliveryOptions& options)
                                   "PRINTER")
                       ->expected(0, 1)
                       ->type_name("[PRINTER]");
-    print->each([&options](const std::string&) { options.print = true; });
+    command.parse_complete_callback([&options, print] { options.print = print->count() > 0; });
     preview->excludes(print);
     for (const char* file_option : {"--export", "--output"}) {
         preview->excludes(command.get_option(file_option));

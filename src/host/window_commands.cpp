@@ -25,7 +25,8 @@ void add_window_commands(CLI::App& program, CommandBody& chosen)
                      "log, misc")
         ->check(CLI::IsMember({"printer", "quote", "expiration", "checklist", "confirmation", "picking-slip", "export",
                                "email", "log", "misc"}));
-    options->callback([&chosen] { chosen = [](Host& host) { return not_available(host, "options window"); }; });
+    options->callback(
+        [pane, &chosen] { chosen = [pane](Host& host) { return not_available(host, "options window"); }; });
 
     auto* email = program.add_subcommand("email", "Open the e-mail window");
     email->callback([&chosen] { chosen = [](Host& host) { return not_available(host, "e-mail window"); }; });

@@ -1,6 +1,9 @@
+#include <sqlite3.h>
+
 #include <nlohmann/json.hpp>
 
 #include "program.h"
+#include "values/text.h"
 
 namespace velora::testing {
 namespace {
@@ -12,6 +15,14 @@ using ::testing::StartsWith;
 size_t files_in(const fs::path& folder)
 {
     return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+void change(const fs::path& database, const char* sql)
+{
+    sqlite3* opened = nullptr;
+    ASSERT_EQ(sqlite3_open(database.c_str(), &opened), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(opened, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
+    sqlite3_close(opened);
 }
 
 class Delivery : public HostTest {
@@ -120,14 +131,54 @@ TEST_F(Delivery, QuietSaysNothing)
 
 TEST_F(Delivery, NoCustomersIsNoData)
 {
-    ASSERT_EQ(run({"init", "--empty", scratch("bare").string()}).status, 0);
-    const Ran ran = run(in_company(scratch("bare"), {"customers", "--output", scratch("c.pdf").string()}));
+    const fs::path folder = company_copy();
+    change(folder / "velora.db", "UPDATE Customer SET Exported=1");
+    const Ran ran = run(in_company(folder, {"customers", "--output", scratch("c.pdf").string()}));
     EXPECT_EQ(ran.status, 3) << ran.err;
     EXPECT_EQ(messages(),
               R"({"title":"No Data Found","text":"There are no Customers in the database to place on the report.",)"
               R"("icon":"information"})"
               "\n");
     EXPECT_FALSE(fs::exists(scratch("c.pdf")));
+}
+
+TEST_F(Delivery, CustomersGoOutUnderTheDateOfTheRun)
+{
+    fs::create_directory(scratch("out"));
+    const Ran ran = run(in_company(company(), {"customers", "--output", scratch("out/").string()}));
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_TRUE(fs::exists(scratch("out/20260615 - Customer List.pdf")));
+}
+
+TEST_F(Delivery, ADefinitionThatAsksForTooMuchIsRefused)
+{
+    std::string text = file_text(fs::path(VELORA_SOURCE_DIR) / "definitions" / "Quote.rpt");
+    text = replaced(text, "\"Quote Number\"", "\"Quote Nummer\"");
+    write_text(scratch("wrong.rpt"), replaced(text, "$F{Quote Number}", "$F{Quote Nummer}"));
+    const Ran ran = quote({"52", "--definition", scratch("wrong.rpt").string(), "--output", scratch("q.pdf").string()});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("Quote Nummer"));
+    EXPECT_EQ(run({"fields", "quote", "--definition", scratch("wrong.rpt").string()}).out, "lacking\tQuote Nummer\n");
+}
+
+TEST_F(Delivery, AReportThatBringsItsOwnDataRunsOnTheCompany)
+{
+    const char* definition = R"(<jasperReport name="own" pageWidth="400" pageHeight="200" columnWidth="360"
+        leftMargin="20" rightMargin="20" topMargin="20" bottomMargin="20">
+        <query language="sql">SELECT CustomerNumber FROM Customer ORDER BY CustomerNumber</query>
+        <field name="CustomerNumber" class="java.lang.String"/>
+        <detail><band height="20"><element kind="textField" x="0" y="0" width="200" height="20">
+        <expression>$F{CustomerNumber}</expression></element></band></detail></jasperReport>)";
+    write_text(scratch("own.jrxml"), definition);
+    const std::string file = scratch("own.txt").string();
+    const Ran ran =
+        run(in_company(company(), {"custom", scratch("own.jrxml").string(), "--export", "txt", "--output", file}));
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(file_text(file), HasSubstr("P-2001"));
+    EXPECT_THAT(file_text(file), HasSubstr("P-2013"));
+    EXPECT_EQ(run({"render", scratch("own.jrxml").string(), "--output", file}).status, 1) << "no company is open";
+    EXPECT_EQ(run(in_company(company(), {"custom", "/no/such.jrxml"})).status, 1);
+    EXPECT_THAT(messages(), HasSubstr("Report Not Found"));
 }
 
 TEST_F(Delivery, FieldsAreTheContractOfTheKind)
