@@ -201,10 +201,13 @@ void TextPainter::paint_lines(const Text& text, const Style& style, const Place&
     const double left = (turned ? 0 : place.x) + area.left;
     double y = (turned ? 0 : place.y) + area.top + vertical_offset(style, height, text.text_height);
     if (detail == nullptr || detail->lines.empty()) {
+        // The height tells where the line ends, whatever the spacing is.
         const Face& face = fonts_.face(style.font);
         const double scale = style.font.size / face.units_per_em();
         const TextLine all{0, static_cast<uint32_t>(text.shown().size()), 0, 0, 0, 0, true};
-        const double ascent = (face.ascent() + face.line_gap()) * scale;
+        const double line =
+            text.text_height > 0 ? text.text_height - style.paragraph.spacing_after : face.line_height() * scale;
+        const double ascent = line - face.descent() * scale;
         paint_line(text.text, all, {left, y + ascent, room, false}, detail, style, canvas);
         return;
     }

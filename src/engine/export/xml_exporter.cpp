@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "engine/export/drawing_text.h"
 #include "engine/export/exporter.h"
 #include "engine/export/html_text.h"
@@ -8,6 +6,8 @@
 #include "engine/export/xml_names.h"
 #include "engine/export/xml_text.h"
 #include "engine/page/color_text.h"
+#include "engine/text/face.h"
+#include "engine/text/font_store.h"
 
 namespace velora::engine {
 namespace {
@@ -110,11 +110,12 @@ std::string lines_text(const std::vector<TextLine>& lines)
 /// The parts that every element with the same style repeats.
 struct StyleXml {
     std::string text_attributes, image_attributes, colors, box, font, paragraph, pen;
+    float line_spacing_factor = 0, leading_offset = 0;  ///< of a line in the style's font
 };
 
 class XmlExporter : public PageSink {
 public:
-    explicit XmlExporter(std::unique_ptr<OutputFile> file) : file_(std::move(file)) {}
+    XmlExporter(std::unique_ptr<OutputFile> file, FontStore& fonts) : file_(std::move(file)), fonts_(fonts) {}
 
     void begin(const Document& document) override;
     void page(Page&& page) override;
@@ -141,6 +142,7 @@ private:
     void write_origins();
 
     std::unique_ptr<OutputFile> file_;
+    FontStore& fonts_;
     const Document* document_ = nullptr;
     std::string xml_;
     std::unordered_map<const Style*, StyleXml> styles_;
@@ -169,6 +171,10 @@ const StyleXml& XmlExporter::style_xml(const Style& style)
         append_attribute(xml.image_attributes, "scaleImage", kScales.name(style.scale));
     if (!(style.fore == kBlack)) append_attribute(xml.colors, "forecolor", color_text(style.fore));
     if (!(style.back == kWhite)) append_attribute(xml.colors, "backcolor", color_text(style.back));
+    const Face& face = fonts_.face(style.font);
+    const auto em = static_cast<float>(face.units_per_em());
+    xml.line_spacing_factor = static_cast<float>(face.line_height()) / em;
+    xml.leading_offset = -static_cast<float>(face.descent()) / em * style.font.size;
     xml.box = box_xml(style.box);
     xml.font = font_xml(style.font, document_->default_font);
     xml.paragraph = paragraph_xml(style.paragraph);
@@ -198,7 +204,6 @@ void XmlExporter::begin(const Document& document)
 {
     document_ = &document;
     xml_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<jasperPrint";
-    append_attribute(xml_, "xmlns", kNamespace);
     append_attribute(xml_, "name", document.name);
     for (const auto& [name, length] : kDocumentLengths) append_number_attribute(xml_, name, document.*length);
     if (document.landscape) append_attribute(xml_, "orientation", "Landscape");
@@ -277,8 +282,10 @@ void XmlExporter::write(const Element& element, const Text& text)
     const bool by_lines = !detail.lines.empty();
     xml_ += "\t\t<text";
     append_number_attribute(xml_, "textHeight", text.text_height);
-    if (detail.line_spacing_factor != 0) append_number_attribute(xml_, "lineSpacingFactor", detail.line_spacing_factor);
-    if (detail.leading_offset != 0) append_number_attribute(xml_, "leadingOffset", detail.leading_offset);
+    const bool by_font = detail.line_spacing_factor == 0;
+    append_number_attribute(xml_, "lineSpacingFactor",
+                            by_font ? style.line_spacing_factor : detail.line_spacing_factor);
+    append_number_attribute(xml_, "leadingOffset", by_font ? style.leading_offset : detail.leading_offset);
     xml_ += style.text_attributes;
     if (!detail.runs.empty()) append_attribute(xml_, "markup", detail.marked_as_html ? "html" : "styled");
     append_link(xml_, detail.link);
@@ -351,9 +358,9 @@ void XmlExporter::write_shape(const Element& element, const char* name)
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_xml_exporter(std::unique_ptr<OutputFile> file, const ExportContext&)
+std::unique_ptr<PageSink> make_xml_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
 {
-    return std::make_unique<XmlExporter>(std::move(file));
+    return std::make_unique<XmlExporter>(std::move(file), context.fonts);
 }
 
 }  // namespace velora::engine

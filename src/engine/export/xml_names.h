@@ -9,8 +9,6 @@
 /// The words of the print form, for its writer and its reader.
 namespace velora::engine::print_xml {
 
-inline constexpr const char* kNamespace = "http://jasperreports.sourceforge.net/jasperreports/print";
-
 template <class Enum, size_t N>
 struct Names {
     std::array<const char*, N> names;  ///< in the order of the enumeration

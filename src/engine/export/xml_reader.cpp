@@ -262,9 +262,11 @@ Text Reader::read_text(xml_node node, const Style& style)
         text.text = content.text().get();
     }
     text.text_height = number(node, "textHeight", 0.0F);
-    detail.line_spacing_factor = number(node, "lineSpacingFactor", 0.0F);
-    detail.leading_offset = number(node, "leadingOffset", 0.0F);
     detail.lines = read_lines(property(node.child("reportElement"), kLines));
+    if (!detail.lines.empty()) {  // else they are those of the font
+        detail.line_spacing_factor = number(node, "lineSpacingFactor", 0.0F);
+        detail.leading_offset = number(node, "leadingOffset", 0.0F);
+    }
     const auto size = static_cast<uint32_t>(text.text.size());
     std::erase_if(detail.lines, [&](const TextLine& line) { return line.begin > line.end || line.end > size; });
     if (content.attribute("truncateIndex")) {

@@ -87,7 +87,7 @@ TEST(PrintXml, HoldsThePrintFormThatItsUsersKnow)
     sample.page.elements[0].source = 1;
     const std::string xml = bytes_of(sample.print("form.xml"));
     for (const char* part :
-         {"<jasperPrint xmlns=\"http://reports.example/definition/print\" name=\"Sample\" "
+         {"<jasperPrint name=\"Sample\" "
           "pageWidth=\"595\" pageHeight=\"842\"",
           "<origin band=\"detail\"/>",
           "<reportElement uuid=\"uuid-1\" x=\"20\" y=\"30\" width=\"150\" height=\"20\" origin=\"1\" srcId=\"1\" "

@@ -40,7 +40,11 @@ public:
         const int width = place.width - box.left_padding - box.right_padding;
         measurer.measure({content.text, runs, &style, float(aside ? place.height : width), 1e6F}, layout);
         content.text_height = layout.height;
-        if (layout.lines.size() > 1 || !runs.empty()) content.details().lines = layout.lines;
+        if (layout.lines.size() > 1 || !runs.empty()) {
+            content.details().lines = layout.lines;
+            content.details().line_spacing_factor = layout.line_spacing_factor;
+            content.details().leading_offset = layout.leading_offset;
+        }
         if (!runs.empty()) {
             content.details().runs = runs;
             content.details().marked = text;
