@@ -292,6 +292,10 @@ void TextPart::write_lines(TextDetail& detail) const
         line.end -= first;
     }
     if (!marked_) return;
+    if (start_ == 0 && end_ == plain_.size()) {
+        detail.marked = raw_;
+        detail.marked_as_html = dress_->look.markup == model::Markup::Html;
+    }
     for (TextRun run : runs_) {
         run.begin = std::max(run.begin, first) - first;
         run.end = std::min(run.end, static_cast<uint32_t>(end_));
