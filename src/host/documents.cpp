@@ -44,6 +44,11 @@ Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKin
     state_.gReportSection = company_id(state_) + "_Report";
     if (options.exports()) place_output();
     if (options.print) require_printer();
+    if (options.preview) {
+        throw HostError("Not Available",
+                        "This build does not have the preview window yet. The report can be written "
+                        "to a file with --export and --output.");
+    }
     route_ = {options.definition.empty() ? default_definition(state_, kind) : fs::absolute(options.definition).string(),
               options.exports(), options.preview};
     watch_pipe();

@@ -25,10 +25,9 @@ auto open_store(const char* what, const fs::path& file, Open open)
     try {
         return open(file.string());
     } catch (const Fault& caught) {
-        std::string text =
-            std::string("The ") + what + " \"" + file.string() + "\" cannot be opened: " + caught.description();
-        if (!caught.where().empty()) text += " (" + caught.where() + ")";
-        throw HostError("Application Folder", text);
+        const bool names_file = caught.description().find(file.string()) != std::string::npos;
+        throw HostError("Application Folder", "The " + std::string(what) + " of the application folder is of no use. " +
+                                                  caught.description() + (names_file ? "" : ": " + file.string()));
     }
 }
 

@@ -85,6 +85,12 @@ TEST_F(Delivery, WhatCannotBeDeliveredSaysWhyAndLeavesNothing)
                   1,
                   "broken.rpt"},
              Case{"no printer", {"52", "--print"}, 1, "No printer is set up"},
+             Case{"a printer that is none", {"52", "--print", "Laser"}, 1, "No printer is set up"},
+             Case{"no window", {"52", "--preview"}, 1, "preview window"},
+             Case{"a pipe without a folder",
+                  {"52", "--pipe", "/no/such/p.json", "--output", file},
+                  1,
+                  "/no/such/p.json"},
          }) {
         const Ran ran = quote(c.arguments);
         EXPECT_EQ(ran.status, c.status) << c.why;

@@ -151,8 +151,8 @@ constexpr auto kFamilies = std::to_array<Family>({
 
 constexpr auto kSpecials = std::to_array<Variant>({
     {"HPU-5GAL-3HP", "Hydraulic power unit, 5 US gal steel reservoir with sight gauge and filler breather, 3 HP three phase motor, "
-                     "fixed displacement gear pump 2.8 gpm at 1500 psi, relief valve, return filter and D03 single station manifold, "
-                     "factory tested and painted machinery grey", 398500, 88.0},
+                     "fixed displacement gear pump 2.8 gpm at 1500 psi, relief valve, return filter and D03 manifold, "
+                     "factory tested, painted grey", 398500, 88.0},
     {"PNL-VFD-10HP", "Drive panel, NEMA 12 enclosure 30 x 24 x 10 in, 10 HP variable frequency drive with line reactor, fused disconnect, "
                      "door mounted keypad and pilot devices, CSA labelled, drawings supplied", 286400, 61.5},
     {"LUB-AUTO-12PT", "Automatic lubrication system, 12 points, electric 24 V DC pump with 2 kg clear reservoir, progressive divider block, "
