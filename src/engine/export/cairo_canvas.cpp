@@ -188,7 +188,9 @@ void CairoCanvas::image(const std::shared_ptr<const ImageData>& image, const Are
     cairo_scale(context_, area.width / cairo_image_surface_get_width(picture),
                 area.height / cairo_image_surface_get_height(picture));
     cairo_set_source_surface(context_, picture, 0, 0);
-    cairo_paint(context_);
+    cairo_pattern_set_extend(cairo_get_source(context_), CAIRO_EXTEND_PAD);  // else the edges fade out
+    cairo_rectangle(context_, 0, 0, cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture));
+    cairo_fill(context_);
     cairo_restore(context_);
 }
 

@@ -13,7 +13,7 @@ public:
     PdfExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
         : file_(std::move(file)),
           fonts_(file_),
-          images_(file_),
+          images_(file_, context.warn),
           canvas_(fonts_, images_),
           painter_(context.fonts),
           catalog_(file_.reserve()),

@@ -47,7 +47,10 @@ std::optional<PdfImages::Placed> PdfImages::write(const std::string& bytes)
 const PdfImages::Placed* PdfImages::image(const std::shared_ptr<const ImageData>& data)
 {
     auto known = images_.find(data);
-    if (known == images_.end()) known = images_.emplace(data, write(data->bytes)).first;
+    if (known == images_.end()) {
+        known = images_.emplace(data, write(data->bytes)).first;
+        if (!known->second && warn_) warn_("The picture '" + data->source + "' cannot be read; it is left out.");
+    }
     return known->second ? &*known->second : nullptr;
 }
 

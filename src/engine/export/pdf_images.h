@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,7 +14,10 @@ namespace velora::engine {
 /// The pictures of one file; each is written once, when it is first shown.
 class PdfImages {
 public:
-    explicit PdfImages(PdfFile& file) : file_(file) {}
+    using Warn = std::function<void(const std::string&)>;
+
+    /// @param warn  told once of each picture that cannot be read; may be empty
+    PdfImages(PdfFile& file, Warn warn) : file_(file), warn_(std::move(warn)) {}
 
     struct Placed {
         std::string name;  ///< in the resources
@@ -29,6 +33,7 @@ private:
     std::optional<Placed> write(const std::string& bytes);
 
     PdfFile& file_;
+    Warn warn_;
     std::map<std::shared_ptr<const ImageData>, std::optional<Placed>> images_;  // keeps them, so none is taken twice
     int written_ = 0;
 };

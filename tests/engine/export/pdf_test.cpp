@@ -2,8 +2,10 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <random>
 #include <regex>
 
+#include "engine/export/bitmap.h"
 #include "engine/export/export_run.h"
 #include "engine/export/page_picture.h"
 #include "engine/export/sample_pages.h"
@@ -82,6 +84,40 @@ TEST(Pdf, TextComesOutAsItStoodAndWhereItStood)
     const float before = sample.measurer.width("Müller \xE2\x82\xAC ", sample.style().font);
     EXPECT_NEAR(std::stof(found[1]), 20 + before, 0.02);
     EXPECT_NEAR(std::stof(found[2]), 50, 0.5);
+}
+
+TEST(Pdf, PicturesAreEmbeddedOnceAndDamagedOnesLeftOut)
+{
+    SamplePages sample;
+    fill_page(sample);
+    const auto file = sample.print("pictures.pdf");
+    const ToolRun made = run_tool("pdftoppm -jpeg -singlefile -r 20 " + file.string() + " " +
+                                  (SamplePages::scratch() / "made").string());
+    NEEDS_TOOL(made);
+    const auto jpeg = std::make_shared<ImageData>(ImageData{bytes_of(SamplePages::scratch() / "made.jpg"), {}});
+    fill_page(sample);
+    for (int x : {10, 70}) sample.add({x, 300, 50, 70}, sample.style(), Image{jpeg, {}, {}});
+    const ToolRun list = run_tool("pdfimages -list " + sample.print("pictures.pdf").string());
+    EXPECT_TRUE(std::regex_search(list.output, std::regex("image +1 +1 +rgb +3 +8 +image"))) << list.output;
+    EXPECT_TRUE(std::regex_search(list.output, std::regex("image +166 +234 +rgb +3 +8 +jpeg"))) << list.output;
+}
+
+TEST(Pictures, DamagedFilesDoNoHarm)
+{
+    std::mt19937 random(11);
+    const std::string jpeg = bytes_of(SamplePages::scratch() / "made.jpg");
+    for (const std::string& whole : {red_point(), jpeg}) {
+        for (int round = 0; round < 300 && !whole.empty(); ++round) {
+            std::string bytes = whole.substr(0, round % 3 == 0 ? random() % whole.size() : whole.size());
+            for (int i = 0; i < 4 && !bytes.empty(); ++i) bytes[random() % bytes.size()] = static_cast<char>(random());
+            const auto bitmap = read_bitmap(bytes);
+            read_jpeg_head(bytes);
+            if (!bitmap) continue;
+            EXPECT_EQ(bitmap->colors.size(), size_t(bitmap->width) * size_t(bitmap->height) * 3);
+        }
+    }
+    EXPECT_FALSE(read_bitmap(""));
+    EXPECT_TRUE(read_bitmap(red_point()));
 }
 
 TEST(Pdf, BookmarksAndLinksLeadSomewhere)
