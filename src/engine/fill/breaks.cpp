@@ -143,7 +143,7 @@ void Filler::column_break(Moment before, Moment after)
     column_footers(before);
     resolve_groups(before, false);
     resolve({EvaluationTime::Column, kNoGroup, nullptr}, before);
-    run_.rows.begin(model::Moment::Column, changed_);
+    begin_part(model::Moment::Column);
 
     Leaving leaving = leave();
     leaving.footer_position = footer_position;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/chart/chart.h"
 #include "engine/fill/plan.h"
 
 namespace velora::engine {
@@ -19,6 +20,9 @@ struct ChartPlan {
     int reset_group = kNoGroup;
     int increment_group = kNoGroup;
 };
+
+/// The form in which a chart of that name is drawn; none when it is not.
+std::optional<ChartKind> chart_kind(std::string_view name);
 
 std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& names,
                                       const model::Definition& definition);

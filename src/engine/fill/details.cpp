@@ -1,3 +1,4 @@
+#include "engine/fill/chart_part.h"
 #include "engine/fill/filler.h"
 
 namespace velora::engine {
@@ -7,6 +8,9 @@ void Filler::details()
     if (across_) step_across();
     leave_room_for_detail();
     run_.rows.calculate();
+    for (const auto& chart : run_.charts) {
+        chart->count(run_.at(Moment::Now));
+    }
     if (across_) {
         run_.rows.variables().assign(kColumnNumber, run_.column + 1);
         set_column_x();

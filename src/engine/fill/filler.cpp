@@ -1,5 +1,7 @@
 #include "engine/fill/filler.h"
 
+#include "engine/fill/chart_part.h"
+
 namespace velora::engine {
 
 using model::WhenNoData;
@@ -75,9 +77,17 @@ void Filler::fill()
     run_.book.finish();
 }
 
+void Filler::begin_part(model::Moment part)
+{
+    run_.rows.begin(part, changed_);
+    for (const auto& chart : run_.charts) {
+        chart->begin(part, changed_);
+    }
+}
+
 void Filler::begin_report()
 {
-    run_.rows.begin(model::Moment::Report, changed_);
+    begin_part(model::Moment::Report);
     run_.book.begin_page();
     set_column(0);
     y_ = page_.top;
@@ -103,7 +113,7 @@ bool Filler::next_row()
         group_footers(false);
         resolve_groups(Moment::Old, false);
     }
-    run_.rows.begin(model::Moment::Group, changed_);
+    begin_part(model::Moment::Group);
     group_headers(false);
     details();
     return true;

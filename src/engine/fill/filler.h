@@ -51,6 +51,7 @@ private:
     void begin_report();
     void begin_body();
     bool next_row();
+    void begin_part(model::Moment part);
     void no_data();
     void find_group_changes();
     [[nodiscard]] bool has_changed(const GroupState& group) const;

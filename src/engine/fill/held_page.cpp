@@ -6,8 +6,12 @@ namespace velora::engine {
 
 namespace {
 
-/// How an element is told.
-enum Tag : uint8_t { kSameShape, kNewShape, kKept };
+/// An element with the shape of the one before is told by one byte: how many bytes its text shares with the text
+/// before in the upper half, how many more come in the lower half. A half of 15 is told in full behind it.
+constexpr uint8_t kHalf = 15;
+constexpr uint8_t kSpecial = 0xff;
+/// What stands behind `kSpecial`.
+enum Special : uint8_t { kNewShape, kKept };
 
 void put_number(std::string& bytes, uint32_t number)
 {
@@ -25,6 +29,34 @@ uint32_t take_number(const std::string& bytes, size_t& at)
         number |= static_cast<uint32_t>(byte & 0x7f) << shift;
         if (byte < 0x80) return number;
     }
+}
+
+void put_text(std::string& bytes, std::string_view text, std::string_view before)
+{
+    const auto parting = std::mismatch(text.begin(), text.end(), before.begin(), before.end()).first;
+    auto shared = static_cast<uint32_t>(parting - text.begin());
+    auto rest = static_cast<uint32_t>(text.size()) - shared;
+    if (shared >= kHalf && rest >= kHalf) {  // would read as special
+        shared = kHalf - 1u;
+        rest = static_cast<uint32_t>(text.size()) - shared;
+    }
+    const uint32_t upper = std::min<uint32_t>(shared, kHalf);
+    const uint32_t lower = std::min<uint32_t>(rest, kHalf);
+    bytes.push_back(static_cast<char>(upper << 4 | lower));
+    if (upper == kHalf) put_number(bytes, shared);
+    if (lower == kHalf) put_number(bytes, rest);
+    bytes += text.substr(shared);
+}
+
+std::string take_text(const std::string& bytes, size_t& at, std::string_view before)
+{
+    const auto halves = static_cast<uint8_t>(bytes[at++]);
+    const uint32_t shared = halves >> 4 == kHalf ? take_number(bytes, at) : halves >> 4;
+    const uint32_t rest = (halves & kHalf) == kHalf ? take_number(bytes, at) : halves & kHalf;
+    std::string text(before.substr(0, shared));
+    text.append(bytes, at, rest);
+    at += rest;
+    return text;
 }
 
 ElementShape shape_of(const Element& element)
@@ -73,7 +105,7 @@ PackedPage PagePacker::pack(Page&& page, const std::vector<uint32_t>& open)
 {
     static_assert(std::is_trivially_copyable_v<ElementShape>);
     PackedPage packed;
-    std::vector<ElementShape> shapes(page.elements.size());
+    before_.resize(page.elements.size());
     for (const uint32_t index : open) {
         packed.kept.push_back(std::move(page.elements[index]));
     }
@@ -83,7 +115,7 @@ PackedPage PagePacker::pack(Page&& page, const std::vector<uint32_t>& open)
         Element& element = page.elements[index];
         const bool is_open = next_open < open.size() && open[next_open] == index;
         if (is_open || !is_plain(element)) {
-            packed.bytes.push_back(kKept);
+            packed.bytes += {static_cast<char>(kSpecial), static_cast<char>(kKept)};
             put_number(packed.bytes, static_cast<uint32_t>(is_open ? next_open : packed.kept.size()));
             if (is_open) {
                 ++next_open;
@@ -92,16 +124,16 @@ PackedPage PagePacker::pack(Page&& page, const std::vector<uint32_t>& open)
             }
             continue;
         }
-        shapes[index] = shape_of(element);
-        const bool same = index < before_.size() && before_[index] == shapes[index];
-        packed.bytes.push_back(same ? kSameShape : kNewShape);
-        if (!same) packed.bytes.append(reinterpret_cast<const char*>(&shapes[index]), sizeof(ElementShape));
-        if (const auto* text = std::get_if<Text>(&element.content)) {
-            put_number(packed.bytes, static_cast<uint32_t>(text->text.size()));
-            packed.bytes += text->text;
+        ElementBefore& before = before_[index];
+        if (const ElementShape shape = shape_of(element); before.shape != shape) {
+            before.shape = shape;
+            packed.bytes += {static_cast<char>(kSpecial), static_cast<char>(kNewShape)};
+            packed.bytes.append(reinterpret_cast<const char*>(&shape), sizeof shape);
         }
+        auto* text = std::get_if<Text>(&element.content);
+        put_text(packed.bytes, text ? text->text : std::string_view(), before.text);
+        before.text = text ? std::move(text->text) : std::string();
     }
-    before_ = std::move(shapes);
     packed.bytes.shrink_to_fit();
     packed.kept.shrink_to_fit();
     return packed;
@@ -112,27 +144,23 @@ Page PageUnpacker::unpack(PackedPage&& packed)
     size_t at = 0;
     Page page;
     page.elements.resize(take_number(packed.bytes, at));
-    std::vector<ElementShape> shapes(page.elements.size());
+    before_.resize(page.elements.size());
     for (size_t index = 0; index < page.elements.size(); ++index) {
-        const auto tag = static_cast<Tag>(packed.bytes[at++]);
-        if (tag == kKept) {
-            page.elements[index] = std::move(packed.kept[take_number(packed.bytes, at)]);
-            continue;
-        }
-        if (tag == kSameShape) {
-            shapes[index] = before_[index];
-        } else {
-            std::memcpy(&shapes[index], packed.bytes.data() + at, sizeof(ElementShape));
+        ElementBefore& before = before_[index];
+        if (static_cast<uint8_t>(packed.bytes[at]) == kSpecial) {
+            const auto special = static_cast<Special>(packed.bytes[at + 1]);
+            at += 2;
+            if (special == kKept) {
+                page.elements[index] = std::move(packed.kept[take_number(packed.bytes, at)]);
+                continue;
+            }
+            std::memcpy(&before.shape, packed.bytes.data() + at, sizeof(ElementShape));
             at += sizeof(ElementShape);
         }
-        page.elements[index] = made_from(shapes[index]);
-        if (auto* text = std::get_if<Text>(&page.elements[index].content)) {
-            const uint32_t size = take_number(packed.bytes, at);
-            text->text.assign(packed.bytes, at, size);
-            at += size;
-        }
+        before.text = take_text(packed.bytes, at, before.text);
+        page.elements[index] = made_from(before.shape);
+        if (auto* text = std::get_if<Text>(&page.elements[index].content)) text->text = before.text;
     }
-    before_ = std::move(shapes);
     return page;
 }
 

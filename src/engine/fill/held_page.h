@@ -24,6 +24,12 @@ struct PackedPage {
     std::vector<Element> kept;
 };
 
+/// What stood at the same index on the page before.
+struct ElementBefore {
+    ElementShape shape;
+    std::string text;
+};
+
 /// Packs pages one after the other; unpack them in the same order with the same other one.
 class PagePacker {
 public:
@@ -32,7 +38,7 @@ public:
     PackedPage pack(Page&& page, const std::vector<uint32_t>& open);
 
 private:
-    std::vector<ElementShape> before_;
+    std::vector<ElementBefore> before_;
 };
 
 class PageUnpacker {
@@ -40,7 +46,7 @@ public:
     Page unpack(PackedPage&& packed);
 
 private:
-    std::vector<ElementShape> before_;
+    std::vector<ElementBefore> before_;
 };
 
 }  // namespace velora::engine

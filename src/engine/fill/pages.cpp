@@ -55,7 +55,7 @@ void Filler::resolve_page(Moment moment, bool final)
 void Filler::end_page(Moment moment, bool final)
 {
     resolve_page(moment, final);
-    run_.rows.begin(model::Moment::Page, changed_);
+    begin_part(model::Moment::Page);
 }
 
 void Filler::page_header(Moment moment)
@@ -96,7 +96,7 @@ void Filler::column_header_down(Moment moment)
         while (run_.column < page_.column_count - 1) {
             resolve_groups(moment, false);
             resolve({EvaluationTime::Column, kNoGroup, nullptr}, moment);
-            run_.rows.begin(model::Moment::Column, changed_);
+            begin_part(model::Moment::Column);
             set_column(run_.column + 1);
             y_ = column_header_y_;
             row_on_column_ = false;

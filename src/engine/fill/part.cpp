@@ -130,7 +130,7 @@ Element& Part::add(Emission& emission, const Style* style) const
     Element& element = emission.elements->emplace_back();
     element.place = {emission.x + x_, emission.y + relative_y, width_, stretch_height};
     element.style = style;
-    element.source = plan_.source + static_cast<uint32_t>(run_.first_source);
+    element.source = plan_.source;
     emission.width = std::max(emission.width, x_ + width_);
     return element;
 }

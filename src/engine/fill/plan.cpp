@@ -136,7 +136,16 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
     part.kind = PartPlan::Kind::Chart;
     part.look_kind = LookKind::Image;
     evaluation(part, chart.evaluation, chart.evaluation_group);
-    if (part.evaluation == EvaluationTime::Now && !chart.run) part.evaluation = EvaluationTime::Now;
+    if (chart.run && !chart.run->dataset.empty()) {
+        plan_.warnings.push_back("a chart over the sub-dataset '" + chart.run->dataset + "' is not drawn (line " +
+                                 std::to_string(part.element->place.line) + ")");
+        part.kind = PartPlan::Kind::Blank;
+        return;
+    }
+    if (!chart_kind(chart.type)) {
+        plan_.warnings.push_back("a chart of the form '" + chart.type + "' is drawn with bars (line " +
+                                 std::to_string(part.element->place.line) + ")");
+    }
     part.chart = plan_chart(chart, names_, definition_);
     part.link = link(chart.link);
 }

@@ -10,6 +10,7 @@
 
 namespace velora::engine {
 
+class ChartFeed;
 class Images;
 
 /// What the parts of a report share while it is filled.
@@ -23,7 +24,7 @@ struct Run {
     std::function<void(const std::string&)> warn;
     bool wants_values = false;
     bool ignore_pagination = false;
-    size_t first_source = 0;  ///< of this definition among the document's sources
+    std::vector<std::shared_ptr<ChartFeed>> charts = {};
 
     // What the layout has reached; breaks ask for it and set it.
     int column = 0;

@@ -127,6 +127,24 @@ TEST(Images, AMissingOneIsAWarningAndTheReportGoesOn)
     EXPECT_NE(result.warnings[0].find("gone.png"), std::string::npos);
 }
 
+TEST(Charts, ShowTheRowsOfTheReportAndAreDrawnWhenTheyAreComplete)
+{
+    const std::string chart =
+        R"(<element kind="chart" chartType="bar" evaluationTime="Report" x="0" y="0" width="180" height="100">)"
+        R"(<dataset kind="category"><series><seriesExpression>"sold"</seriesExpression>)"
+        R"(<categoryExpression>"c" + $V{REPORT_COUNT} % 2</categoryExpression>)"
+        R"(<valueExpression>$V{REPORT_COUNT}</valueExpression></series></dataset><plot/></element>)";
+    const auto result = filled({band("title", 100, chart) + detail(50, "")}, 4);
+    ASSERT_EQ(result.pages.size(), 3u);
+    const auto& graphic = std::get<Graphic>(result.pages[0].elements.at(0).content);
+    ASSERT_NE(graphic.drawing, nullptr);
+    std::set<std::string> labels;
+    for (const auto& item : graphic.drawing->items) {
+        if (const auto* label = std::get_if<Label>(&item)) labels.insert(label->text);
+    }
+    EXPECT_TRUE(labels.contains("c0") && labels.contains("c1") && labels.contains("sold"));
+}
+
 TEST(Opening, AnExpressionOutsideTheLanguageIsFoundBeforeAnyRowIsRead)
 {
     const auto open = [](const std::string& expression) {
