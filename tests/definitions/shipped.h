@@ -1,0 +1,159 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "engine/definition/reader.h"
+#include "engine/export/exporter.h"
+#include "engine/export/page_walk.h"
+#include "engine/export/xml_reader.h"
+#include "engine/fill/report.h"
+#include "engine/text/font_store.h"
+#include "engine/text/measurer.h"
+#include "host/tables.h"
+
+namespace velora {
+
+inline const std::filesystem::path kDefinitions = std::filesystem::path(VELORA_SOURCE_DIR) / "definitions";
+inline const std::filesystem::path kGolden = std::filesystem::path(VELORA_SOURCE_DIR) / "tests/golden/definitions";
+
+/// The kind that each shipped definition is drawn for.
+struct Shipped {
+    const char* name;
+    const char* kind;
+
+    friend void PrintTo(const Shipped& shipped, std::ostream* out) { *out << shipped.name; }
+};
+// clang-format off
+inline constexpr auto kShipped = std::to_array<Shipped>({
+    {"Quote",               "quote"},
+    {"Quote, Taxes",        "quote"},
+    {"Confirmation, Taxes", "confirmation"},
+    {"Picking Slip",        "picking-slip"},
+    {"Order Checklist",     "checklist"},
+    {"Customer List",       "customers"},
+    {"Item List",           "items"},
+    {"Win Loss",            "win-loss"},
+    {"Lost Reason",         "lost-reasons"},
+    {"Quote Overview",      "overview"},
+    {"Quote Expiration",    "expiration"},
+    {"Back Order Items",    "back-orders"},
+});
+// clang-format on
+
+/// Rows in memory that a test may change before the report reads them.
+class HeldRows final : public TableSource {
+public:
+    HeldRows() = default;
+    explicit HeldRows(TableSource& from) : columns(from.fields())
+    {
+        for (from.rewind(); from.next();) {
+            auto& row = rows.emplace_back();
+            for (size_t at = 0; at < columns.size(); ++at) row.push_back(from.cell(at));
+        }
+    }
+
+    [[nodiscard]] const std::vector<Field>& fields() const override { return columns; }
+    bool next() override { return at_ < rows.size() && ++at_; }
+    void rewind() override { at_ = 0; }
+    [[nodiscard]] const Value& cell(size_t field) const override { return rows[at_ - 1][field]; }
+
+    [[nodiscard]] size_t column(std::string_view name) const
+    {
+        for (size_t at = 0; at < columns.size(); ++at) {
+            if (columns[at].name == name) return at;
+        }
+        throw std::runtime_error("the rows have no field " + std::string(name));
+    }
+
+    std::vector<Field> columns;
+    std::vector<std::vector<Value>> rows;
+
+private:
+    size_t at_ = 0;
+};
+
+inline std::filesystem::path definition_file(const std::string& name)
+{
+    return kDefinitions / (name + ".rpt");
+}
+
+/// The made-up rows that stand beside the golden pages of a definition.
+inline HeldRows golden_rows(const std::string& name)
+{
+    return HeldRows(*read_pipe_json(kGolden / (name + ".json")));
+}
+
+struct Filled {
+    engine::PageList pages;
+    std::vector<std::string> warnings;
+
+    [[nodiscard]] size_t count() const { return pages.pages.size(); }
+};
+
+inline Filled fill_shipped(const std::string& name, TableSource& rows)
+{
+    static engine::FontStore fonts(VELORA_SOURCE_DIR "/fonts");
+    static engine::Measurer measurer(fonts);
+    Filled out;
+    std::vector<engine::Warning> met;
+    const engine::Report report(
+        std::make_shared<engine::model::Definition>(engine::read_definition_file(definition_file(name), met)));
+    for (const auto& warning : met) out.warnings.push_back(warning.line());
+    out.warnings.insert(out.warnings.end(), report.warnings().begin(), report.warnings().end());
+
+    engine::FillOptions options;
+    options.surroundings.now = *DateTime::from_ymd(2026, 6, 8);
+    options.created = options.surroundings.now;
+    options.warn = [&](const std::string& text) { out.warnings.push_back(text); };
+    engine::fill(report, rows, measurer, options, out.pages);
+    return out;
+}
+
+/// A text as it stands on a page.
+struct Placed {
+    std::string text;
+    engine::Place place;
+    bool cut = false;
+};
+
+inline std::vector<Placed> texts_of(const engine::Page& page)
+{
+    std::vector<Placed> out;
+    engine::walk_elements(page.elements, [&](const engine::Element& element, const engine::Place& place) {
+        const auto* text = std::get_if<engine::Text>(&element.content);
+        if (text == nullptr || text->text.empty()) return;
+        out.push_back({std::string(text->shown()), place, text->shown().size() != text->text.size()});
+    });
+    return out;
+}
+
+inline bool shows(const engine::Page& page, std::string_view text)
+{
+    const auto texts = texts_of(page);
+    return std::ranges::any_of(texts, [&](const Placed& placed) { return placed.text == text; });
+}
+
+inline size_t times_shown(const Filled& report, std::string_view text)
+{
+    size_t times = 0;
+    for (const auto& page : report.pages.pages) {
+        for (const auto& placed : texts_of(page)) times += placed.text == text ? 1 : 0;
+    }
+    return times;
+}
+
+inline std::string file_text(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+}  // namespace velora
