@@ -11,12 +11,11 @@ TEST(Formats, EachIsWrittenByItsNameAndIsWhatItSays)
         ExportFormat format;
         const char *name, *start;
     };
-    for (const auto& c : {Case{ExportFormat::Pdf, "sample.pdf", "%PDF-1."},
-                          Case{ExportFormat::Html, "sample.html", "<!DOCTYPE html>"},
-                          Case{ExportFormat::Xls, "sample.xls", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"},
-                          Case{ExportFormat::Rtf, "sample.rtf", "{\\rtf1"},
-                          Case{ExportFormat::Doc, "sample.doc", "{\\rtf1"},
-                          Case{ExportFormat::Xml, "sample.xml", "<?xml"}}) {
+    for (const auto& c :
+         {Case{ExportFormat::Pdf, "sample.pdf", "%PDF-1."}, Case{ExportFormat::Html, "sample.html", "<!DOCTYPE html>"},
+          Case{ExportFormat::Xls, "sample.xls", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"},
+          Case{ExportFormat::Rtf, "sample.rtf", "{\\rtf1"}, Case{ExportFormat::Doc, "sample.doc", "{\\rtf1"},
+          Case{ExportFormat::Xml, "sample.xml", "<?xml"}}) {
         std::filesystem::create_directories(VELORA_TEST_SCRATCH);
         const auto path = std::filesystem::path(VELORA_TEST_SCRATCH) / c.name;
         FontStore fonts(VELORA_SOURCE_DIR "/fonts");
