@@ -24,6 +24,7 @@ struct FieldPlan {
     std::string name;
     ValueClass value_class = ValueClass::Text;
     std::string csv_column;  ///< column to take when the table has none of the name; empty for none
+    bool optional = false;   ///< the property velora.optional: some tables lack it, which is no warning
 };
 
 struct ParameterPlan {

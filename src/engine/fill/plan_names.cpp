@@ -127,6 +127,7 @@ std::vector<FieldPlan> plan_fields(const model::Definition& definition)
         if (const auto index = model::property_value(field.properties, "net.sf.jasperreports.csv.field.column.index")) {
             plan.csv_column = "COLUMN_" + std::string(*index);
         }
+        plan.optional = model::property_value(field.properties, "velora.optional") == "true";
         plans.push_back(std::move(plan));
     }
     return plans;

@@ -43,7 +43,7 @@ void Rows::bind(TableSource& table, const std::function<void(const std::string&)
         };
         int column = column_of(field.name);
         if (column < 0) column = column_of(field.csv_column);
-        if (column < 0 && !table.fields().empty() && warn) {
+        if (column < 0 && !field.optional && !table.fields().empty() && warn) {
             warn("the data have no field '" + field.name + "'; it stays empty");
         }
         columns_.push_back(column);
