@@ -33,6 +33,15 @@ inline void write_text(const fs::path& path, const std::string& text)
     std::ofstream(path, std::ios::binary) << text;
 }
 
+/// Gone when the test program ends.
+struct FolderOfTheProcess {
+    fs::path path = fs::path(VELORA_TEST_SCRATCH) / ("company-" + std::to_string(::getpid()));
+    FolderOfTheProcess() = default;
+    FolderOfTheProcess(const FolderOfTheProcess&) = delete;
+    FolderOfTheProcess& operator=(const FolderOfTheProcess&) = delete;
+    ~FolderOfTheProcess() { fs::remove_all(path); }
+};
+
 /// A folder of the test's own, and the program run in it with the checkout's definitions and fonts.
 class HostTest : public ::testing::Test {
 protected:
@@ -65,12 +74,12 @@ protected:
     /// The sample company, made once for all tests that only read it.
     [[nodiscard]] fs::path company() const
     {
-        static const fs::path folder = fs::path(VELORA_TEST_SCRATCH) / ("company-" + std::to_string(::getpid()));
-        if (!fs::exists(folder)) {
-            const Ran made = run({"init", folder.string()});
+        static const FolderOfTheProcess folder;
+        if (!fs::exists(folder.path)) {
+            const Ran made = run({"init", folder.path.string()});
             EXPECT_EQ(made.status, 0) << made.err;
         }
-        return folder;
+        return folder.path;
     }
 
     /// A copy of the sample company that a test may break.
