@@ -17,7 +17,8 @@ void walk_elements(const std::vector<Element>& elements, const Visit& visit, int
         place.y += y;
         visit(element, place);
         if (const auto* frame = std::get_if<Frame>(&element.content)) {
-            walk_elements(frame->children, visit, place.x, place.y);
+            const Box& box = element.style->box;
+            walk_elements(frame->children, visit, place.x + box.left_padding, place.y + box.top_padding);
         }
     }
 }

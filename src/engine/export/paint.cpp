@@ -171,7 +171,7 @@ void Painter::paint_content(const Image& image, const Style& style, const Place&
 void Painter::paint_content(const Frame& frame, const Style& style, const Place& place, Canvas& canvas)
 {
     fill_ground(canvas, style, place);
-    paint(frame.children, place.x, place.y, canvas);
+    paint(frame.children, place.x + style.box.left_padding, place.y + style.box.top_padding, canvas);
     draw_box(canvas, style.box, place);
 }
 

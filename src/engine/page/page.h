@@ -102,7 +102,7 @@ struct Image {
 struct Element;
 
 struct Frame {
-    std::vector<Element> children;  ///< their places are relative to the frame
+    std::vector<Element> children;  ///< their places count from the frame's corner, inside its paddings
 };
 
 /// A chart or a barcode: a vector drawing in the element's own coordinates.
