@@ -117,6 +117,21 @@ TEST(PickingSlip, LinesThatOnlyLookAlikeAreNotMerged)
     EXPECT_EQ(times_shown(fill_shipped("Picking Slip", rows), item), 2U) << "two lines without a remark";
 }
 
+TEST(PickingSlip, QuantitiesOfBothKindsOfSlipAreShownAndRemarksMayBeMissing)
+{
+    HeldRows rows = golden_rows("Picking Slip");
+    rows.rows.resize(1);
+    const size_t quantity = rows.column("Detail Quantity");
+    rows.rows[0][quantity] = 37;
+    EXPECT_EQ(times_shown(fill_shipped("Picking Slip", rows), "37"), 1U);
+    rows.rewind();
+    rows.rows[0][quantity] = "37.5";
+    rows.columns[rows.column("Detail Item Comm/Ins")].name = "Other";
+    const Filled report = fill_shipped("Picking Slip", rows);
+    EXPECT_EQ(times_shown(report, "37.5"), 1U);
+    EXPECT_EQ(report.warnings, std::vector<std::string>{});
+}
+
 TEST(BackOrderItems, QuantitiesAreAddedForEachItemAndUnit)
 {
     HeldRows rows = golden_rows("Back Order Items");
