@@ -17,13 +17,16 @@ Query texts(std::string sql_server, std::string pervasive)
 /// The date order of the server's default language; none when it does not list its languages at all.
 std::optional<std::string> server_date_order(SessionState& state)
 {
-    auto& server = connection(state);
+    const auto ask = [&](std::string_view batch) {
+        state.log.query(batch);
+        return connection(state).Execute(batch);
+    };
     int32_t language = 0;
-    const auto configured = server.Execute("sp_configure 'default language'");
+    const auto configured = ask("sp_configure 'default language'");
     if (move_to_first(*configured)) language = to_int32(configured->value("config_value"));
     configured->Close();
 
-    const auto languages = server.Execute("sp_helplanguage");
+    const auto languages = ask("sp_helplanguage");
     if (!move_to_first(*languages)) return std::nullopt;
     std::string order;
     for (; !languages->at_eof(); languages->MoveNext()) {

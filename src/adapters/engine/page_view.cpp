@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "adapters/engine/picture_canvas.h"
+#include "engine/export/page_picture.h"
 #include "engine/export/page_walk.h"
-#include "engine/export/paint.h"
 #include "engine/text/font_store.h"
 #include "values/fault.h"
 
@@ -41,9 +40,7 @@ private:
 
 std::string Pages::page_png(size_t number, double pixels_per_inch) const
 {
-    PictureCanvas canvas(pages_->document.page_width, pages_->document.page_height, pixels_per_inch);
-    engine::Painter(*fonts_).paint(page(number), canvas);
-    return canvas.png();
+    return engine::page_picture(pages_->document, page(number), pixels_per_inch, *fonts_);
 }
 
 /// The texts of the page line by line, each line from left to right.
