@@ -62,7 +62,8 @@ std::string TextPart::shown_value(const Environment& environment)
 void TextPart::take_text(std::string&& raw)
 {
     if (raw.find('\r') != std::string::npos) raw = replaced(replaced(raw, "\r\n", "\n"), "\r", "\n");
-    raw_before_.swap(raw_);
+    if (!rewound_) raw_before_.swap(raw_);
+    rewound_ = false;
     raw_ = std::move(raw);
     repeats_ = is_static_ || (known_ && raw_before_ == raw_);
     known_ = true;
@@ -84,7 +85,7 @@ void TextPart::restart()
 
 void TextPart::rewind()
 {
-    raw_ = raw_before_;
+    rewound_ = true;
     restart();
 }
 

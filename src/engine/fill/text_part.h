@@ -48,7 +48,8 @@ private:
     std::string raw_, raw_before_, plain_;
     std::vector<TextRun> runs_;
     bool marked_ = false;
-    bool known_ = false;  ///< there was a value before
+    bool rewound_ = false;  ///< the value is taken once more; the one before stays the one before
+    bool known_ = false;    ///< there was a value before
     bool repeats_ = true;
     bool keep_all_ = false;
     bool takes_room_ = true;

@@ -99,6 +99,20 @@ TEST(Frames, GrowWithTheirContentAndGoOverPages)
     EXPECT_EQ(listed(result.pages), "[ 1\n2\n3\n4\n5\n@0+60 ]\n[ 6\n7\n8@0+35 ]\n");
 }
 
+TEST(Frames, AreReprintedWithTheRowTheyBelongTo)
+{
+    const std::string frame =
+        "<element kind=\"frame\" x=\"110\" y=\"0\" width=\"60\" height=\"15\" "
+        "printWhenDetailOverflows=\"true\">" +
+        text_field("\"row \" + $V{REPORT_COUNT}", 0, 15) + "</element>";
+    const std::string grows =
+        text_field("\"1\\n2\\n3\\n4\\n5\\n6\\n7\\n8\\n9\\n0\"", 0, 12, "textAdjust=\"StretchHeight\"");
+    const auto pages = listed(filled({detail(15, frame + grows)}, 2).pages);
+    EXPECT_EQ(pages,
+              "[ row 1@0+15 ] 1\n2\n3\n4\n5\n6\n7\n8\n9\n0@10+117 [ row 2@0+15 ] 1\n2\n3\n4\n5\n@130+60\n"
+              "[ row 2@0+15 ] 6\n7\n8\n9\n0@10+59\n");
+}
+
 TEST(Images, AreReadBesideTheDefinitionAndNowhereElse)
 {
     namespace fs = std::filesystem;
