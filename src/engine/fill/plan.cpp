@@ -51,6 +51,8 @@ public:
     void data();
 
 private:
+    struct BodyVisitor;
+
     BandPlan band(const model::Band& source, BandRole role, int group = kNoGroup);
     void band(BandPlan& target, const std::optional<model::Band>& source, BandRole role);
     void parts(ContainerPlan& container, const std::vector<model::Element>& elements, std::vector<size_t>& around);
@@ -150,6 +152,52 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
     part.link = link(chart.link);
 }
 
+/// Gives a part its kind and what belongs to it.
+struct PlanMaker::BodyVisitor {
+    PlanMaker& maker;
+    PartPlan& part;
+
+    void graphic(PartPlan::Kind kind) const
+    {
+        part.kind = kind;
+        part.look_kind = LookKind::Graphic;
+    }
+    void not_drawn(const std::string& name) const
+    {
+        const Position place = part.element->place;
+        maker.plan_.warnings.push_back("element '" + name + "' is not drawn (line " + std::to_string(place.line) +
+                                       ", column " + std::to_string(place.column) + ")");
+    }
+
+    void operator()(const model::StaticText&) const { part.kind = PartPlan::Kind::StaticText; }
+    void operator()(const model::TextField& field) const { maker.text_field(part, field); }
+    void operator()(const model::Line&) const { graphic(PartPlan::Kind::Line); }
+    void operator()(const model::Rectangle&) const { graphic(PartPlan::Kind::Rectangle); }
+    void operator()(const model::Ellipse&) const { graphic(PartPlan::Kind::Ellipse); }
+    void operator()(const model::Image& image) const
+    {
+        part.kind = PartPlan::Kind::Image;
+        part.look_kind = LookKind::Image;
+        part.expression = maker.compiled(image.expression, "image");
+        part.link = maker.link(image.link);
+        maker.evaluation(part, image.evaluation, image.evaluation_group);
+    }
+    void operator()(const model::Frame& frame) const
+    {
+        part.kind = PartPlan::Kind::Frame;
+        part.look_kind = LookKind::Frame;
+        part.children = std::make_unique<ContainerPlan>(maker.container(frame.children));
+    }
+    void operator()(const model::ElementGroup&) const {}
+    void operator()(const model::Break&) const { part.kind = PartPlan::Kind::Break; }
+    void operator()(const model::Chart& chart) const { maker.chart(part, chart); }
+    void operator()(const model::Subreport&) const { not_drawn("subreport"); }
+    void operator()(const model::ListComponent&) const { not_drawn("list"); }
+    void operator()(const model::TableComponent&) const { not_drawn("table"); }
+    void operator()(const model::Barcode&) const { not_drawn("barcode"); }
+    void operator()(const model::UnknownElement& unknown) const { not_drawn(unknown.kind); }
+};
+
 PartPlan PlanMaker::part(const model::Element& element)
 {
     PartPlan part;
@@ -169,51 +217,7 @@ PartPlan PlanMaker::part(const model::Element& element)
     flag(part.keep_full_text, element, kKeepFullText);
     flag(part.consume_space_on_overflow, element, kConsumeSpace);
 
-    using Kind = PartPlan::Kind;
-    const auto graphic = [&](Kind kind) {
-        part.kind = kind;
-        part.look_kind = LookKind::Graphic;
-    };
-    const auto unsupported = [&](const char* name) {
-        plan_.warnings.push_back(std::string("element '") + name + "' is not drawn (line " +
-                                 std::to_string(element.place.line) + ", column " +
-                                 std::to_string(element.place.column) + ")");
-    };
-    struct Visitor {
-        PlanMaker& maker;
-        PartPlan& part;
-        const decltype(graphic)& as_graphic;
-        const decltype(unsupported)& not_drawn;
-
-        void operator()(const model::StaticText&) const { part.kind = Kind::StaticText; }
-        void operator()(const model::TextField& field) const { maker.text_field(part, field); }
-        void operator()(const model::Line&) const { as_graphic(Kind::Line); }
-        void operator()(const model::Rectangle&) const { as_graphic(Kind::Rectangle); }
-        void operator()(const model::Ellipse&) const { as_graphic(Kind::Ellipse); }
-        void operator()(const model::Image& image) const
-        {
-            part.kind = Kind::Image;
-            part.look_kind = LookKind::Image;
-            part.expression = maker.compiled(image.expression, "image");
-            part.link = maker.link(image.link);
-            maker.evaluation(part, image.evaluation, image.evaluation_group);
-        }
-        void operator()(const model::Frame& frame) const
-        {
-            part.kind = Kind::Frame;
-            part.look_kind = LookKind::Frame;
-            part.children = std::make_unique<ContainerPlan>(maker.container(frame.children));
-        }
-        void operator()(const model::ElementGroup&) const {}
-        void operator()(const model::Break&) const { part.kind = Kind::Break; }
-        void operator()(const model::Chart& chart) const { maker.chart(part, chart); }
-        void operator()(const model::Subreport&) const { not_drawn("subreport"); }
-        void operator()(const model::ListComponent&) const { not_drawn("list"); }
-        void operator()(const model::TableComponent&) const { not_drawn("table"); }
-        void operator()(const model::Barcode&) const { not_drawn("barcode"); }
-        void operator()(const model::UnknownElement& unknown) const { not_drawn(unknown.kind.c_str()); }
-    };
-    std::visit(Visitor{*this, part, graphic, unsupported}, element.body);
+    std::visit(BodyVisitor{*this, part}, element.body);
     return part;
 }
 
