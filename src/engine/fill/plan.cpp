@@ -1,5 +1,6 @@
 #include "engine/fill/plan.h"
 
+#include "engine/definition/reader.h"
 #include "engine/fill/chart_plan.h"
 #include "engine/fill/plan_names.h"
 
@@ -60,6 +61,7 @@ private:
     PartPlan part(const model::Element& element);
     void text_field(PartPlan& part, const model::TextField& field);
     void chart(PartPlan& part, const model::Chart& chart);
+    void warn(const PartPlan& part, const std::string& name, const std::string& text);
     void evaluation(PartPlan& part, EvaluationTime time, const std::string& group);
     std::unique_ptr<LinkPlan> link(const model::Hyperlink& link);
     void flag(FlagPlan& flag, const model::Element& element, std::string_view property);
@@ -76,6 +78,11 @@ private:
 Expression PlanMaker::compiled(const model::ExpressionText& text, std::string_view what)
 {
     return text.present() ? compile(text.text, names_, text.place, what) : Expression();
+}
+
+void PlanMaker::warn(const PartPlan& part, const std::string& name, const std::string& text)
+{
+    plan_.warnings.push_back(Warning{part.element->place, name, text}.line());
 }
 
 uint32_t PlanMaker::source(const model::Element& element)
@@ -139,14 +146,12 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
     part.look_kind = LookKind::Image;
     evaluation(part, chart.evaluation, chart.evaluation_group);
     if (chart.run && !chart.run->dataset.empty()) {
-        plan_.warnings.push_back("a chart over the sub-dataset '" + chart.run->dataset + "' is not drawn (line " +
-                                 std::to_string(part.element->place.line) + ")");
+        warn(part, "chart", "over the sub-dataset '" + chart.run->dataset + "' is not drawn; the place stays empty");
         part.kind = PartPlan::Kind::Blank;
         return;
     }
     if (!chart_kind(chart.type)) {
-        plan_.warnings.push_back("a chart of the form '" + chart.type + "' is drawn with bars (line " +
-                                 std::to_string(part.element->place.line) + ")");
+        warn(part, "chart", "of the form '" + chart.type + "' is drawn with bars");
     }
     part.chart = plan_chart(chart, names_, definition_);
     part.link = link(chart.link);
@@ -162,12 +167,7 @@ struct PlanMaker::BodyVisitor {
         part.kind = kind;
         part.look_kind = LookKind::Graphic;
     }
-    void not_drawn(const std::string& name) const
-    {
-        const Position place = part.element->place;
-        maker.plan_.warnings.push_back("element '" + name + "' is not drawn (line " + std::to_string(place.line) +
-                                       ", column " + std::to_string(place.column) + ")");
-    }
+    void not_drawn(const std::string& name) const { maker.warn(part, name, "is not drawn; the place stays empty"); }
 
     void operator()(const model::StaticText&) const { part.kind = PartPlan::Kind::StaticText; }
     void operator()(const model::TextField& field) const { maker.text_field(part, field); }
@@ -195,7 +195,7 @@ struct PlanMaker::BodyVisitor {
     void operator()(const model::ListComponent&) const { not_drawn("list"); }
     void operator()(const model::TableComponent&) const { not_drawn("table"); }
     void operator()(const model::Barcode&) const { not_drawn("barcode"); }
-    void operator()(const model::UnknownElement& unknown) const { not_drawn(unknown.kind); }
+    void operator()(const model::UnknownElement&) const {}  // the reader has told
 };
 
 PartPlan PlanMaker::part(const model::Element& element)
@@ -206,11 +206,7 @@ PartPlan PlanMaker::part(const model::Element& element)
     part.print_when = compiled(element.print_when, "printWhenExpression");
     part.style_expression = compiled(element.style_expression, "styleExpression");
     part.style = plan_.styles->find(element.style);
-    if (!part.style && !element.style.empty()) {
-        plan_.warnings.push_back("style '" + element.style + "' is not there (line " +
-                                 std::to_string(element.place.line) + ")");
-        part.style = plan_.styles->find({});
-    }
+    if (!part.style) part.style = plan_.styles->find({});
     if (!element.print_when_group_changes.empty()) {
         part.new_group = group_index(definition_, element.print_when_group_changes, element.place);
     }
