@@ -358,9 +358,10 @@ TEST(CustomReport, HasABoxOfItsOwnForAMissingFile)
     EXPECT_EQ(company.boxes().at(0).icon, Icon::Critical);
 
     company.settings.set("Morvane\\Velora", "TESTCO_Report", "Format", "6");
-    Custom_Reports(company.state(), __FILE__, " Mine ", false, true);
+    const std::string any_file = std::string(VELORA_SOURCE_DIR) + "/README.md";
+    Custom_Reports(company.state(), any_file, " Mine ", false, true);
     EXPECT_THAT(company.state().gExportFile, testing::EndsWith("20260313 - Mine.xml"));
-    Custom_Reports(company.state(), __FILE__, "Mine", true, false);
+    Custom_Reports(company.state(), any_file, "Mine", true, false);
     EXPECT_EQ(company.user.captions, std::vector<std::string>{"Velora - Custom Report"});
 }
 
