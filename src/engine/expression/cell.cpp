@@ -307,6 +307,9 @@ std::optional<int> compared(const Cell& left, const Cell& right)
     const auto* left_text = left.get_if<std::string>();
     const auto* right_text = right.get_if<std::string>();
     if (left_text != nullptr && right_text != nullptr) return left_text->compare(*right_text);
+    if (is_text(left.value_class) && is_text(right.value_class)) {
+        return compared(converted(left, ValueClass::Text), converted(right, ValueClass::Text));
+    }
     if (is_date(left.value_class) && is_date(right.value_class)) {
         return sign(*left.get_if<DateTime>() <=> *right.get_if<DateTime>());
     }

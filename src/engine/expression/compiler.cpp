@@ -151,7 +151,8 @@ private:
     static bool comparable(ValueClass a, ValueClass b)
     {
         const auto open = [](ValueClass c) { return c == ValueClass::Object || c == ValueClass::Null; };
-        return open(a) || open(b) || a == b || (is_number(a) && is_number(b)) || (is_date(a) && is_date(b));
+        return open(a) || open(b) || a == b || (is_number(a) && is_number(b)) || (is_date(a) && is_date(b)) ||
+               (is_text(a) && is_text(b));
     }
 
     static std::string two_classes(std::string_view mark, std::string_view verb, ValueClass a, std::string_view joint,

@@ -13,6 +13,7 @@ namespace {
 using Units = Decimal::Units;
 __extension__ using UnsignedUnits = unsigned __int128;
 
+/// The greatest magnitude; the range is the same on both sides, so that every number can be negated.
 constexpr Units kTop = ((Units{1} << 126) - 1) + (Units{1} << 126);
 
 /// 10^power for 0 to 38.
@@ -30,7 +31,7 @@ Units power_of_ten(int power)
 std::optional<Units> times(Units left, Units right)
 {
     Units product = 0;
-    if (__builtin_mul_overflow(left, right, &product)) return std::nullopt;
+    if (__builtin_mul_overflow(left, right, &product) || product < -kTop) return std::nullopt;
     return product;
 }
 
@@ -230,7 +231,7 @@ std::optional<Decimal> add(const Decimal& left, const Decimal& right)
 {
     const auto both = aligned(left, right);
     Units sum = 0;
-    if (!both || __builtin_add_overflow(both->left, both->right, &sum)) return std::nullopt;
+    if (!both || __builtin_add_overflow(both->left, both->right, &sum) || sum < -kTop) return std::nullopt;
     return Decimal{sum, both->scale};
 }
 

@@ -1,9 +1,11 @@
 #include <unicode/dcfmtsym.h>
 #include <unicode/locid.h>
 #include <unicode/msgfmt.h>
+#include <unicode/uchar.h>
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <vector>
 
@@ -82,6 +84,37 @@ std::string padded(std::string text, const Directive& directive)
     return text.insert(0, directive.width - length, ' ');
 }
 
+/// Puts zeros of the locale between the sign and the digits. What has no digits, such as NaN, is left to blanks.
+void fill_with_zeros(std::string& text, size_t width, const Formatter& formatter)
+{
+    const size_t length = utf16_length(text);
+    const auto zero = formatter.format(cell::integer(0));
+    if (length >= width || !zero) return;
+    std::string zeros;
+    for (size_t at = length; at < width; ++at) zeros += *zero;
+    const auto wide = unicode(text);
+    int32_t first = 0;
+    while (first < wide.length() && !u_isdigit(wide.char32At(first))) ++first;
+    if (first == wide.length()) return;
+    text.insert(utf8_offset(text, first).value_or(0), zeros);
+}
+
+/// The digits of a whole number to the base 16, as many as its class has.
+std::string hexadecimal(const Cell& value, const Directive& directive)
+{
+    auto bits = static_cast<uint64_t>(cell::to_integer(value));
+    if (value.value_class != ValueClass::Long) bits &= 0xFFFFFFFFU;
+    std::array<char, 24> buffer{};
+    std::string text(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), bits, 16).ptr);
+    if (directive.has('0') && text.size() < directive.width) text.insert(0, directive.width - text.size(), '0');
+    return text;
+}
+
+std::string upper(const std::string& text, const std::string& locale)
+{
+    return utf8(unicode(text).toUpper(icu::Locale(locale.c_str())));
+}
+
 /// A number through the number patterns, with the directive's flags made into one.
 std::optional<std::string> number_text(const Cell& value, const Directive& directive, int places,
                                        const std::string& locale)
@@ -96,10 +129,7 @@ std::optional<std::string> number_text(const Cell& value, const Directive& direc
     if (!text) return std::nullopt;
     if (directive.has('+') && cell::to_double(value) >= 0) text->insert(0, "+");
     if (directive.has(' ') && cell::to_double(value) >= 0) text->insert(0, " ");
-    if (directive.has('0') && text->size() < directive.width) {
-        const size_t sign = text->find_first_of("0123456789");
-        text->insert(sign, directive.width - text->size(), '0');
-    }
+    if (directive.has('0')) fill_with_zeros(*text, directive.width, *formatter);
     return text;
 }
 
@@ -137,16 +167,24 @@ std::optional<std::string> directive_text(const Cell& value, const Directive& di
 {
     std::array<char, 64> buffer{};
     switch (directive.letter) {
-        case 's':
-        case 'S':
         case 'b': {
+            const bool* flag = value.get_if<bool>();
+            return (flag != nullptr ? *flag : !value.is_null()) ? "true" : "false";
+        }
+        case 's':
+        case 'S': {
             std::string text;
             cell::append_text(value, text);
             if (directive.places) text.resize(utf8_offset(text, *directive.places).value_or(text.size()));
+            return directive.letter == 'S' ? upper(text, locale) : text;
+        }
+        case 'c': {
+            if (value.is_null()) return "null";
+            if (!is_integer(value.value_class)) return std::nullopt;
+            std::string text;
+            cell::append_text(cell::converted(value, ValueClass::Character), text);
             return text;
         }
-        case 'c':
-            return value.is_null() ? "null" : *cell::converted(value, ValueClass::Text).get_if<std::string>();
         case 'd':
             if (value.is_null()) return "null";
             if (!is_integer(value.value_class)) return std::nullopt;
@@ -158,9 +196,8 @@ std::optional<std::string> directive_text(const Cell& value, const Directive& di
         case 'x':
         case 'X':
             if (!is_integer(value.value_class)) return std::nullopt;
-            std::snprintf(buffer.data(), buffer.size(), directive.letter == 'x' ? "%llx" : "%llX",
-                          static_cast<unsigned long long>(cell::to_integer(value)));
-            return std::string(buffer.data());
+            if (directive.letter == 'X') return upper(hexadecimal(value, directive), locale);
+            return hexadecimal(value, directive);
         case 'e':
             if (!is_number(value.value_class)) return std::nullopt;
             std::snprintf(buffer.data(), buffer.size(), "%.*e", std::min(directive.places.value_or(6), 20),

@@ -88,6 +88,7 @@ bool read_affix(std::string_view pattern, size_t& at, const Symbols& symbols, st
 bool read_digits(std::string_view pattern, size_t& at, PlainPattern& out)
 {
     bool point = false;
+    bool whole = false;
     bool optional_place = false;
     std::optional<size_t> since_group;
     for (; at < pattern.size() && std::string_view("#0,.").find(pattern[at]) != std::string_view::npos; ++at) {
@@ -106,10 +107,17 @@ bool read_digits(std::string_view pattern, size_t& at, PlainPattern& out)
         } else {
             if (c == '#' && out.least_whole > 0) return false;
             out.least_whole += c == '0' ? 1 : 0;
+            whole = true;
             if (since_group) ++*since_group;
         }
     }
     out.grouping = since_group.value_or(0);
+    if (point && out.most_places == 0) return false;  // the point is shown alone
+    if (point && out.least_whole == 0 && out.least_places == 0) {
+        // where no digit is asked for, the one before the point is
+        if (!whole) return false;
+        out.least_whole = 1;
+    }
     return out.most_places <= 60 && (out.most_places > 0 || out.least_whole > 0 || at > 0);
 }
 
@@ -266,7 +274,8 @@ public:
             UErrorCode status = U_ZERO_ERROR;
             format_->format(icu::StringPiece(decimal->text()), out, nullptr, status);
         } else {
-            format_->format(cell::to_double(cell), out);
+            const double number = cell::to_double(cell);
+            format_->format(std::isnan(number) ? std::abs(number) : number, out);  // "no number" has no sign
         }
         return utf8(out);
     }

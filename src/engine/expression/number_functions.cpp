@@ -136,6 +136,13 @@ Cell power(Call& call)
     return cell::decimal(result);
 }
 
+/// A whole number over a power of ten.
+Cell over_places(Call& call)
+{
+    const int places = places_of(call.integer(1));
+    return places < 0 ? Cell{} : cell::decimal(engine::Decimal{cell::to_integer(call.cell(0)), places});
+}
+
 /// Rounds to places as a sheet does: halves away from zero, on the decimal digits.
 Cell rounded_to(Call& call)
 {
@@ -167,7 +174,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {".", "abs",         "n",  Object,  absolute},
     {".", "min",         "nn", Object,  [](Call& c) { return greater(c, false); }},
     {".", "max",         "nn", Object,  [](Call& c) { return greater(c, true); }},
-    {".", "signum",      "n",  Integer, [](Call& c) { return cell::integer(static_cast<int64_t>(sign(cell::to_double(c.cell(0))))); }},
+    {".", "signum",      "n",  Integer, [](Call& c) { return cell::converted(cell::number(sign(cell::to_double(c.cell(0)))), Integer); }},
     {".", "scale",       "m",  Integer, [](Call& c) { return cell::integer(c.decimal(0).scale()); }},
     {".", "setScale",    "mi",  Decimal, with_exact_scale},
     {".", "setScale",    "mii", Decimal, [](Call& c) { return with_scale(c, c.integer(2)); }},
@@ -221,7 +228,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"Double",     "toString",    "n", Text,    as<Text>},
     {"Double",     "isNaN",       "f", Boolean, [](Call& c) { return cell::boolean(std::isnan(c.number(0))); }},
     {"BigDecimal", "valueOf",     "n", Decimal, as<Decimal>},
-    {"BigDecimal", "valueOf",     "ni", Decimal, [](Call& c) { return cell::decimal(engine::Decimal{cell::to_integer(c.cell(0)), std::max(places_of(c.integer(1)), 0)}); }},
+    {"BigDecimal", "valueOf",     "ni", Decimal, over_places},
     {"BigInteger", "valueOf",     "n", Long,    as<Long>},
 
     {"new", "Integer",    "n", Integer, as<Integer>},

@@ -236,8 +236,8 @@ Cell last_characters(Call& call)
 Cell middle_characters(Call& call)
 {
     const auto length = static_cast<int64_t>(utf16_length(call.text(0)));
-    const int64_t from = std::clamp<int64_t>(call.integer(1) - 1, 0, length);
-    return part_of(call.text(0), from, std::clamp<int64_t>(from + call.integer(2), from, length));
+    const int64_t from = std::clamp<int64_t>(call.integer(1), 1, length + 1) - 1;
+    return part_of(call.text(0), from, from + std::clamp<int64_t>(call.integer(2), 0, length - from));
 }
 
 Cell title_case(Call& call)
@@ -251,7 +251,8 @@ bool same(const Cell& left, const Cell& right)
 {
     if (left.is_null() || right.is_null()) return left.is_null() && right.is_null();
     if (is_date(left.value_class) && is_date(right.value_class)) return cell::equal(left, right);
-    if (left.value_class != right.value_class) return false;
+    const bool texts = is_text(left.value_class) && is_text(right.value_class);
+    if (left.value_class != right.value_class && !texts) return false;
     if (const auto* decimal = left.get_if<Decimal>()) {
         if (decimal->scale() != right.get_if<Decimal>()->scale()) return false;
     }
@@ -264,10 +265,12 @@ Cell compare_to(Call& call)
     return order ? cell::integer(*order < 0 ? -1 : *order > 0 ? 1 : 0) : Cell{};
 }
 
-bool same_ignoring_case(Call& call)
+int order_ignoring_case(Call& call)
 {
-    if (is_ascii(call.text(0)) && is_ascii(call.text(1))) return same_name(call.text(0), call.text(1));
-    return unicode(call.text(0)).caseCompare(unicode(call.text(1)), U_FOLD_CASE_DEFAULT) == 0;
+    if (is_ascii(call.text(0)) && is_ascii(call.text(1))) {
+        return lower_ascii(call.text(0)).compare(lower_ascii(call.text(1)));
+    }
+    return unicode(call.text(0)).caseCompare(unicode(call.text(1)), U_FOLD_CASE_DEFAULT);
 }
 
 Cell resource(Call& call)
@@ -307,9 +310,8 @@ constexpr auto kFunctions = std::to_array<Function>({
     {".", "isEmpty",   "t",  Boolean, [](Call& c) { return cell::boolean(c.text(0).empty()); }},
     {".", "isBlank",   "t",  Boolean, [](Call& c) { return cell::boolean(is_blank(c.text(0))); }},
     {".", "length",    "t",  Integer, [](Call& c) { return cell::integer(static_cast<int64_t>(utf16_length(c.text(0)))); }},
-    {".", "equalsIgnoreCase",    "tt", Boolean, [](Call& c) { return cell::boolean(same_ignoring_case(c)); }},
-    {".", "equalsIgnoreCase",    "ao", Boolean, [](Call&)   { return cell::boolean(false); }},
-    {".", "compareToIgnoreCase", "tt", Integer, [](Call& c) { return cell::integer(lower_ascii(c.text(0)).compare(lower_ascii(c.text(1)))); }},
+    {".", "equalsIgnoreCase",    "to", Boolean, [](Call& c) { return cell::boolean(c.cell(1).get_if<std::string>() != nullptr && order_ignoring_case(c) == 0); }},
+    {".", "compareToIgnoreCase", "tt", Integer, [](Call& c) { return cell::integer(order_ignoring_case(c)); }},
     {".", "substring",   "ti",  Text, rest_of},
     {".", "substring",   "tii", Text, [](Call& c) { return part_of(c.text(0), c.integer(1), c.integer(2)); }},
     {".", "toUpperCase", "t",   Text, upper, true},

@@ -41,6 +41,7 @@ public:
         std::vector<Token> tokens;
         do {
             pass_blanks();
+            after_minus_ = !tokens.empty() && tokens.back().kind == TokenKind::Mark && tokens.back().text == "-";
             tokens.push_back(next());
         } while (tokens.back().kind != TokenKind::End);
         return tokens;
@@ -158,6 +159,10 @@ private:
         if (!high || peek() != '\\' || peek(1) != 'u') return append_utf16(static_cast<char16_t>(first), out);
         ++at_;
         const char32_t second = unicode_unit(from);
+        if (second < 0xDC00 || second >= 0xE000) {
+            append_utf16(static_cast<char16_t>(first), out);
+            return append_utf16(static_cast<char16_t>(second), out);
+        }
         const char32_t character = 0x10000 + ((first - 0xD800) << 10) + ((second - 0xDC00) & 0x3FF);
         out += static_cast<char>(0xF0 | (character >> 18));
         out += static_cast<char>(0x80 | ((character >> 12) & 0x3F));
@@ -215,7 +220,11 @@ private:
             ++at_;
             whole = false;
         }
-        if (suffix == 'g' || suffix == 'G') return cell::decimal(Decimal::from_text(digits));
+        if (suffix == 'g' || suffix == 'G') {
+            const auto decimal = Decimal::from_text(digits);
+            if (!decimal) throw SyntaxError(from, "the number is out of range");
+            return cell::decimal(decimal);
+        }
         if (whole) return whole_literal(from, digits, 10);
         const std::string written = digits.front() == '.' ? "0" + digits : digits;
         double value = 0;
@@ -230,8 +239,9 @@ private:
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
         const bool is_long = peek() == 'L' || peek() == 'l';
         if (is_long) ++at_;
-        // one more than the greatest, because the minus sign before it is not part of the number
-        const uint64_t most = is_long ? uint64_t{1} << 63 : base == 16 ? 0xFFFFFFFFU : uint64_t{1} << 31;
+        const uint64_t least = is_long ? uint64_t{1} << 63 : uint64_t{1} << 31;  // its minus sign stands before it
+        const uint64_t bits = is_long ? ~uint64_t{0} : 0xFFFFFFFFU;
+        const uint64_t most = base == 16 ? bits : after_minus_ ? least : least - 1;
         if (error != std::errc{} || digits.empty() || value > most) {
             throw SyntaxError(from, is_long ? "the number is out of range"
                                             : "the number is out of the range of an Integer; write L behind it");
@@ -250,6 +260,7 @@ private:
 
     std::string_view text_;
     size_t at_ = 0;
+    bool after_minus_ = false;
 };
 
 }  // namespace

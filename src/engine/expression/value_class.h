@@ -38,6 +38,11 @@ constexpr bool is_integer(ValueClass c)
 {
     return c >= ValueClass::Character && c <= ValueClass::Long;
 }
+/// A letter in single quotes is a character in one dialect of the language and a text in the other.
+constexpr bool is_text(ValueClass c)
+{
+    return c == ValueClass::Text || c == ValueClass::Character;
+}
 constexpr bool is_date(ValueClass c)
 {
     return c >= ValueClass::Date && c <= ValueClass::Timestamp;

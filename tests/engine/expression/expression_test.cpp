@@ -1,37 +1,13 @@
 #include "engine/expression/expression.h"
 
-#include "expression_world.h"
+#include "expression_cases.h"
 #include "values/value.h"
 
 namespace velora::engine {
 namespace {
 
+using testing::check;
 using testing::World;
-
-struct Case {
-    const char* why;
-    const char* text;
-    Value expected;
-};
-
-std::string described(const Value& value)
-{
-    return value.is_null() ? "null" : to_text(value) + " of type " + std::to_string(static_cast<int>(value.type()));
-}
-
-void check(std::initializer_list<Case> cases)
-{
-    const World world;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.why) + ": " + c.text);
-        try {
-            const Value result = compile(c.text, world).evaluate(world);
-            EXPECT_TRUE(result == c.expected) << described(result) << " instead of " << described(c.expected);
-        } catch (const DefinitionError& error) {
-            ADD_FAILURE() << error.what();
-        }
-    }
-}
 
 Value money(int64_t ten_thousandths)
 {
