@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string>
 
 namespace velora::engine {
@@ -164,22 +165,21 @@ void check_styles(const std::vector<model::Style>& styles, std::vector<Warning>&
 {
     std::map<std::string, const model::Style*, std::less<>> by_name;
     for (const model::Style& style : styles) by_name[style.name] = &style;
+    std::set<const model::Style*> checked;  // with all that they inherit from
     for (const model::Style& style : styles) {
-        size_t steps = 0;
-        const model::Style* at = by_name.at(style.name);
-        while (at != nullptr && !at->parent.empty()) {
-            const auto parent = by_name.find(at->parent);
-            if (parent == by_name.end()) {
-                if (steps == 0) warnings.push_back({style.place, "style", "there is no style '" + at->parent + "'"});
-                break;
-            }
-            at = parent->second;
-            if (at == by_name.at(style.name)) {
-                throw DefinitionError(style.place, "style",
+        std::set<const model::Style*> way;
+        for (const model::Style* at = by_name.at(style.name); at != nullptr && !checked.contains(at);) {
+            if (!way.insert(at).second) {
+                throw DefinitionError(at->place, "style",
                                       "styles inherit from each other: " + cycle_from(*at, by_name));
             }
-            if (++steps > styles.size()) break;  // a cycle further up, found from one of its own styles
+            const auto parent = by_name.find(at->parent);
+            if (parent == by_name.end() && !at->parent.empty()) {
+                warnings.push_back({at->place, "style", "there is no style '" + at->parent + "'"});
+            }
+            at = parent == by_name.end() || at->parent.empty() ? nullptr : parent->second;
         }
+        checked.merge(way);
     }
 }
 

@@ -200,22 +200,36 @@ std::optional<std::filesystem::path> inside(const std::filesystem::path& folder,
     return folder / relative;
 }
 
-void add_template(const std::filesystem::path& file, std::vector<std::filesystem::path>& open,
-                  std::vector<model::Style>& styles, std::vector<Warning>& warnings)
-{
-    if (std::ranges::find(open, file) != open.end()) {
-        throw DefinitionError({}, "template", "the template " + file.string() + " includes itself");
+/// Collects the styles of a template and of what it includes.
+class TemplateStyles {
+public:
+    explicit TemplateStyles(std::vector<Warning>& warnings) : warnings_(warnings) {}
+
+    void add(const std::filesystem::path& file)
+    {
+        constexpr int kMostFiles = 1000;  // a template may be included twice, and those in it again
+        if (std::ranges::find(open_, file) != open_.end()) {
+            throw DefinitionError({}, "template", "the template " + file.string() + " includes itself");
+        }
+        if (++files_ > kMostFiles) throw DefinitionError({}, "template", "too many templates include each other");
+        open_.push_back(file);
+        auto parts = read_template_parts(contents_of(file), warnings_);
+        for (const auto& include : parts.includes) {
+            const auto path = inside(file.parent_path(), include);
+            if (!path) throw DefinitionError({}, "template", "the template '" + include + "' is outside the folder");
+            add(*path);
+        }
+        open_.pop_back();
+        std::ranges::move(parts.styles, std::back_inserter(styles));
     }
-    open.push_back(file);
-    auto parts = read_template_parts(contents_of(file), warnings);
-    for (const auto& include : parts.includes) {
-        const auto path = inside(file.parent_path(), include);
-        if (!path) throw DefinitionError({}, "template", "the template '" + include + "' is outside the folder");
-        add_template(*path, open, styles, warnings);
-    }
-    open.pop_back();
-    std::ranges::move(parts.styles, std::back_inserter(styles));
-}
+
+    std::vector<model::Style> styles;
+
+private:
+    std::vector<Warning>& warnings_;
+    std::vector<std::filesystem::path> open_;
+    int files_ = 0;
+};
 
 }  // namespace
 
@@ -250,10 +264,9 @@ std::vector<model::Style> read_template(std::string_view xml, std::vector<Warnin
 
 std::vector<model::Style> read_template_file(const std::filesystem::path& file, std::vector<Warning>& warnings)
 {
-    std::vector<model::Style> styles;
-    std::vector<std::filesystem::path> open;
-    add_template(file, open, styles, warnings);
-    return styles;
+    TemplateStyles all(warnings);
+    all.add(file);
+    return std::move(all.styles);
 }
 
 }  // namespace velora::engine
