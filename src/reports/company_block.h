@@ -3,12 +3,16 @@
 #include <span>
 
 #include "reports/columns.h"
+#include "values/text.h"
 
 namespace velora {
 
 /// The company of the session, as every report's pipe opens with it.
 struct CompanyBlock {
     const CompanyInfo& company;
+    bool trims;  ///< the documents trim its texts as all of theirs, the lists show them as they stand
+
+    [[nodiscard]] Value text(const std::string& value) const { return trims ? Value(trimmed(value)) : Value(value); }
 };
 
 /// 17 fields; the fax of the quote reports has room for 120 characters, that of the list reports for 30.

@@ -84,7 +84,7 @@ public:
 
     void fill()
     {
-        CompanyBlock company{accounting(state_).Company()};
+        CompanyBlock company{accounting(state_).Company(), false};
         for (size_t number = 1; !rows_.at_eof(); rows_.MoveNext(), ++number) {
             statements_.at_row(number);
             pipe_.AddNew();

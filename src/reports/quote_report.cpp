@@ -58,7 +58,7 @@ private:
 
     void write_document_header()
     {
-        CompanyBlock company{accounting(document_.state).Company()};
+        CompanyBlock company{accounting(document_.state).Company(), true};
         write_columns(pipe_, statements_, kCompanyStart, quote_company_columns(), company);
         write_columns(pipe_, statements_, header_start(), quote_header_columns(), document_);
         carry_fields(pipe_, kCompanyStart, detail_start());
@@ -81,10 +81,10 @@ private:
         write_details([](const DetailColumn& column) { return column.comment; }, row_);
     }
 
-    /// Charges go on with the numbering behind the last line.
+    /// Charges go on with the numbering behind the last line, as far as 16 bits reach.
     void write_charge(const MiscChargeRecord& record)
     {
-        row_.last_line = static_cast<int16_t>(row_.last_line + 1);
+        statements_.attempt("last line number", [&] { row_.last_line = to_int16(row_.last_line + 1); });
         ChargeRow charge{document_, record, row_.last_line};
         write_details([](const DetailColumn& column) { return column.charge; }, charge);
     }

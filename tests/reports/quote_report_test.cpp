@@ -142,6 +142,23 @@ TEST(QuoteReport, LeavesAFieldNullWhereItsStatementFallsAway)
     }
 }
 
+TEST(QuoteReport, KeepsTheLastLineNumberWhereSixteenBitsEnd)
+{
+    QuoteCompany company;
+    company.add({.number = 32767}).charge(1, "5");
+    EXPECT_EQ(shown(company.print().at(1), "Detail Line"), "32767");
+}
+
+TEST(QuoteReport, TrimsTheCompanyBlockWhichListsShowAsItStands)
+{
+    QuoteCompany company;
+    company.accounting("UPDATE CompanyInfo SET City = ' Halifax '");
+    company.add({}).product("INSERT INTO Customer (CustomerID, CustomerNumber, Exported) VALUES (1, 'A', 0)");
+    EXPECT_EQ(shown(company.print().at(0), "Company City"), "Halifax");
+    Print_CustomerList(company.state(), "list.rpt", false, true);
+    EXPECT_EQ(shown(company.engine.report->rows.at(0), "Company City"), " Halifax ");
+}
+
 TEST(QuoteReport, CountsEveryStatementThatFellAway)
 {
     QuoteCompany company;
