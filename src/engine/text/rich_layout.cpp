@@ -10,9 +10,14 @@ namespace {
 
 constexpr float kTolerance = 0.001F;
 
+bool is_blank(char c)
+{
+    return c == ' ' || c == '\t';
+}
+
 uint32_t without_trailing_blanks(std::string_view text, uint32_t begin, uint32_t end)
 {
-    while (end > begin && (text[end - 1] == ' ' || text[end - 1] == '\t')) --end;
+    while (end > begin && is_blank(text[end - 1])) --end;
     return end;
 }
 
@@ -72,18 +77,20 @@ bool RichLayout::place_by_characters(State& state)
             while (next < clusters_.size() && clusters_[next].begin == clusters_[i].begin) {
                 advance += clusters_[next++].advance;
             }
+            const uint32_t begin = clusters_[i].begin;
+            const uint32_t end = next < clusters_.size() ? clusters_[next].begin : piece.end;
+            const bool blank = end == begin + 1 && is_blank(state.request.text[begin]);  // hangs as between words
             const bool full = state.position + advance > state.builder.available() + kTolerance;
-            if (full && !state.empty) {
-                state.visible_end = clusters_[i].begin;
-                if (!end_line(state, clusters_[i].begin, false)) return false;
-            }
+            if (full && !blank && !state.empty && !end_line(state, begin, false)) return false;
             state.position += advance;
-            state.visible = state.position;
+            if (!blank) {
+                state.visible = state.position;
+                state.visible_end = end;
+            }
             state.metrics.include(metrics);
             state.empty = false;
             i = next;
         }
-        state.visible_end = piece.end;
     }
     return true;
 }
