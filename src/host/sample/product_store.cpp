@@ -57,7 +57,7 @@ void write_lists(RowWriter& out)
     };
     reason(1, "PRICE", "Price too high", 1);
     reason(2, "LEADTIME", "Could not deliver in time", 1);
-    reason(3, "SPEC", "Did not meet the specification", 1);
+    reason(3, "TECH", "Did not meet the technical requirements", 1);
     reason(4, "BUDGET", "Project cancelled or postponed", 1);
     reason(5, "SUPPLIER", "Bound to another supplier", 1);
     reason(6, "NORESP", "No answer", 1);
