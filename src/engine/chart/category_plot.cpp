@@ -101,6 +101,8 @@ private:
     ChartArea area_;
     ValueScale scale_;
     bool slanted_ = false;
+    float left_edge_ = 0;   ///< of everything, labels included
+    float mark_room_ = 0;   ///< longest label of the value axis
     float label_room_ = 0;  ///< longest category label
 };
 
@@ -110,8 +112,10 @@ void Plot::make_room()
     const Font& font = data_.label_font;
     const float line = board_.line_height(font);
     const ChartArea outer = area_;
-    float marks = 0, names = 0;
-    for (const double mark : scale_.marks()) marks = std::max(marks, board_.text_width(scale_.text(mark), font));
+    left_edge_ = area_.left;
+    float names = 0;
+    for (const double mark : scale_.marks())
+        mark_room_ = std::max(mark_room_, board_.text_width(scale_.text(mark), font));
     for (const std::string& name : data_.categories) names = std::max(names, board_.text_width(name, font));
     const std::string& below = lying_ ? data_.value_axis : data_.category_axis;
     const std::string& beside = lying_ ? data_.category_axis : data_.value_axis;
@@ -121,10 +125,11 @@ void Plot::make_room()
     if (lying_) {
         label_room_ = std::min(names, outer.width() * 0.35F);
         area_.left += label_room_ + kTick + kTextGap;
+        area_.left = std::max(area_.left, outer.left + mark_room_ / 2);
         area_.bottom -= line + kTick;
-        area_.right -= marks / 2;
+        area_.right -= mark_room_ / 2;
     } else {
-        area_.left += marks + kTick + kTextGap;
+        area_.left += mark_room_ + kTick + kTextGap;
         slanted_ = names > slot() - 2;
         label_room_ = slanted_ ? std::min(names, outer.height() * 0.5F) : slot();
         area_.bottom -= kTick + (slanted_ ? label_room_ * 0.71F + line * 0.71F : line);
@@ -146,10 +151,14 @@ void Plot::draw_titles(const ChartArea& outer)
 void Plot::draw_axes()
 {
     const Font& font = data_.label_font;
+    float free = area_.left - mark_room_;  // a lying axis leaves out the marks that would stand on others
     for (const double mark : scale_.marks()) {
         const float at = across(mark);
         if (lying_) {
             board_.line({at, area_.top}, {at, area_.bottom}, kGrid);
+            const float half = board_.text_width(scale_.text(mark), font) / 2;
+            if (at - half < free) continue;
+            free = at + half + kTextGap;
             board_.label({at, area_.bottom + kTick + font.size * 0.95F}, scale_.text(mark), font,
                          HorizontalAlign::Center);
         } else {
@@ -175,7 +184,9 @@ void Plot::draw_category_labels()
     const auto every = static_cast<size_t>(std::max(1.0F, std::ceil(line * (slanted_ ? 1.2F : 1.0F) / slot())));
     const size_t step = lying_ || slanted_ ? every : 1;
     for (size_t i = 0; i < data_.categories.size(); i += step) {
-        const std::string name = board_.fitted(data_.categories[i], font, label_room_);
+        // the first of slanted labels have no room to their left but that of the value axis
+        const float room = slanted_ ? std::min(label_room_, (along(i) - left_edge_) / std::cos(kSlant)) : label_room_;
+        const std::string name = board_.fitted(data_.categories[i], font, room);
         if (lying_) {
             board_.middle_label({area_.left - kTick - kTextGap, along(i)}, name, font, HorizontalAlign::Right);
         } else if (slanted_) {
