@@ -143,7 +143,7 @@ void Print_CustomerList(SessionState& state, const std::string& pReportString, b
 {
     run_report(state, "Print_CustomerList", [&] {
         open_definition(state, pReportString);
-        const auto pipe = create_pipe(state, customer_list_fields());
+        const auto pipe = create_pipe(state, pReportString, customer_list_fields());
         const auto rows = open_customers(state);
         if (!move_to_first(*rows)) return tell_no_data(state);
         CustomerPipe(state, *rows, *pipe).fill();

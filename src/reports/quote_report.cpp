@@ -131,7 +131,7 @@ void Print_Quote(SessionState& state, int32_t pQuoteID, const std::string& pRepo
 {
     run_report(state, "Print_Quote", [&] {
         open_definition(state, pReportString);
-        const auto pipe = create_pipe(state, quote_fields());
+        const auto pipe = create_pipe(state, pReportString, quote_fields());
         if (!Fetch_QuoteInfo(state, state.gQuote, pQuoteID)) return tell_not_found(state);
         Get_DetailPrRecordset(state, pQuoteID);
         Get_MiscChargeInfo(state, state.gMiscCharges, pQuoteID, state.gQuote.quCurCode);

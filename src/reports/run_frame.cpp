@@ -100,7 +100,8 @@ void open_definition(SessionState& state, const std::string& report_string)
     state.gCrReport = state.ports.engine->OpenReport(report_string);
 }
 
-std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, std::vector<PipeField> fields)
+std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, const std::string& report_string,
+                                               std::vector<PipeField> fields)
 {
     if (const auto missing = missing_fields(report_of(state), fields); !missing.empty()) {
         throw Fault(kUnknownField, "The report definition asks for " + missing +

@@ -31,7 +31,8 @@ void Show_ReportError(SessionState& state, const Fault& caught, std::string_view
 void open_definition(SessionState& state, const std::string& report_string);
 
 /// A new pipe for the opened definition. @throws Fault when the definition asks for a field that the list lacks
-std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, std::vector<PipeField> fields);
+std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, const std::string& report_string,
+                                               std::vector<PipeField> fields);
 
 /// Hands the finished pipe to the first table of the definition.
 void attach_pipe(SessionState& state, const DataPipeRecordset& pipe);

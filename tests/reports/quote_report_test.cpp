@@ -258,7 +258,7 @@ TEST(QuoteReport, NamesAFieldThatADefinitionAsksForInVain)
     company.engine.report->asked = {{"Quote Number", Value::Type::Text}, {"Quote Numbr", Value::Type::Text}};
     company.print();
     ASSERT_EQ(company.boxes().size(), 1U);
-    EXPECT_THAT(company.box_text(0), testing::HasSubstr("asks for \"Quote Numbr\","));
+    EXPECT_THAT(company.box_text(0), testing::HasSubstr("The report definition quote.rpt asks for \"Quote Numbr\","));
 }
 
 TEST(QuoteReport, HasTheSameRowsWithAndWithoutRememberedLookups)
