@@ -23,6 +23,11 @@ void set_module_width(Barcode& barcode, const Attribute& attribute)
     if (const auto width = attribute.number()) barcode.module_width = static_cast<double>(*width);
 }
 
+void set_orientation(Barcode&, const Attribute& attribute)
+{
+    if (attribute.text() != "up" && attribute.text() != "0") attribute.warn("barcodes are drawn upright");
+}
+
 // clang-format off
 constexpr auto kBarcodeRules = std::to_array<AttributeRule<Barcode>>({
     {"kind",                 set_nothing<Barcode>},
@@ -35,7 +40,7 @@ constexpr auto kBarcodeRules = std::to_array<AttributeRule<Barcode>>({
     {"barWidth",             set_module_width},
     {"errorCorrectionLevel", set_text<&Barcode::error_correction>},
     {"margin",               set_nothing<Barcode>},
-    {"orientation",          set_nothing<Barcode>},
+    {"orientation",          set_orientation},
     {"quietZone",            set_nothing<Barcode>},
     {"verticalQuietZone",    set_nothing<Barcode>},
     {"checksumRequired",     set_nothing<Barcode>},
@@ -74,6 +79,8 @@ Barcode read_barcode(Tag& tag, std::string_view type, bool shows_text)
 {
     Barcode out;
     out.type = type;
+    // the sets of Code 128 are chosen by what is to be written
+    if (type == "Code128A" || type == "Code128B" || type == "Code128C") out.type = "Code128";
     out.show_text = shows_text;
     tag.read<Barcode>(kBarcodeRules, out);
     tag.each_child([&](Tag& child) {

@@ -1,3 +1,4 @@
+#include "engine/fill/barcode_part.h"
 #include "engine/fill/chart_part.h"
 #include "engine/fill/frame_part.h"
 #include "engine/fill/image_part.h"
@@ -24,6 +25,8 @@ std::unique_ptr<Part> make_part(Run& run, const PartPlan& plan, const BandState&
             return std::make_unique<BreakPart>(run, plan, band);
         case PartPlan::Kind::Chart:
             return std::make_unique<ChartPart>(run, plan, band);
+        case PartPlan::Kind::Barcode:
+            return std::make_unique<BarcodePart>(run, plan, band);
         default:
             return std::make_unique<BlankPart>(run, plan, band);
     }

@@ -1,5 +1,6 @@
 #include "engine/fill/plan.h"
 
+#include "engine/chart/barcode.h"
 #include "engine/definition/reader.h"
 #include "engine/fill/chart_plan.h"
 #include "engine/fill/plan_names.h"
@@ -61,6 +62,7 @@ private:
     PartPlan part(const model::Element& element);
     void text_field(PartPlan& part, const model::TextField& field);
     void chart(PartPlan& part, const model::Chart& chart);
+    void barcode(PartPlan& part, const model::Barcode& barcode);
     void warn(const PartPlan& part, const std::string& name, const std::string& text);
     void evaluation(PartPlan& part, EvaluationTime time, const std::string& group);
     std::unique_ptr<LinkPlan> link(const model::Hyperlink& link);
@@ -157,6 +159,18 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
     part.link = link(chart.link);
 }
 
+void PlanMaker::barcode(PartPlan& part, const model::Barcode& barcode)
+{
+    if (!draws_barcode(barcode.type)) {
+        warn(part, "barcode", "of the type '" + barcode.type + "' is not drawn; the place stays empty");
+        return;
+    }
+    part.kind = PartPlan::Kind::Barcode;
+    part.look_kind = LookKind::Image;
+    part.expression = compiled(barcode.code, "codeExpression");
+    evaluation(part, barcode.evaluation, barcode.evaluation_group);
+}
+
 /// Gives a part its kind and what belongs to it.
 struct PlanMaker::BodyVisitor {
     PlanMaker& maker;
@@ -194,7 +208,7 @@ struct PlanMaker::BodyVisitor {
     void operator()(const model::Subreport&) const { not_drawn("subreport"); }
     void operator()(const model::ListComponent&) const { not_drawn("list"); }
     void operator()(const model::TableComponent&) const { not_drawn("table"); }
-    void operator()(const model::Barcode&) const { not_drawn("barcode"); }
+    void operator()(const model::Barcode& barcode) const { maker.barcode(part, barcode); }
     void operator()(const model::UnknownElement&) const {}  // the reader has told
 };
 

@@ -73,7 +73,19 @@ struct FlagPlan {
 
 /// One element of a band or frame.
 struct PartPlan {
-    enum class Kind : uint8_t { StaticText, TextField, Line, Rectangle, Ellipse, Image, Frame, Break, Chart, Blank };
+    enum class Kind : uint8_t {
+        StaticText,
+        TextField,
+        Line,
+        Rectangle,
+        Ellipse,
+        Image,
+        Frame,
+        Break,
+        Chart,
+        Barcode,
+        Blank
+    };
 
     Kind kind = Kind::Blank;
     const model::Element* element = nullptr;

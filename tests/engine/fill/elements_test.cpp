@@ -141,6 +141,37 @@ TEST(Images, AMissingOneIsAWarningAndTheReportGoesOn)
     EXPECT_NE(result.warnings[0].find("gone.png"), std::string::npos);
 }
 
+TEST(Barcodes, AreDrawnAndWhatTheTypeCannotHoldIsAWarning)
+{
+    const auto component = [](const std::string& type, const std::string& code) {
+        return R"(<element kind="component" x="0" y="0" width="120" height="40"><component kind="barcode4j:)" + type +
+               R"("><codeExpression><![CDATA[)" + code + "]]></codeExpression></component></element>";
+    };
+    struct Case {
+        const char* why;
+        const char* type;
+        const char* code;
+        bool drawn;
+        const char* warning;
+    };
+    for (const auto& c : {
+             Case{"a number", "EAN13", "\"4006381333931\"", true, ""},
+             Case{"text of the row", "Code128", "\"Q-\" + $V{REPORT_COUNT}", true, ""},
+             Case{"a square one", "QRCode", "\"Q-1\"", true, ""},
+             Case{"a wrong check digit", "EAN8", "\"12345678\"", false, "check digit"},
+             Case{"letters", "EAN13", "\"ABC\"", false, "digits only"},
+         }) {
+        const auto result = filled({detail(40, component(c.type, c.code))}, 1);
+        const auto& graphic = std::get<Graphic>(result.pages.at(0).elements.at(0).content);
+        EXPECT_EQ(!graphic.drawing->items.empty(), c.drawn) << c.why;
+        EXPECT_EQ(result.warnings.empty(), c.drawn) << c.why;
+        if (!c.drawn) {
+            EXPECT_NE(result.warnings.at(0).find(c.warning), std::string::npos) << c.why;
+        }
+    }
+    EXPECT_TRUE(filled({detail(40, component("EAN13", "null"))}, 1).pages.at(0).elements.empty()) << "null prints none";
+}
+
 TEST(Charts, ShowTheRowsOfTheReportAndAreDrawnWhenTheyAreComplete)
 {
     const std::string chart =

@@ -1,0 +1,153 @@
+#include "engine/chart/barcode.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "engine/text/measurer.h"
+
+namespace velora::engine {
+namespace {
+
+/// A linear barcode that is to be drawn; texts stand below from one module up to another.
+struct Linear {
+    struct Caption {
+        std::string text;
+        int from, to;
+    };
+    BarRow bars;
+    int quiet_left = 10, quiet_right = 10;
+    std::vector<Caption> captions;
+};
+
+void add_bar(Drawing& drawing, Point corner, float width, float height, Color color)
+{
+    Shape shape;
+    shape.path = {corner, Point{corner.x + width, corner.y}, Point{corner.x + width, corner.y + height},
+                  Point{corner.x, corner.y + height}};
+    shape.closed = true;
+    shape.filled = true;
+    shape.fill = color;
+    drawing.items.emplace_back(std::move(shape));
+}
+
+/// Width of a module: what was asked for where it fits.
+float module_width(float asked, float room)
+{
+    return asked > 0 && asked < room ? asked : room;
+}
+
+Linear code128(const BarcodeRequest& request)
+{
+    Linear linear;
+    linear.bars = code128_bars(code128_symbols(request.code));
+    std::string text = request.code;
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c); }, ' ');
+    linear.captions.push_back({text, 0, static_cast<int>(linear.bars.size())});
+    return linear;
+}
+
+Linear ean13(const BarcodeRequest& request)
+{
+    const std::string digits = ean_digits(request.code, 13);
+    return {ean_bars(digits),
+            11,
+            7,
+            {{digits.substr(0, 1), -9, -2}, {digits.substr(1, 6), 3, 45}, {digits.substr(7), 50, 92}}};
+}
+
+Linear ean8(const BarcodeRequest& request)
+{
+    const std::string digits = ean_digits(request.code, 8);
+    return {ean_bars(digits), 7, 7, {{digits.substr(0, 4), 3, 31}, {digits.substr(4), 36, 64}}};
+}
+
+void draw_linear(Drawing& drawing, const Linear& linear, const BarcodeRequest& request, Measurer& measurer)
+{
+    constexpr float kMostTextShare = 0.4F;
+    const auto count = static_cast<int>(linear.bars.size());
+    const auto modules = static_cast<float>(count + linear.quiet_left + linear.quiet_right);
+    const float module = module_width(request.module_width, drawing.width / modules);
+    const float left = (drawing.width - module * modules) / 2 + module * static_cast<float>(linear.quiet_left);
+    const auto x_of = [&](int at) { return left + module * static_cast<float>(at); };
+
+    Font font = request.font;
+    const float ask = measurer.line_height(font);
+    const float text_height = request.show_text ? std::min(ask, drawing.height * kMostTextShare) : 0;
+    if (ask > 0 && text_height > 0) font.size *= text_height / ask;
+    for (int at = 0; at < count;) {
+        int end = at;
+        while (end < count && linear.bars[static_cast<size_t>(end)] == linear.bars[static_cast<size_t>(at)]) ++end;
+        if (linear.bars[static_cast<size_t>(at)]) {
+            add_bar(drawing, {x_of(at), 0}, x_of(end) - x_of(at), drawing.height - text_height, request.fore);
+        }
+        at = end;
+    }
+    if (!request.show_text) return;
+    for (const auto& caption : linear.captions) {
+        Font fitted = font;
+        const float room = x_of(caption.to) - x_of(caption.from);
+        const float width = measurer.width(caption.text, font);
+        if (width > room && width > 0) fitted.size *= room / width;
+        drawing.items.emplace_back(
+            Label{{(x_of(caption.from) + x_of(caption.to)) / 2, drawing.height - font.size * 0.2F},
+                  caption.text,
+                  fitted,
+                  request.fore,
+                  HorizontalAlign::Center,
+                  0});
+    }
+}
+
+void draw_square(Drawing& drawing, const QrCode& code, const BarcodeRequest& request)
+{
+    constexpr int kQuiet = 4;
+    const auto modules = static_cast<float>(code.size + 2 * kQuiet);
+    const float module = module_width(request.module_width, std::min(drawing.width, drawing.height) / modules);
+    const auto inner = static_cast<float>(code.size) * module;
+    const Point corner{(drawing.width - inner) / 2, (drawing.height - inner) / 2};
+    for (int y = 0; y < code.size; ++y) {
+        for (int x = 0; x < code.size;) {
+            int end = x;
+            while (end < code.size && code.dark(end, y)) ++end;
+            if (end > x) {
+                add_bar(drawing, {corner.x + static_cast<float>(x) * module, corner.y + static_cast<float>(y) * module},
+                        static_cast<float>(end - x) * module, module, request.fore);
+            }
+            x = std::max(end, x + 1);
+        }
+    }
+}
+
+struct LinearType {
+    std::string_view name;
+    Linear (*make)(const BarcodeRequest&);
+};
+constexpr LinearType kLinear[] = {{"Code128", code128}, {"EAN13", ean13}, {"EAN8", ean8}};
+constexpr std::string_view kSquare = "QRCode";
+
+}  // namespace
+
+bool draws_barcode(std::string_view type)
+{
+    const auto is_type = [&](const LinearType& linear) { return linear.name == type; };
+    return type == kSquare || std::any_of(std::begin(kLinear), std::end(kLinear), is_type);
+}
+
+std::shared_ptr<const Drawing> draw_barcode(const BarcodeRequest& request, float width, float height,
+                                            Measurer& measurer)
+{
+    auto drawing = std::make_shared<Drawing>();
+    drawing->width = width;
+    drawing->height = height;
+    if (request.type == kSquare) {
+        draw_square(*drawing, qr_code(request.code, request.level), request);
+        return drawing;
+    }
+    for (const auto& linear : kLinear) {
+        if (linear.name == request.type) draw_linear(*drawing, linear.make(request), request, measurer);
+    }
+    return drawing;
+}
+
+}  // namespace velora::engine
