@@ -104,7 +104,7 @@ std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, const std::s
                                                std::vector<PipeField> fields)
 {
     if (const auto missing = missing_fields(report_of(state), fields); !missing.empty()) {
-        throw Fault(kUnknownField, "The report definition asks for " + missing +
+        throw Fault(kUnknownField, "The report definition " + report_string + " asks for " + missing +
                                        ", which the data of this report does not have. " +
                                        "Correct the name in the definition; the command \"fields\" lists the names.");
     }
