@@ -1,7 +1,13 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
+#include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,9 +18,10 @@
 #include <vector>
 
 /// Runs a fuzz target without libFuzzer: every file of a corpus (every line of a .lines file) as it is, then mutations
-/// of them for a number of rounds. The same corpus, rounds and seed give the same inputs.
+/// of them for a number of rounds, or of seconds. The same corpus, rounds and seed give the same inputs. An input that
+/// ends the program is left in the file that --keep names.
 ///
-///     fuzz_TARGET CORPUS... [--rounds N] [--seed N]
+///     fuzz_TARGET CORPUS... [--rounds N | --seconds N] [--seed N] [--keep FILE]
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
@@ -22,8 +29,26 @@ namespace {
 
 constexpr size_t kLongest = 1U << 20;
 
+/// The input that runs, for the handler that has no other way to it.
+const std::string* running = nullptr;
+const char* keep_in = nullptr;
+
+extern "C" void keep_input(int)
+{
+    if (keep_in != nullptr && running != nullptr) {
+        const int file = ::open(keep_in, O_WRONLY | O_CREAT | O_TRUNC, 0666);
+        if (file >= 0) {
+            [[maybe_unused]] const auto written = ::write(file, running->data(), running->size());
+            ::close(file);
+        }
+    }
+    std::signal(SIGABRT, SIG_DFL);
+    std::abort();
+}
+
 void run(const std::string& input)
 {
+    running = &input;
     LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
 }
 
@@ -119,27 +144,48 @@ uint64_t number(std::string_view text)
     return value;
 }
 
+/// What the command line asks for.
+struct Order {
+    std::vector<std::string> corpus;
+    uint64_t rounds = 1000;
+    std::chrono::seconds seconds{0};
+    uint64_t seed = 1;
+};
+
+Order read_order(int count, char** arguments)
+{
+    Order order;
+    for (int at = 1; at < count; ++at) {
+        const std::string_view argument = arguments[at];
+        const bool has_value = at + 1 < count;
+        if (argument == "--rounds" && has_value) {
+            order.rounds = number(arguments[++at]);
+        } else if (argument == "--seconds" && has_value) {
+            order.seconds = std::chrono::seconds(number(arguments[++at]));
+        } else if (argument == "--seed" && has_value) {
+            order.seed = number(arguments[++at]);
+        } else if (argument == "--keep" && has_value) {
+            keep_in = arguments[++at];
+        } else {
+            add_files(argument, order.corpus);
+        }
+    }
+    if (order.corpus.empty()) order.corpus.emplace_back();
+    return order;
+}
+
 }  // namespace
 
 int main(int count, char** arguments)
 {
-    std::vector<std::string> corpus;
-    uint64_t rounds = 1000;
-    uint64_t seed = 1;
-    for (int at = 1; at < count; ++at) {
-        const std::string_view argument = arguments[at];
-        if (argument == "--rounds" && at + 1 < count) {
-            rounds = number(arguments[++at]);
-        } else if (argument == "--seed" && at + 1 < count) {
-            seed = number(arguments[++at]);
-        } else {
-            add_files(argument, corpus);
-        }
-    }
-    if (corpus.empty()) corpus.emplace_back();
-    for (const auto& input : corpus) run(input);
-    Mutator mutator(corpus, seed);
-    for (uint64_t round = 0; round < rounds; ++round) run(mutator.next());
-    std::printf("%zu files and %llu mutations\n", corpus.size(), static_cast<unsigned long long>(rounds));
+    const Order order = read_order(count, arguments);
+    std::signal(SIGABRT, keep_input);
+    for (const auto& input : order.corpus) run(input);
+    Mutator mutator(order.corpus, order.seed);
+    const auto end = std::chrono::steady_clock::now() + order.seconds;
+    const bool timed = order.seconds.count() > 0;
+    uint64_t rounds = 0;
+    for (; timed ? std::chrono::steady_clock::now() < end : rounds < order.rounds; ++rounds) run(mutator.next());
+    std::printf("%zu files and %llu mutations\n", order.corpus.size(), static_cast<unsigned long long>(rounds));
     return 0;
 }
