@@ -5,7 +5,7 @@
 #include <gsf/gsf-msole-utils.h>
 #include <gsf/gsf-outfile-msole.h>
 #include <gsf/gsf-outfile.h>
-#include <gsf/gsf-output-stdio.h>
+#include <gsf/gsf-output-memory.h>
 #include <gsf/gsf-utils.h>
 
 #include "engine/export/xls_pictures.h"
@@ -102,17 +102,17 @@ std::string workbook_stream(const std::string& title, const XlsStyles& styles, c
     return stream.bytes();
 }
 
-[[noreturn]] void fail(const std::filesystem::path& path, const std::string& reason)
+[[noreturn]] void fail()
 {
-    throw Fault(fault::kPathAccess, path.string() + ": " + reason);
+    throw Fault(fault::kOverflow, "The workbook is too big.");
 }
 
-void write_child(GsfOutfile* container, const char* name, const std::string& bytes, const std::filesystem::path& path)
+void write_child(GsfOutfile* container, const char* name, const std::string& bytes)
 {
     const Object<GsfOutput> child(gsf_outfile_new_child(container, name, FALSE));
     const bool written =
         child && gsf_output_write(child.get(), bytes.size(), reinterpret_cast<const guint8*>(bytes.data())) == TRUE;
-    if (!written || gsf_output_close(child.get()) != TRUE) fail(path, "the workbook cannot be written");
+    if (!written || gsf_output_close(child.get()) != TRUE) fail();
 }
 
 void write_properties(GsfOutfile* container, const XlsProperties& properties)
@@ -136,22 +136,17 @@ void write_properties(GsfOutfile* container, const XlsProperties& properties)
 
 }  // namespace
 
-void write_xls_workbook(const std::filesystem::path& path, const XlsProperties& properties, const XlsStyles& styles,
+void write_xls_workbook(OutputFile& file, const XlsProperties& properties, const XlsStyles& styles,
                         const XlsStrings& strings, const std::vector<XlsSheet>& sheets)
 {
     gsf_init();
-    GError* error = nullptr;
-    const Object<GsfOutput> output(gsf_output_stdio_new(path.c_str(), &error));
-    if (!output) {
-        const std::string reason = error != nullptr ? error->message : "cannot be written";
-        g_clear_error(&error);
-        fail(path, reason);
-    }
+    const Object<GsfOutput> output(gsf_output_memory_new());
     const Object<GsfOutfile> container(gsf_outfile_msole_new(output.get()));
-    write_child(container.get(), "Workbook", workbook_stream(properties.title, styles, strings, sheets), path);
+    write_child(container.get(), "Workbook", workbook_stream(properties.title, styles, strings, sheets));
     write_properties(container.get(), properties);
-    // The container closes the file as well.
-    if (gsf_output_close(GSF_OUTPUT(container.get())) != TRUE) fail(path, "the workbook cannot be written");
+    if (gsf_output_close(GSF_OUTPUT(container.get())) != TRUE) fail();
+    const guint8* bytes = gsf_output_memory_get_bytes(GSF_OUTPUT_MEMORY(output.get()));
+    file.write({reinterpret_cast<const char*>(bytes), static_cast<size_t>(gsf_output_size(output.get()))});
 }
 
 }  // namespace velora::engine

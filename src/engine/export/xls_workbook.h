@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/export/output_file.h"
 #include "engine/export/xls_sheet.h"
 
 namespace velora::engine {
@@ -14,8 +15,8 @@ struct XlsProperties {
 };
 
 /// Writes the workbook: the container with the properties and the stream of all records.
-/// @throws Fault 75 with file name and reason
-void write_xls_workbook(const std::filesystem::path& path, const XlsProperties& properties, const XlsStyles& styles,
+/// @throws Fault 75 with file name and reason, Fault 6 for a workbook beyond what its container can hold
+void write_xls_workbook(OutputFile& file, const XlsProperties& properties, const XlsStyles& styles,
                         const XlsStrings& strings, const std::vector<XlsSheet>& sheets);
 
 }  // namespace velora::engine
