@@ -27,4 +27,17 @@ public:
     [[nodiscard]] virtual const Value& cell(size_t field) const = 0;
 };
 
+/// A table without fields and rows.
+class EmptyTable final : public TableSource {
+public:
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override { return false; }
+    void rewind() override {}
+    [[nodiscard]] const Value& cell(size_t) const override { return none_; }
+
+private:
+    std::vector<Field> fields_;
+    Value none_;
+};
+
 }  // namespace velora

@@ -60,18 +60,6 @@ private:
     fs::path path_;
 };
 
-class EmptyTable : public TableSource {
-public:
-    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
-    bool next() override { return false; }
-    void rewind() override {}
-    [[nodiscard]] const Value& cell(size_t) const override { return none_; }
-
-private:
-    std::vector<Field> fields_;
-    Value none_;
-};
-
 class EngineReport : public OpenedReport {
 public:
     EngineReport(std::unique_ptr<engine::Report> report, std::vector<std::string> warnings,

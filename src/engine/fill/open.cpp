@@ -32,18 +32,6 @@ public:
     [[nodiscard]] std::optional<Name> parameter(std::string_view) const override { return {}; }
 };
 
-class NoTable : public TableSource {
-public:
-    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
-    bool next() override { return false; }
-    void rewind() override {}
-    [[nodiscard]] const Value& cell(size_t) const override { return none_; }
-
-private:
-    std::vector<Field> fields_;
-    Value none_;
-};
-
 void add_templates(model::Definition& definition, std::vector<Warning>& warnings)
 {
     const MomentEnvironment::Shared shared;
@@ -183,7 +171,7 @@ std::map<std::string, std::string, std::less<>> read_resources(const model::Defi
 
 std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options)
 {
-    NoTable nothing;
+    EmptyTable nothing;
     const Rows rows(report.plan(), nothing, options.parameters, {{}, options.surroundings, options.resources, {}}, {});
     std::map<std::string, Value, std::less<>> values;
     for (size_t slot = 0; slot < report.plan().parameters.size(); ++slot) {
