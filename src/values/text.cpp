@@ -56,6 +56,7 @@ std::string_view cut_to_characters(std::string_view utf8, size_t characters)
 
 std::string replaced(std::string_view text, std::string_view what, std::string_view by)
 {
+    if (what.empty()) return std::string(text);
     std::string result;
     size_t from = 0;
     for (size_t at = text.find(what); at != std::string_view::npos; at = text.find(what, from)) {

@@ -101,7 +101,9 @@ DateTime to_date(const Value& value)
     const double serial = to_number(value);
     const double day = std::floor(serial);
     if (!(day > -657435 && day < 2958466)) throw fault::overflow();
-    return {static_cast<int32_t>(day), static_cast<int32_t>(std::lround((serial - day) * 86400.0)) % 86400};
+    constexpr int32_t kDay = 86400;
+    const auto second = static_cast<int32_t>(std::lround((serial - day) * kDay));
+    return {static_cast<int32_t>(day) + second / kDay, second % kDay};
 }
 
 std::optional<DateTime> date_in(const Value& value)

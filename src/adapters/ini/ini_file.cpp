@@ -46,13 +46,50 @@ void load(CSimpleIniA& ini, const fs::path& path)
     if (!content.empty() && ini.LoadData(content) < 0) throw unreadable(path, EINVAL);
 }
 
-/// Names and values take one line of the file each.
+/// A name or a value takes one line of the file.
 std::string one_line(std::string_view text)
 {
     std::string line(text);
     std::replace_if(
         line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
     return line;
+}
+
+bool is_hexadecimal(std::string_view text)
+{
+    return text.size() == 2 && text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
+}
+
+/// A name as the file can hold it: what would end it, begin something else or be trimmed is written as %XX.
+std::string name_in_file(std::string_view given, std::string_view marks, std::string_view first_marks)
+{
+    const std::string name = one_line(given);
+    std::string out;
+    for (size_t at = 0; at < name.size(); ++at) {
+        const char c = name[at];
+        const bool at_end = at == 0 || at + 1 == name.size();
+        const bool is_harmful = marks.find(c) != std::string_view::npos ||
+                                (at == 0 && first_marks.find(c) != std::string_view::npos) ||
+                                (at_end && (c == ' ' || c == '\t')) ||
+                                (c == '%' && is_hexadecimal(std::string_view(name).substr(at + 1, 2)));
+        constexpr std::string_view kDigits = "0123456789ABCDEF";
+        if (!is_harmful) {
+            out += c;
+        } else {
+            out.append({'%', kDigits[static_cast<unsigned char>(c) / 16], kDigits[static_cast<unsigned char>(c) % 16]});
+        }
+    }
+    return out;
+}
+
+std::string section_in_file(std::string_view name)
+{
+    return name_in_file(name, "]", "");
+}
+
+std::string key_in_file(std::string_view name)
+{
+    return name_in_file(name, "=", "[;#");
 }
 
 bool is_quoted(std::string_view text)
@@ -86,7 +123,7 @@ std::string IniFile::read(std::string_view section, std::string_view key, std::s
 {
     CSimpleIniA ini;
     load(ini, path_);
-    const char* value = ini.GetValue(one_line(section).c_str(), one_line(key).c_str());
+    const char* value = ini.GetValue(section_in_file(section).c_str(), key_in_file(key).c_str());
     return value != nullptr ? decoded(value) : std::string(otherwise);
 }
 
@@ -105,14 +142,14 @@ void IniFile::change(Change change) const
 void IniFile::write(std::string_view section, std::string_view key, std::string_view value) const
 {
     change([&](CSimpleIniA& ini) {
-        ini.SetValue(one_line(section).c_str(), one_line(key).c_str(), encoded(value).c_str());
+        ini.SetValue(section_in_file(section).c_str(), key_in_file(key).c_str(), encoded(value).c_str());
     });
 }
 
 void IniFile::delete_section(std::string_view section) const
 {
     if (!exists()) return;
-    change([&](CSimpleIniA& ini) { ini.Delete(one_line(section).c_str(), nullptr); });
+    change([&](CSimpleIniA& ini) { ini.Delete(section_in_file(section).c_str(), nullptr); });
 }
 
 }  // namespace velora::ini

@@ -8,7 +8,8 @@ namespace velora::ini {
 
 /// A text file of sections and keys in UTF-8. Every call reads the file anew; a change is made under a lock on its
 /// folder and comes into being as a whole, so that several programs may write at the same time. Order and comments
-/// stay. A value with blanks at its ends stands between double quotes in the file; line ends in it become blanks.
+/// stay. A value with blanks at its ends stands between double quotes in the file; line ends in it become blanks. Marks
+/// in a section's or key's name that would mean something else in the file stand there as %XX.
 class IniFile {
 public:
     explicit IniFile(std::filesystem::path path) : path_(std::move(path)) {}
