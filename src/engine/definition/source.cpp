@@ -10,6 +10,13 @@ namespace {
 constexpr size_t kLargest = 64U << 20;
 constexpr int kDeepest = 100;
 constexpr size_t kMostWarnings = 1000;
+constexpr size_t kBlock = 1024;
+
+size_t count_characters(std::string_view text)
+{
+    return static_cast<size_t>(
+        std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
 
 /// Length of the character at the front; 0 when it is no UTF-8.
 size_t character_length(std::string_view text)
@@ -69,6 +76,10 @@ SourceText::SourceText(std::string_view xml, std::vector<Warning>& warnings) : w
     buffer_ = written_;
     lines_.push_back(0);
     for (size_t at = 0; (at = written_.find('\n', at)) != std::string::npos;) lines_.push_back(++at);
+    for (size_t at = 0, count = 0; at <= written_.size(); at += kBlock) {
+        characters_.push_back(count);
+        count += count_characters(std::string_view(written_).substr(at, kBlock));
+    }
     const auto result = document_.load_buffer_inplace(buffer_.data(), buffer_.size(),
                                                       pugi::parse_default | pugi::parse_ws_pcdata_single,
                                                       wide ? pugi::encoding_auto : pugi::encoding_utf8);
@@ -91,10 +102,14 @@ Position SourceText::place_of(size_t offset) const
 {
     offset = std::min(offset, written_.size());
     const auto line = std::upper_bound(lines_.begin(), lines_.end(), offset) - 1;
-    const auto before = std::string_view(written_).substr(*line, offset - *line);
-    const auto characters =
-        std::ranges::count_if(before, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+    const size_t characters = characters_before(offset) - characters_before(*line);
     return {static_cast<uint32_t>(line - lines_.begin() + 1), static_cast<uint32_t>(characters + 1)};
+}
+
+size_t SourceText::characters_before(size_t offset) const
+{
+    const size_t block = offset / kBlock;
+    return characters_[block] + count_characters(std::string_view(written_).substr(block * kBlock, offset % kBlock));
 }
 
 void SourceText::warn(Position place, std::string_view element, std::string text)

@@ -22,12 +22,14 @@ public:
 
 private:
     [[nodiscard]] Position place_of(size_t offset) const;
+    [[nodiscard]] size_t characters_before(size_t offset) const;
     void check_depth() const;
 
     std::string written_;  ///< in UTF-8, unless it is in UTF-16
     std::string buffer_;   ///< a copy that the document points into and has changed
     pugi::xml_document document_;
-    std::vector<size_t> lines_;  ///< where each line starts
+    std::vector<size_t> lines_;       ///< where each line starts
+    std::vector<size_t> characters_;  ///< before each block of bytes: a file may be a single line
     std::vector<Warning>& warnings_;
 };
 
