@@ -13,6 +13,7 @@ void Filler::note_row(Moment moment)
 void Filler::place(Band& band, int x, Moment moment)
 {
     y_ += band.emit(x, y_);
+    if (run_.row_ends) run_.row_ends->push_back(y_);
     note_row(moment);
 }
 

@@ -1,6 +1,7 @@
 #include "engine/fill/chart_part.h"
 
 #include "engine/fill/arithmetic.h"
+#include "engine/fill/nested_fill.h"
 
 namespace velora::engine {
 
@@ -61,7 +62,7 @@ void ChartFeed::count(const Environment& now)
                         series.category.text(now).value_or(std::string()),
                         value.is_null() ? std::nullopt : std::optional(as_double(value))});
     }
-    if (plan_.chart->increment != ReportPart::None) return;
+    if (plan_.chart->increment != ReportPart::None && !plan_.rows) return;
     for (const auto& point : row_) {
         add(point);
     }
@@ -148,7 +149,7 @@ ChartData ChartFeed::data(const Environment& environment, const Style& style) co
 ChartPart::ChartPart(Run& run, const PartPlan& plan, const BandState& band)
     : Part(run, plan, band), feed_(std::make_shared<ChartFeed>(*plan.chart))
 {
-    run.charts.push_back(feed_);
+    if (!plan.chart->rows) run.charts.push_back(feed_);
 }
 
 void ChartPart::evaluate(Moment moment)
@@ -161,6 +162,10 @@ void ChartPart::evaluate(Moment moment)
 
 std::shared_ptr<const Drawing> ChartPart::drawn(Moment moment, const Place& place)
 {
+    if (plan_.chart->rows) {
+        feed_ = std::make_shared<ChartFeed>(*plan_.chart);
+        read_nested(run_, *plan_.chart->rows, moment, [&](const Environment& row) { feed_->count(row); });
+    }
     return draw_chart(feed_->data(run_.at(moment), *dress_->style), static_cast<float>(place.width),
                       static_cast<float>(place.height), run_.measurer);
 }

@@ -5,21 +5,30 @@
 namespace velora::engine {
 
 std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& names,
-                                      const model::Definition& definition)
+                                      const model::Definition& definition, std::unique_ptr<NestedPlan> rows)
 {
-    const auto compiled = [&](const model::ExpressionText& text) {
-        return text.present() ? compile(text.text, names, text.place, "chart") : Expression();
+    std::optional<PlanNames> own_names;
+    if (rows) own_names.emplace(*rows->report);
+    const Names& names_of_rows = own_names ? *own_names : names;
+    const auto compiled_with = [](const Names& known, const model::ExpressionText& text) {
+        return text.present() ? compile(text.text, known, text.place, "chart") : Expression();
     };
+    const auto compiled = [&](const model::ExpressionText& text) { return compiled_with(names, text); };
+    const auto of_row = [&](const model::ExpressionText& text) { return compiled_with(names_of_rows, text); };
     auto plan = std::make_unique<ChartPlan>();
     plan->chart = &chart;
     plan->title = compiled(chart.title);
     plan->subtitle = compiled(chart.subtitle);
     plan->category_axis = compiled(chart.category_axis_label);
     plan->value_axis = compiled(chart.value_axis_label);
-    plan->increment_when = compiled(chart.increment_when);
+    plan->increment_when = of_row(chart.increment_when);
     for (const auto& series : chart.series) {
         plan->series.push_back(
-            {compiled(series.series), compiled(series.category), compiled(series.value), compiled(series.label)});
+            {of_row(series.series), of_row(series.category), of_row(series.value), of_row(series.label)});
+    }
+    if (rows) {
+        plan->rows = std::move(rows);
+        return plan;
     }
     if (chart.reset == model::Moment::Group) plan->reset_group = group_index(definition, chart.reset_group, {});
     if (chart.increment == model::Moment::Group) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/chart/chart.h"
+#include "engine/fill/nested_plan.h"
 #include "engine/fill/plan.h"
 
 namespace velora::engine {
@@ -17,6 +18,7 @@ struct ChartPlan {
     const model::Chart* chart = nullptr;
     Expression title, subtitle, category_axis, value_axis, increment_when;
     std::vector<SeriesPlan> series;
+    std::unique_ptr<NestedPlan> rows;  ///< of a sub-dataset; null when the rows of the report feed the chart
     int reset_group = kNoGroup;
     int increment_group = kNoGroup;
 };
@@ -25,6 +27,6 @@ struct ChartPlan {
 std::optional<ChartKind> chart_kind(std::string_view name);
 
 std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& names,
-                                      const model::Definition& definition);
+                                      const model::Definition& definition, std::unique_ptr<NestedPlan> rows);
 
 }  // namespace velora::engine

@@ -2,6 +2,7 @@
 #include "engine/fill/chart_part.h"
 #include "engine/fill/frame_part.h"
 #include "engine/fill/image_part.h"
+#include "engine/fill/nested_part.h"
 #include "engine/fill/simple_parts.h"
 #include "engine/fill/text_part.h"
 
@@ -27,6 +28,8 @@ std::unique_ptr<Part> make_part(Run& run, const PartPlan& plan, const BandState&
             return std::make_unique<ChartPart>(run, plan, band);
         case PartPlan::Kind::Barcode:
             return std::make_unique<BarcodePart>(run, plan, band);
+        case PartPlan::Kind::Nested:
+            return std::make_unique<NestedPart>(run, plan, band);
         default:
             return std::make_unique<BlankPart>(run, plan, band);
     }

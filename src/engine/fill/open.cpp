@@ -13,18 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A name relative to the definition may not lead out of its folder.
-std::optional<fs::path> beside(const model::Definition& definition, const std::string& name)
-{
-    if (fs::path(name).is_absolute()) return fs::path(name);
-    std::error_code error;
-    const fs::path folder = fs::weakly_canonical(definition.folder.empty() ? "." : definition.folder, error);
-    const fs::path file = fs::weakly_canonical(folder / name, error);
-    const auto relative = file.lexically_relative(folder);
-    if (error || relative.empty() || *relative.begin() == "..") return std::nullopt;
-    return file;
-}
-
 class NoNames : public Names {
 public:
     [[nodiscard]] std::optional<Name> field(std::string_view) const override { return {}; }
@@ -101,12 +89,28 @@ bool ends_in_backslash(std::string_view line)
 
 }  // namespace
 
+std::optional<fs::path> beside(const model::Definition& definition, const std::string& name)
+{
+    if (fs::path(name).is_absolute()) return fs::path(name);
+    std::error_code error;
+    const fs::path folder = fs::weakly_canonical(definition.folder.empty() ? "." : definition.folder, error);
+    const fs::path file = fs::weakly_canonical(folder / name, error);
+    const auto relative = file.lexically_relative(folder);
+    if (error || relative.empty() || *relative.begin() == "..") return std::nullopt;
+    return file;
+}
+
+model::Definition load_definition(const fs::path& file, std::vector<Warning>& warnings)
+{
+    model::Definition definition = read_definition_file(file, warnings);
+    if (!definition.templates.empty()) add_templates(definition, warnings);
+    return definition;
+}
+
 std::unique_ptr<Report> open_report(const fs::path& file, std::vector<std::string>& warnings)
 {
     std::vector<Warning> met;
-    auto definition = std::make_shared<model::Definition>(read_definition_file(file, met));
-    if (!definition->templates.empty()) add_templates(*definition, met);
-    auto report = std::make_unique<Report>(std::move(definition));
+    auto report = std::make_unique<Report>(std::make_shared<model::Definition>(load_definition(file, met)));
     for (const auto& warning : met) {
         warnings.push_back(warning.line());
     }

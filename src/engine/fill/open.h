@@ -6,9 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "engine/definition/reader.h"
 #include "engine/fill/report.h"
 
 namespace velora::engine {
+
+/// Reads a definition file with the styles of its templates. @throws DefinitionError
+model::Definition load_definition(const std::filesystem::path& file, std::vector<Warning>& warnings);
+
+/// The file of that name beside a definition; none for a relative name that leads out of the definition's folder.
+std::optional<std::filesystem::path> beside(const model::Definition& definition, const std::string& name);
 
 /// Opens a definition file with the style templates that it names, ready to be filled.
 ///

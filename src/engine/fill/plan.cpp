@@ -3,6 +3,7 @@
 #include "engine/chart/barcode.h"
 #include "engine/definition/reader.h"
 #include "engine/fill/chart_plan.h"
+#include "engine/fill/nested_plan.h"
 #include "engine/fill/plan_names.h"
 
 namespace velora::engine {
@@ -46,7 +47,10 @@ bool looks_at_variable(const Expression& expression)
 /// Turns bands and elements of the definition into plans.
 class PlanMaker {
 public:
-    PlanMaker(ReportPlan& plan, const Names& names) : plan_(plan), names_(names), definition_(*plan.definition) {}
+    PlanMaker(ReportPlan& plan, const Names& names, const Opening& opening)
+        : plan_(plan), names_(names), opening_(opening), definition_(*plan.definition)
+    {
+    }
 
     void bands();
     void groups();
@@ -62,6 +66,8 @@ private:
     PartPlan part(const model::Element& element);
     void text_field(PartPlan& part, const model::TextField& field);
     void chart(PartPlan& part, const model::Chart& chart);
+    void nested(PartPlan& part, std::unique_ptr<NestedPlan> nested);
+    [[nodiscard]] Around around() { return {plan_, names_, opening_, plan_.warnings}; }
     void barcode(PartPlan& part, const model::Barcode& barcode);
     void warn(const PartPlan& part, const std::string& name, const std::string& text);
     void evaluation(PartPlan& part, EvaluationTime time, const std::string& group);
@@ -72,6 +78,7 @@ private:
 
     ReportPlan& plan_;
     const Names& names_;
+    const Opening& opening_;
     const model::Definition& definition_;
     BandRole role_ = BandRole::Detail;
     int group_ = kNoGroup;
@@ -147,16 +154,29 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
     part.kind = PartPlan::Kind::Chart;
     part.look_kind = LookKind::Image;
     evaluation(part, chart.evaluation, chart.evaluation_group);
+    std::unique_ptr<NestedPlan> rows;
     if (chart.run && !chart.run->dataset.empty()) {
-        warn(part, "chart", "over the sub-dataset '" + chart.run->dataset + "' is not drawn; the place stays empty");
-        part.kind = PartPlan::Kind::Blank;
-        return;
+        rows = plan_dataset_run(*part.element, *chart.run, around());
+        if (!rows) {
+            part.kind = PartPlan::Kind::Blank;
+            return;
+        }
+        plan_.shares_rows |= rows->own_rows;
     }
     if (!chart_kind(chart.type)) {
         warn(part, "chart", "of the form '" + chart.type + "' is drawn with bars");
     }
-    part.chart = plan_chart(chart, names_, definition_);
+    part.chart = plan_chart(chart, names_, definition_, std::move(rows));
     part.link = link(chart.link);
+}
+
+void PlanMaker::nested(PartPlan& part, std::unique_ptr<NestedPlan> nested)
+{
+    if (!nested) return;  // it has been told why
+    part.kind = PartPlan::Kind::Nested;
+    part.look_kind = LookKind::Frame;
+    plan_.shares_rows |= nested->own_rows || nested->report->shares_rows;
+    part.nested = std::move(nested);
 }
 
 void PlanMaker::barcode(PartPlan& part, const model::Barcode& barcode)
@@ -181,7 +201,6 @@ struct PlanMaker::BodyVisitor {
         part.kind = kind;
         part.look_kind = LookKind::Graphic;
     }
-    void not_drawn(const std::string& name) const { maker.warn(part, name, "is not drawn; the place stays empty"); }
 
     void operator()(const model::StaticText&) const { part.kind = PartPlan::Kind::StaticText; }
     void operator()(const model::TextField& field) const { maker.text_field(part, field); }
@@ -205,9 +224,18 @@ struct PlanMaker::BodyVisitor {
     void operator()(const model::ElementGroup&) const {}
     void operator()(const model::Break&) const { part.kind = PartPlan::Kind::Break; }
     void operator()(const model::Chart& chart) const { maker.chart(part, chart); }
-    void operator()(const model::Subreport&) const { not_drawn("subreport"); }
-    void operator()(const model::ListComponent&) const { not_drawn("list"); }
-    void operator()(const model::TableComponent&) const { not_drawn("table"); }
+    void operator()(const model::Subreport& subreport) const
+    {
+        maker.nested(part, plan_subreport(*part.element, subreport, maker.around()));
+    }
+    void operator()(const model::ListComponent& list) const
+    {
+        maker.nested(part, plan_list(*part.element, list, maker.around()));
+    }
+    void operator()(const model::TableComponent& table) const
+    {
+        maker.nested(part, plan_table(*part.element, table, maker.around()));
+    }
     void operator()(const model::Barcode& barcode) const { maker.barcode(part, barcode); }
     void operator()(const model::UnknownElement&) const {}  // the reader has told
 };
@@ -343,15 +371,24 @@ void PlanMaker::data()
 
 std::shared_ptr<const ReportPlan> make_plan(std::shared_ptr<const model::Definition> definition)
 {
+    return make_plan(std::move(definition), Opening());
+}
+
+std::shared_ptr<const ReportPlan> make_plan(std::shared_ptr<const model::Definition> definition, Opening opening)
+{
     auto plan = std::make_shared<ReportPlan>();
     plan->definition = std::move(definition);
+    std::error_code error;
+    const auto file = std::filesystem::weakly_canonical(plan->definition->path, error);
+    const bool is_new = opening.files.empty() || opening.files.back() != file;
+    if (!plan->definition->path.empty() && is_new) opening.files.push_back(file);
     plan->sources.emplace_back();
     plan->parameters = plan_parameters(*plan->definition);
     plan->fields = plan_fields(*plan->definition);
     plan->variables = plan_variables(*plan->definition);
     const PlanNames names(*plan);
     plan->styles = std::make_unique<StylePlans>(*plan->definition, names);
-    PlanMaker maker(*plan, names);
+    PlanMaker maker(*plan, names, opening);
     maker.data();
     maker.groups();
     maker.bands();

@@ -59,6 +59,7 @@ struct LinkPlan {
 
 struct ContainerPlan;
 struct ChartPlan;
+struct NestedPlan;
 
 /// A property of an element that is true or false, stated by it, by an expression or by the report.
 struct FlagPlan {
@@ -84,6 +85,7 @@ struct PartPlan {
         Break,
         Chart,
         Barcode,
+        Nested,
         Blank
     };
 
@@ -107,6 +109,7 @@ struct PartPlan {
     std::unique_ptr<LinkPlan> link;
     std::unique_ptr<ContainerPlan> children;
     std::unique_ptr<ChartPlan> chart;
+    std::shared_ptr<const NestedPlan> nested;
 };
 
 struct ContainerPlan {
@@ -161,6 +164,7 @@ struct ReportPlan {
         no_data;
     std::vector<BandPlan> details;
 
+    bool shares_rows = false;            ///< a report inside it reads the same rows
     bool estimates_for_groups = false;   ///< a group's expression looks at a variable
     bool estimates_for_filter = false;   ///< the filter does
     bool estimates_for_details = false;  ///< a detail band's condition does

@@ -2,6 +2,7 @@
 
 #include "engine/fill/filler.h"
 #include "engine/fill/images.h"
+#include "engine/fill/row_store.h"
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -130,11 +131,17 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     describe(document, plan, options);
     const auto warn = once(options.warn);
     StoppableTable rows_of(table, options.cancelled, reads_nothing(*plan.definition, table) ? 1 : 0);
-    Rows rows(plan, rows_of, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
+    std::optional<RowStore> store;
+    if (plan.shares_rows) store.emplace(rows_of);
+    std::optional<StoredTable> stored;
+    if (store) stored.emplace(*store);
+    TableSource& own_rows = stored ? static_cast<TableSource&>(*stored) : rows_of;
+    Rows rows(plan, own_rows, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
     PageBook book(sink, document);
     Images images(options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder);
 
     Run run{plan, rows, measurer, document, book, images, warn};
+    if (store) run.store = &*store;
     run.wants_values = sink.wants_values();
     run.ignore_pagination = plan.definition->ignore_pagination;
     for (size_t slot = 0; slot < plan.parameters.size(); ++slot) {

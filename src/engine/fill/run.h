@@ -12,6 +12,7 @@ namespace velora::engine {
 
 class ChartFeed;
 class Images;
+class RowStore;
 
 /// What the parts of a report share while it is filled.
 struct Run {
@@ -25,6 +26,8 @@ struct Run {
     bool wants_values = false;
     bool ignore_pagination = false;
     std::vector<std::shared_ptr<ChartFeed>> charts = {};
+    const RowStore* store = nullptr;       ///< the report's rows, when reports inside it read them too
+    std::vector<int>* row_ends = nullptr;  ///< collects where bands end, for a report inside a report
 
     // What the layout has reached; breaks ask for it and set it.
     int column = 0;

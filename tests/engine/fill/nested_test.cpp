@@ -1,0 +1,241 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "engine/fill/open.h"
+#include "support.h"
+
+namespace velora::engine {
+namespace {
+
+namespace fs = std::filesystem;
+
+TestTable people()
+{
+    return {{{"group", Value::Type::Text}, {"name", Value::Type::Text}},
+            {{Value("a"), Value("Ada")}, {Value("b"), Value("Ben")}, {Value("a"), Value("Cy")}}};
+}
+
+const std::string kHead =
+    R"(<dataset name="people"><parameter name="group" class="java.lang.String"/><field name="group"/><field name="name"/>)"
+    R"(<filterExpression>$P{group} == null || $F{group}.equals($P{group})</filterExpression></dataset>)"
+    R"(<field name="group"/><field name="name"/>)";
+
+std::string run(const std::string& inside = "")
+{
+    return "<datasetRun subDataset=\"people\">" + inside + "</datasetRun>";
+}
+
+std::string component(const std::string& kind, const std::string& inside, int height, const std::string& more = "")
+{
+    return "<element kind=\"component\" x=\"0\" y=\"0\" width=\"120\" height=\"" + std::to_string(height) +
+           "\"><component kind=\"" + kind + "\" " + more + ">" + inside + "</component></element>";
+}
+
+std::string list(const std::string& data, const std::string& text, int row, const std::string& more = "")
+{
+    const std::string contents =
+        "<contents height=\"" + std::to_string(row) + "\" width=\"60\">" + text_field(text, 0, row) + "</contents>";
+    return component("list", data + contents, 10, more);
+}
+
+Filled filled_with_people(const TestReport& report)
+{
+    TestTable table = people();
+    return filled(report.xml(), table);
+}
+
+TEST(Lists, PrintARowForEachOfTheirData)
+{
+    struct Case {
+        const char* why;
+        std::string list;
+        const char* expected;
+    };
+    const std::string by_group = run(R"(<parameter name="group"><expression>"a"</expression></parameter>)");
+    const std::string source =
+        "<dataSourceExpression>new net.sf.jasperreports.engine.JREmptyDataSource(2)"
+        "</dataSourceExpression>";
+    for (const auto& c : {
+             Case{"the rows of the report", list(run(), "$F{name}", 12), "[ Ada@0+12 Ben@12+12 Cy@24+12 ] end@46+20\n"},
+             Case{"those that a parameter picks", list(by_group, "$F{name}", 12), "[ Ada@0+12 Cy@12+12 ] end@34+20\n"},
+             Case{"rows without fields", list(run(source), "$V{REPORT_COUNT}", 12), "[ 1@0+12 2@12+12 ] end@34+20\n"},
+             Case{"side by side", list(run(), "$F{name}", 12, "printOrder=\"Horizontal\""),
+                  "[ Ada@0+12 Ben@0+12 Cy@12+12 ] end@34+20\n"},
+         }) {
+        const std::string end = band("summary", 20, text_field("\"end\"", 0, 20));
+        EXPECT_EQ(listed(filled_with_people({band("title", 10, c.list) + end, "", kHead}).pages), c.expected) << c.why;
+    }
+}
+
+TEST(Lists, GoOverPagesBetweenTheirRows)
+{
+    const auto result = filled_with_people({band("title", 10, list(run(), "$F{name}", 70)), "", kHead});
+    EXPECT_EQ(listed(result.pages), "[ Ada@0+70 Ben@70+70 ]\n[ Cy@0+70 ]\n");
+    EXPECT_TRUE(result.warnings.empty());
+}
+
+TEST(Lists, ARowThatIsHigherThanAPageIsPartedBetweenItsElements)
+{
+    const std::string contents = "<contents height=\"240\">" + text_field("$F{name} + 1", 0, 100) +
+                                 text_field("$F{name} + 2", 120, 100) + "</contents>";
+    const auto result = filled_with_people({band("title", 10, component("list", run() + contents, 10)), "", kHead});
+    std::string shown;
+    for (const auto& page : result.pages) {
+        shown += "|";
+        for (const auto& frame : page.elements) {
+            for (const auto& child : std::get<Frame>(frame.content).children) {
+                shown += std::string(std::get<Text>(child.content).shown()) + " ";
+            }
+        }
+    }
+    EXPECT_EQ(shown, "|Ada1 |Ada2 |Ben1 |Ben2 |Cy1 |Cy2 ");
+}
+
+TEST(Lists, RowsThatCannotBeReadLeaveThePlaceEmptyWithAWarning)
+{
+    std::vector<Warning> met;
+    const std::string source = "<dataSourceExpression>$P{REPORT_CONTEXT}.rows()</dataSourceExpression>";
+    const TestReport report{band("title", 10, list(run(source), "$F{name}", 10)), "", kHead};
+    const Report opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
+    ASSERT_EQ(opened.warnings().size(), 1u);
+    EXPECT_NE(opened.warnings()[0].find("takes its rows from"), std::string::npos);
+    EXPECT_THROW(filled_with_people({band("title", 10, list("<datasetRun subDataset=\"gone\"/>", "1", 10)), "", kHead}),
+                 DefinitionError);
+}
+
+TEST(Tables, HaveHeadsAndFeetAndRepeatTheColumnHeadOnEachPage)
+{
+    const auto cell = [](const std::string& kind, int height, const std::string& text) {
+        return "<" + kind + " height=\"" + std::to_string(height) + "\">" + text_field(text, 0, height) + "</" + kind +
+               ">";
+    };
+    const std::string columns = "<column width=\"100\">" + cell("tableHeader", 20, "\"people\"") +
+                                cell("columnHeader", 15, "\"name\"") + cell("detailCell", 60, "$F{name}") +
+                                cell("tableFooter", 12, "$V{REPORT_COUNT}") + "</column><column width=\"100\">" +
+                                cell("columnHeader", 15, "\"group\"") + cell("detailCell", 60, "$F{group}") +
+                                "</column>";
+    const auto result = filled_with_people({band("title", 10, component("table", run() + columns, 10)), "", kHead});
+    EXPECT_EQ(listed(result.pages),
+              "[ [ people@0+20 ] [ name@0+15 ] [ group@0+15 ] [ Ada@0+60 ] [ a@0+60 ] [ Ben@0+60 ] [ b@0+60 ] ]\n"
+              "[ [ name@0+15 ] [ group@0+15 ] [ Cy@0+60 ] [ a@0+60 ] [ 3@0+12 ] ]\n");
+    const auto& rows = std::get<Frame>(result.pages.at(1).elements.at(0).content).children;
+    EXPECT_EQ(rows.at(1).place, (Place{100, 0, 100, 15}));
+    EXPECT_EQ(rows.at(2).place, (Place{0, 15, 100, 60}));
+}
+
+class Subreports : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        fs::remove_all(folder);
+        fs::create_directories(folder / "inner");
+    }
+
+    void write(const std::string& name, const TestReport& report) const
+    {
+        std::ofstream(folder / name) << report.xml();
+    }
+
+    static std::string subreport(const std::string& file, const std::string& inside = "")
+    {
+        return R"(<element kind="subreport" x="0" y="0" width="100" height="10"><expression><![CDATA[)" + file +
+               "]]></expression>" + inside + "</element>";
+    }
+
+    std::string printed(const std::string& name)
+    {
+        warnings.clear();
+        const auto report = open_report(folder / name, warnings);
+        FillOptions options;
+        options.warn = [&](const std::string& text) { warnings.push_back(text); };
+        TestTable table = people();
+        PageList pages;
+        fill(*report, table, test_measurer(), options, pages);
+        for (const auto& page : pages.pages) {
+            for (const auto& element : page.elements) EXPECT_LT(element.source, pages.document.sources->size());
+        }
+        return listed(pages.pages);
+    }
+
+    fs::path folder = fs::path(VELORA_TEST_SCRATCH) / "subreports";
+    std::vector<std::string> warnings;
+};
+
+TEST_F(Subreports, AreFedByTheSameRowsAndGoOverPages)
+{
+    write("inner.jrxml", {R"(<columnHeader height="20">)" + text_field("$P{head}", 0, 20) + "</columnHeader>" +
+                              detail(60, text_field("$F{name}", 0, 60)),
+                          "", R"(<parameter name="head" class="java.lang.String"/><field name="name"/>)"});
+    const std::string parameter = R"(<parameter name="head"><expression>"head"</expression></parameter>)";
+    write("outer.jrxml", {band("title", 30, text_field("\"top\"", 10, 12)) +
+                          band("summary", 10, subreport("\"inner.jasper\"", parameter))});
+    EXPECT_EQ(printed("outer.jrxml"), "top@20+12 head@40+20 Ada@60+60 Ben@120+60\nhead@10+20 Cy@30+60\n");
+    EXPECT_TRUE(warnings.empty()) << warnings[0];
+}
+
+TEST_F(Subreports, StandBelowTheRowThatTheyBelongTo)
+{
+    write("inner.jrxml", {detail(12, text_field("$P{name} + $V{REPORT_COUNT}", 0, 12)), "",
+                          R"(<parameter name="name" class="java.lang.String"/>)"});
+    const std::string inside =
+        "<dataSourceExpression>new JREmptyDataSource($F{group}.equals(\"a\") ? 2 : 1)</dataSourceExpression>"
+        R"(<parameter name="name"><expression>$F{name}</expression></parameter>)";
+    write("outer.jrxml", {detail(10, subreport("$P{DIR} + \"inner.jrxml\"", inside)), "",
+                          R"(<parameter name="DIR"><defaultValueExpression>""</defaultValueExpression></parameter>)"
+                          R"(<field name="group"/><field name="name"/>)"});
+    EXPECT_EQ(printed("outer.jrxml"), "Ada1@10+12 Ada2@22+12 Ben1@34+12 Cy1@46+12 Cy2@58+12\n");
+}
+
+TEST_F(Subreports, WhatHoldsItselfIsRefused)
+{
+    write("a.jrxml", {band("title", 10, subreport("\"b.jrxml\""))});
+    write("b.jrxml", {band("title", 10, subreport("\"a.jrxml\""))});
+    write("self.jrxml", {band("title", 10, subreport("\"self.jrxml\""))});
+    for (const auto* name : {"a.jrxml", "self.jrxml"}) {
+        try {
+            printed(name);
+            ADD_FAILURE() << name;
+        } catch (const DefinitionError& error) {
+            EXPECT_NE(std::string(error.what()).find("is a part of itself"), std::string::npos) << error.what();
+        }
+    }
+    for (int at = 0; at < 20; ++at) {
+        write("deep" + std::to_string(at) + ".jrxml",
+              {band("title", 10, subreport("\"deep" + std::to_string(at + 1) + ".jrxml\""))});
+    }
+    EXPECT_THROW(printed("deep0.jrxml"), DefinitionError);
+}
+
+TEST_F(Subreports, OnesOutsideTheFolderOrNotThereLeaveThePlaceEmpty)
+{
+    write("outside.jrxml", {band("title", 12, text_field("\"secret\"", 0, 12))});
+    for (const auto* file : {"../outside.jrxml", "gone.jrxml"}) {
+        write("inner/outer.jrxml", {band("title", 10, subreport("\"" + std::string(file) + "\""))});
+        EXPECT_EQ(printed("inner/outer.jrxml"), "\n") << file;
+        ASSERT_EQ(warnings.size(), 1u) << file;
+        EXPECT_NE(warnings[0].find("there is no definition"), std::string::npos);
+    }
+    write("inner/outer.jrxml", {band("title", 10, subreport("\"" + (folder / "outside.jrxml").string() + "\""))});
+    EXPECT_EQ(printed("inner/outer.jrxml"), "secret@10+12\n") << "an absolute name is meant so";
+}
+
+TEST(Charts, OverASubDatasetShowItsRows)
+{
+    const std::string chart =
+        R"(<element kind="chart" chartType="bar" x="0" y="0" width="180" height="100"><dataset kind="category">)" +
+        std::string(R"(<dataset>)") + run(R"(<parameter name="group"><expression>"a"</expression></parameter>)") +
+        R"(</dataset><series><seriesExpression>"s"</seriesExpression><categoryExpression>$F{name}</categoryExpression>)"
+        R"(<valueExpression>$V{REPORT_COUNT}</valueExpression></series></dataset><plot/></element>)";
+    const auto result = filled_with_people({band("title", 100, chart), "", kHead});
+    std::set<std::string> labels;
+    for (const auto& item : std::get<Graphic>(result.pages.at(0).elements.at(0).content).drawing->items) {
+        if (const auto* label = std::get_if<Label>(&item)) labels.insert(label->text);
+    }
+    EXPECT_TRUE(labels.contains("Ada") && labels.contains("Cy"));
+    EXPECT_FALSE(labels.contains("Ben"));
+}
+
+}  // namespace
+}  // namespace velora::engine
