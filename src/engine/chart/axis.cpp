@@ -11,10 +11,12 @@ namespace {
 constexpr double kGreatest = 1e18;  // sums of many values; beyond it numbers are no longer readable
 
 /// The next round number: 1, 2, 2.5 or 5 times a power of ten.
-double round_step(double least)
+double round_step(double least, bool whole)
 {
+    if (whole) least = std::max(least, 1.0);
     const double power = std::pow(10.0, std::floor(std::log10(least)));
     for (const double factor : {1.0, 2.0, 2.5, 5.0}) {
+        if (whole && factor * power != std::floor(factor * power)) continue;
         if (factor * power >= least * (1 - 1e-9)) return factor * power;
     }
     return 10 * power;
@@ -22,12 +24,12 @@ double round_step(double least)
 
 }  // namespace
 
-ValueScale::ValueScale(double least, double most, int marks)
+ValueScale::ValueScale(double least, double most, int marks, bool whole)
 {
     least = std::clamp(std::min(least, 0.0), -kGreatest, 0.0);
     most = std::clamp(std::max(most, 0.0), 0.0, kGreatest);
     if (least == most) most = 1;
-    step_ = round_step((most - least) / std::max(marks, 1));
+    step_ = round_step((most - least) / std::max(marks, 1), whole);
     least_ = std::floor(least / step_ + 1e-9) * step_;
     most_ = std::ceil(most / step_ - 1e-9) * step_;
     decimals_ = 0;

@@ -9,7 +9,8 @@ namespace velora::engine {
 class ValueScale {
 public:
     /// @param marks  about how many marks there is room for
-    ValueScale(double least, double most, int marks);
+    /// @param whole  marks stand at whole numbers only, for counts
+    ValueScale(double least, double most, int marks, bool whole = false);
 
     [[nodiscard]] double least() const { return least_; }
     [[nodiscard]] double most() const { return most_; }

@@ -53,16 +53,18 @@ void ChartBoard::polygon(std::vector<Point> points, Color fill, const Pen& outli
     drawing_.items.emplace_back(std::move(shape));
 }
 
-void ChartBoard::label(Point at, std::string text, const Font& font, HorizontalAlign align, float angle)
+void ChartBoard::label(Point at, std::string text, const Font& font, HorizontalAlign align, float angle,
+                       std::optional<Color> color)
 {
     if (text.empty()) return;
-    drawing_.items.emplace_back(Label{at, std::move(text), font, data.fore, align, angle});
+    drawing_.items.emplace_back(Label{at, std::move(text), font, color.value_or(data.fore), align, angle});
 }
 
-void ChartBoard::middle_label(Point at, std::string text, const Font& font, HorizontalAlign align)
+void ChartBoard::middle_label(Point at, std::string text, const Font& font, HorizontalAlign align,
+                              std::optional<Color> color)
 {
     constexpr float kMiddleOfCapitals = 0.36F;  // above the base line, as a share of the size
-    label({at.x, at.y + font.size * kMiddleOfCapitals}, std::move(text), font, align);
+    label({at.x, at.y + font.size * kMiddleOfCapitals}, std::move(text), font, align, 0, color);
 }
 
 void ChartBoard::marker(Point at, size_t series, Color color, float radius)

@@ -35,9 +35,11 @@ public:
     void polygon(std::vector<Point> points, Color fill, const Pen& outline = {});
     void shape(Shape shape);
     /// `at` is on the base line.
-    void label(Point at, std::string text, const Font& font, HorizontalAlign align, float angle = 0);
+    void label(Point at, std::string text, const Font& font, HorizontalAlign align, float angle = 0,
+               std::optional<Color> color = {});
     /// The label's vertical middle is at `at.y`.
-    void middle_label(Point at, std::string text, const Font& font, HorizontalAlign align);
+    void middle_label(Point at, std::string text, const Font& font, HorizontalAlign align,
+                      std::optional<Color> color = {});
     /// One of the signs that tell series apart without colours.
     void marker(Point at, size_t series, Color color, float radius);
 

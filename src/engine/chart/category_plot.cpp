@@ -67,7 +67,17 @@ private:
     {
         const auto [least, most] = value_range(data_);
         const float room = lying_ ? area_.width() / 2 : area_.height();
-        return {least, most, std::clamp(static_cast<int>(room / kPointsPerMark), 2, 10)};
+        return {least, most, std::clamp(static_cast<int>(room / kPointsPerMark), 2, 10), shows_whole_numbers()};
+    }
+    /// Marks between whole numbers would all look like their neighbours.
+    [[nodiscard]] bool shows_whole_numbers() const
+    {
+        return data_.mark_text &&
+               (data_.mark_text(0.5) == data_.mark_text(0) || data_.mark_text(0.5) == data_.mark_text(1));
+    }
+    [[nodiscard]] std::string mark_text(double mark) const
+    {
+        return data_.mark_text ? data_.mark_text(mark) : scale_.text(mark);
     }
     [[nodiscard]] float slot() const
     {
@@ -115,7 +125,7 @@ void Plot::make_room()
     left_edge_ = area_.left;
     float names = 0;
     for (const double mark : scale_.marks())
-        mark_room_ = std::max(mark_room_, board_.text_width(scale_.text(mark), font));
+        mark_room_ = std::max(mark_room_, board_.text_width(mark_text(mark), font));
     for (const std::string& name : data_.categories) names = std::max(names, board_.text_width(name, font));
     const std::string& below = lying_ ? data_.value_axis : data_.category_axis;
     const std::string& beside = lying_ ? data_.category_axis : data_.value_axis;
@@ -156,14 +166,14 @@ void Plot::draw_axes()
         const float at = across(mark);
         if (lying_) {
             board_.line({at, area_.top}, {at, area_.bottom}, kGrid);
-            const float half = board_.text_width(scale_.text(mark), font) / 2;
+            const float half = board_.text_width(mark_text(mark), font) / 2;
             if (at - half < free) continue;
             free = at + half + kTextGap;
-            board_.label({at, area_.bottom + kTick + font.size * 0.95F}, scale_.text(mark), font,
+            board_.label({at, area_.bottom + kTick + font.size * 0.95F}, mark_text(mark), font,
                          HorizontalAlign::Center);
         } else {
             board_.line({area_.left, at}, {area_.right, at}, kGrid);
-            board_.middle_label({area_.left - kTick - kTextGap, at}, scale_.text(mark), font, HorizontalAlign::Right);
+            board_.middle_label({area_.left - kTick - kTextGap, at}, mark_text(mark), font, HorizontalAlign::Right);
         }
     }
     const float zero = across(0);

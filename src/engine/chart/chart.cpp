@@ -42,7 +42,8 @@ void draw_entry(ChartBoard& board, const LegendEntry& entry, size_t index, Point
         board.rectangle({at.x, at.y - half, at.x + kSwatch, at.y + half}, entry.color,
                         {0.5F, LineStyle::Solid, darker(entry.color)});
     }
-    board.middle_label({at.x + kSwatch + kSwatchGap, at.y}, entry.text, data.label_font, HorizontalAlign::Left);
+    board.middle_label({at.x + kSwatch + kSwatchGap, at.y}, entry.text, data.label_font, HorizontalAlign::Left,
+                       data.legend_color);
 }
 
 /// Entries side by side in centred rows; takes its room from the area.
@@ -112,12 +113,13 @@ void draw_legend(ChartBoard& board, ChartArea& area)
     }
 }
 
-void draw_heading(ChartBoard& board, ChartArea& area, const std::string& text, const Font& font)
+void draw_heading(ChartBoard& board, ChartArea& area, const std::string& text, const Font& font,
+                  std::optional<Color> color)
 {
     if (text.empty()) return;
     const float height = board.line_height(font);
     board.label({area.middle_x(), area.top + font.size * 0.93F}, board.fitted(text, font, area.width()), font,
-                HorizontalAlign::Center);
+                HorizontalAlign::Center, 0, color);
     area.top += height + kGap / 2;
 }
 
@@ -131,8 +133,8 @@ std::shared_ptr<const Drawing> draw_chart(const ChartData& data, float width, fl
     ChartBoard board(*drawing, measurer, data);
     ChartArea area{kMargin, kMargin, width - kMargin, height - kMargin};
     if (!area.usable()) return drawing;
-    draw_heading(board, area, data.title, data.title_font);
-    draw_heading(board, area, data.subtitle, data.label_font);
+    draw_heading(board, area, data.title, data.title_font, data.title_color);
+    draw_heading(board, area, data.subtitle, data.subtitle_font, data.subtitle_color);
     draw_legend(board, area);
     if (!area.usable()) return drawing;
     if (data.kind == ChartKind::Pie) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,9 +39,13 @@ struct ChartData {
     std::vector<Color> palette;       ///< empty: the built-in colours, which differ in grey print too
     std::vector<Color> slice_colors;  ///< of a pie, by category; may be shorter
 
+    std::function<std::string(double)> mark_text;  ///< of the value axis; empty: as many decimals as it needs
+
     Font title_font{"SansSerif", 14, true, false, false, false};
+    Font subtitle_font{"SansSerif", 9, false, false, false, false};
     Font label_font{"SansSerif", 9, false, false, false, false};
     Color fore = kBlack;
+    std::optional<Color> title_color, subtitle_color, legend_color;  ///< none: `fore`
 };
 
 /// Draws the chart for a box of the given size in points. Data without any value give title, legend and empty axes;

@@ -1,5 +1,6 @@
 #include "engine/fill/chart_part.h"
 
+#include "engine/expression/pattern.h"
 #include "engine/fill/arithmetic.h"
 #include "engine/fill/nested_fill.h"
 
@@ -118,11 +119,17 @@ void ChartFeed::describe(ChartData& data, const Environment& environment, const 
     }
     data.value_labels = chart.show_values || chart.show_labels;
     if (!chart.label_format.empty()) data.slice_label = chart.label_format;
-    data.fore = chart.title_color.value_or(style.fore);
-    data.title_font.family = style.font.family;
-    data.label_font.family = style.font.family;
+    data.fore = style.fore;
+    data.title_color = chart.title_color;
+    data.subtitle_color = chart.subtitle_color;
+    data.legend_color = chart.legend_color;
+    for (Font* font : {&data.title_font, &data.subtitle_font, &data.label_font}) font->family = style.font.family;
     lay(data.title_font, chart.title_font);
+    lay(data.subtitle_font, chart.subtitle_font);
     lay(data.label_font, chart.legend_font);
+    if (chart.value_axis_pattern.empty()) return;
+    const auto pattern = std::make_shared<Pattern>(chart.value_axis_pattern, environment.surroundings());
+    data.mark_text = [pattern](double mark) { return pattern->format(Value(mark)); };
 }
 
 ChartData ChartFeed::data(const Environment& environment, const Style& style) const

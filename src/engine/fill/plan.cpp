@@ -69,7 +69,7 @@ private:
     void nested(PartPlan& part, std::unique_ptr<NestedPlan> nested);
     [[nodiscard]] Around around() { return {plan_, names_, opening_, plan_.warnings}; }
     void barcode(PartPlan& part, const model::Barcode& barcode);
-    void warn(const PartPlan& part, const std::string& name, const std::string& text);
+    void warn(Position place, const std::string& name, const std::string& text);
     void evaluation(PartPlan& part, EvaluationTime time, const std::string& group);
     std::unique_ptr<LinkPlan> link(const model::Hyperlink& link);
     void flag(FlagPlan& flag, const model::Element& element, std::string_view property);
@@ -89,9 +89,9 @@ Expression PlanMaker::compiled(const model::ExpressionText& text, std::string_vi
     return text.present() ? compile(text.text, names_, text.place, what) : Expression();
 }
 
-void PlanMaker::warn(const PartPlan& part, const std::string& name, const std::string& text)
+void PlanMaker::warn(Position place, const std::string& name, const std::string& text)
 {
-    plan_.warnings.push_back(Warning{part.element->place, name, text}.line());
+    plan_.warnings.push_back(Warning{place, name, text}.line());
 }
 
 uint32_t PlanMaker::source(const model::Element& element)
@@ -164,7 +164,7 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
         plan_.shares_rows |= rows->own_rows;
     }
     if (!chart_kind(chart.type)) {
-        warn(part, "chart", "of the form '" + chart.type + "' is drawn with bars");
+        warn(part.element->place, "chart", "of the form '" + chart.type + "' is drawn with bars");
     }
     part.chart = plan_chart(chart, names_, definition_, std::move(rows));
     part.link = link(chart.link);
@@ -182,7 +182,7 @@ void PlanMaker::nested(PartPlan& part, std::unique_ptr<NestedPlan> nested)
 void PlanMaker::barcode(PartPlan& part, const model::Barcode& barcode)
 {
     if (!draws_barcode(barcode.type)) {
-        warn(part, "barcode", "of the type '" + barcode.type + "' is not drawn; the place stays empty");
+        warn(part.element->place, "barcode", "of the type '" + barcode.type + "' is not drawn; the place stays empty");
         return;
     }
     part.kind = PartPlan::Kind::Barcode;
@@ -334,6 +334,10 @@ void PlanMaker::groups()
 {
     for (size_t index = 0; index < definition_.groups.size(); ++index) {
         const model::Group& source = definition_.groups[index];
+        if (source.keep_together && source.headers.empty()) {
+            warn(source.place, "group",
+                 "'" + source.name + "' has no header, and only groups with one are kept together");
+        }
         GroupPlan plan;
         plan.group = &source;
         plan.expression = compiled(source.expression, "groupExpression");
@@ -350,6 +354,10 @@ void PlanMaker::groups()
 
 void PlanMaker::data()
 {
+    for (const auto& sort : definition_.data.sort_fields) {
+        if (sort.by == model::SortField::By::Field) continue;
+        warn(sort.place, "sortField", "the rows are not sorted by the variable '" + sort.name + "'");
+    }
     for (auto& plan : plan_.parameters) {
         for (const auto& parameter : definition_.data.parameters) {
             if (parameter.name == plan.name) plan.default_value = compiled(parameter.default_value, "parameter");

@@ -143,5 +143,29 @@ TEST(ValueScale, MarksAreRoundAndCoverTheValues)
     }
 }
 
+TEST(ValueScale, CountsHaveMarksAtWholeNumbersOnly)
+{
+    struct Case {
+        const char* why;
+        double most;
+        std::vector<double> expected;
+    };
+    for (const auto& c : {Case{"no 2.5", 10, {0, 5, 10}}, Case{"no half", 1, {0, 1}}, Case{"2, 4, 6", 6, {0, 2, 4, 6}},
+                          Case{"25 is whole", 100, {0, 25, 50, 75, 100}}}) {
+        EXPECT_EQ(ValueScale(0, c.most, 4, true).marks(), c.expected) << c.why;
+    }
+}
+
+TEST_F(ChartTest, TheMarksOfTheValueAxisAreWrittenAsAsked)
+{
+    ChartData data;
+    data.categories = {"a"};
+    data.series = {{"s", {10.0}, {}}};
+    data.mark_text = [](double mark) { return std::to_string(static_cast<int>(mark)) + " pcs"; };
+    const auto texts = labels(data);
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "10 pcs"), texts.end());
+    for (const auto& text : texts) EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << text;
+}
+
 }  // namespace
 }  // namespace velora::engine

@@ -86,6 +86,27 @@ TEST(Rows, CellsAreReadAsTheClassThatTheFieldDeclares)
     EXPECT_EQ(shown(kFields, "$F{n} + 1", std::move(table)), "13 null 8 ");
 }
 
+TEST(Opening, TellsWhatIsPassedOver)
+{
+    struct Case {
+        const char* why;
+        std::string head;
+        const char* warning;
+    };
+    for (const auto& c : {
+             Case{"sorting by a variable", R"(<sortField name="v" type="Variable"/><variable name="v"/>)",
+                  "not sorted"},
+             Case{"a group without a header",
+                  R"(<group name="g" keepTogether="true"><expression>1</expression></group>)", "'g' has no header"},
+         }) {
+        std::vector<Warning> met;
+        const TestReport report{detail(20, ""), "", c.head};
+        const Report opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
+        ASSERT_EQ(opened.warnings().size(), 1u) << c.why;
+        EXPECT_NE(opened.warnings()[0].find(c.warning), std::string::npos) << opened.warnings()[0];
+    }
+}
+
 TEST(Parameters, TakeWhatIsGivenElseTheirDefaultWhichMaySeeEarlierOnes)
 {
     const std::string head =
