@@ -18,7 +18,7 @@ void GridLines::solve(size_t most)
         add_lines_for_movable(tolerance);
         if (lines_.size() <= most) break;
     }
-    divide_wide_gaps();
+    divide_wide_gaps(most);
 }
 
 /// Of edges that are joined, the line takes the place of the one used most.
@@ -61,8 +61,15 @@ void GridLines::add_lines_for_movable(int32_t tolerance)
     std::sort(lines_.begin(), lines_.end());
 }
 
-void GridLines::divide_wide_gaps()
+/// Where it would take more lines than the format has, a gap stays as wide as it is: something stands far off.
+void GridLines::divide_wide_gaps(size_t most)
 {
+    constexpr size_t kFew = 5;
+    size_t further = 0;
+    for (size_t i = 1; i < lines_.size(); ++i) {
+        further += static_cast<size_t>((lines_[i] - lines_[i - 1] - 1) / widest_);
+    }
+    if (further > kFew && lines_.size() + further > most) return;
     std::vector<int32_t> divided;
     for (const int32_t line : lines_) {
         while (!divided.empty() && line - divided.back() > widest_) divided.push_back(divided.back() + widest_);

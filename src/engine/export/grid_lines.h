@@ -29,7 +29,7 @@ public:
     GridLines(int32_t tolerance, int32_t widest) : tolerance_(tolerance), widest_(widest) {}
 
     void add(const GridEdge& edge) { ++edges_[edge]; }
-    /// Works the lines out; the tolerance grows until there are at most `most` of them.
+    /// Works the lines out; the tolerance grows until there are at most `most` of them. Wide gaps add a few at most.
     void solve(size_t most);
     void clear();
 
@@ -43,7 +43,7 @@ public:
 private:
     void join_kept_edges(int32_t tolerance);
     void add_lines_for_movable(int32_t tolerance);
-    void divide_wide_gaps();
+    void divide_wide_gaps(size_t most);
 
     int32_t tolerance_, widest_;
     std::map<GridEdge, uint32_t> edges_;  ///< with the number of their uses

@@ -1,10 +1,23 @@
 #pragma once
 
+#include <algorithm>
 #include <type_traits>
 
 #include "engine/page/page.h"
 
 namespace velora::engine {
+
+/// Points from the page's corner, beyond any paper: sums of places stay numbers when a definition's do not.
+inline constexpr int32_t kFarthest = 100'000'000;
+
+/// The place as it counts from the page's corner, for an element in a frame whose inner corner stands at x, y.
+inline Place place_on_page(const Place& place, int32_t x, int32_t y)
+{
+    const auto near = [](int64_t length) {
+        return static_cast<int32_t>(std::clamp<int64_t>(length, -kFarthest, kFarthest));
+    };
+    return {near(int64_t{place.x} + x), near(int64_t{place.y} + y), near(place.width), near(place.height)};
+}
 
 /// Calls `visit(element, place)` for every element in painting order, frames before what they hold. The place counts
 /// from the page's corner.
@@ -12,9 +25,7 @@ template <class Visit>
 void walk_elements(const std::vector<Element>& elements, const Visit& visit, int32_t x = 0, int32_t y = 0)
 {
     for (const Element& element : elements) {
-        Place place = element.place;
-        place.x += x;
-        place.y += y;
+        const Place place = place_on_page(element.place, x, y);
         visit(element, place);
         if (const auto* frame = std::get_if<Frame>(&element.content)) {
             const Box& box = element.style->box;

@@ -127,9 +127,7 @@ void Painter::paint(const Page& page, Canvas& canvas)
 void Painter::paint(const std::vector<Element>& elements, int32_t x, int32_t y, Canvas& canvas)
 {
     for (const Element& element : elements) {
-        Place place = element.place;
-        place.x += x;
-        place.y += y;
+        const Place place = place_on_page(element.place, x, y);
         std::visit([&](const auto& content) { paint_content(content, *element.style, place, canvas); },
                    element.content);
     }
@@ -178,7 +176,8 @@ void Painter::paint_content(const Frame& frame, const Style& style, const Place&
 void Painter::paint_content(const Graphic& graphic, const Style& style, const Place& place, Canvas& canvas)
 {
     fill_ground(canvas, style, place);
-    for (const auto& item : graphic.drawing->items) {
+    static const Drawing kNothing;
+    for (const auto& item : (graphic.drawing ? *graphic.drawing : kNothing).items) {
         if (const auto* label = std::get_if<Label>(&item)) {
             texts_.paint(*label, place.x, place.y, canvas);
             continue;

@@ -44,7 +44,7 @@ void append_ascii(std::string& out, char character)
             return;
         default:
             // Other control characters have no meaning in a text.
-            if (static_cast<unsigned char>(character) >= 0x20) out += character;
+            if (character >= 0x20 && character != 0x7F) out += character;
     }
 }
 

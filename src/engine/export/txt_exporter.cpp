@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "engine/export/exporter.h"
 #include "engine/export/output_file.h"
@@ -12,48 +13,53 @@ namespace {
 // Points that one character takes. Narrow enough for the usual small print to find room in its column.
 constexpr double kCellWidth = 4.8;
 constexpr double kCellHeight = 11;
+constexpr size_t kMostColumns = 10000;  ///< a page that claims to be wider than a house is cut there
 
 /// One page of character cells.
 class Grid {
 public:
     Grid(double width, double height)
-        : columns_(static_cast<size_t>(std::ceil(width / kCellWidth))),
-          rows_(static_cast<size_t>(std::ceil(height / kCellHeight)), std::u32string(columns_, U' '))
+        : columns_(std::min(static_cast<size_t>(std::ceil(width / kCellWidth)), kMostColumns)),
+          row_count_(static_cast<size_t>(std::ceil(height / kCellHeight)))
     {
     }
 
-    [[nodiscard]] size_t row_count() const { return rows_.size(); }
+    [[nodiscard]] size_t row_count() const { return row_count_; }
 
     void write(size_t row, size_t column, std::u32string_view text)
     {
+        if (column >= columns_) return;
+        text = text.substr(0, columns_ - column);
         std::u32string& cells = rows_[row];
-        for (size_t i = 0; i < text.size() && column + i < columns_; ++i) cells[column + i] = text[i];
+        if (cells.size() < column + text.size()) cells.resize(column + text.size(), U' ');
+        std::ranges::copy(text, cells.begin() + static_cast<std::ptrdiff_t>(column));
     }
     [[nodiscard]] bool free(size_t row, size_t column, size_t count) const
     {
-        const auto cells = std::u32string_view(rows_[row]).substr(std::min(column, columns_), count);
+        const auto found = rows_.find(row);
+        if (found == rows_.end() || column >= found->second.size()) return true;
+        const auto cells = std::u32string_view(found->second).substr(column, count);
         return std::ranges::all_of(cells, [](char32_t c) { return c == U' '; });
     }
 
     [[nodiscard]] std::string text() const
     {
         std::string result;
-        size_t pending = 0;  // blank rows at the end of a page are left out
-        for (const std::u32string& row : rows_) {
+        size_t written = 0;  // blank rows at the end of a page are left out
+        for (const auto& [number, row] : rows_) {
             const size_t end = row.find_last_not_of(U' ') + 1;
-            ++pending;
             if (end == 0) continue;
-            for (; pending > 1; --pending) result += '\n';
+            result.append(number - written, '\n');
             for (const char32_t character : row.substr(0, end)) append_utf8(result, character);
             result += '\n';
-            pending = 0;
+            written = number + 1;
         }
         return result;
     }
 
 private:
-    size_t columns_;
-    std::vector<std::u32string> rows_;
+    size_t columns_, row_count_;
+    std::map<size_t, std::u32string> rows_;  ///< those that hold something
 };
 
 std::u32string characters(std::string_view text)

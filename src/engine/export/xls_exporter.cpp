@@ -108,8 +108,8 @@ void XlsExporter::end()
     for (const XlsPage& page : pages_.pages()) add_to_sheets(page);
     tell_of_hidden_texts();
     const std::string& title = document_->title.empty() ? document_->name : document_->title;
-    write_xls_workbook(*file_, {title, document_->author, document_->subject, document_->keywords}, styles_,
-                       strings_, sheets_);
+    write_xls_workbook(*file_, {title, document_->author, document_->subject, document_->keywords}, styles_, strings_,
+                       sheets_);
     file_->finish();
 }
 

@@ -122,7 +122,7 @@ void write_properties(GsfOutfile* container, const XlsProperties& properties)
         if (text.empty()) return;
         auto* value = g_new0(GValue, 1);
         g_value_init(value, G_TYPE_STRING);
-        g_value_set_string(value, text.c_str());
+        g_value_take_string(value, g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
         gsf_doc_meta_data_insert(meta.get(), g_strdup(name), value);
     };
     set(GSF_META_NAME_TITLE, properties.title);

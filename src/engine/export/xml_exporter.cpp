@@ -8,6 +8,7 @@
 #include "engine/page/color_text.h"
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"
+#include "engine/text/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -20,9 +21,10 @@ constexpr size_t kFlushAt = 1 << 16;
 size_t utf16_offset(std::string_view text, size_t bytes)
 {
     size_t units = 0;
-    for (const char c : text.substr(0, bytes)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte & 0xC0) != 0x80) units += byte >= 0xF0 ? 2 : 1;
+    for (size_t at = 0; at < std::min(bytes, text.size());) {
+        const auto [character, size] = utf8_at(text, at);
+        units += character > 0xFFFF ? 2 : 1;
+        at += size;
     }
     return units;
 }

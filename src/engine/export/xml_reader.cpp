@@ -136,6 +136,7 @@ private:
     xml_node root_;
     PageSink& sink_;
     Document document_;
+    int depth_ = 0;  ///< of frames
     std::vector<std::pair<std::string, std::string>> origins_;
 };
 
@@ -168,10 +169,13 @@ void Reader::read_document()
 
 std::vector<Element> Reader::read_elements(xml_node parent)
 {
+    constexpr int kDeepest = 256;
+    if (++depth_ > kDeepest) throw Fault(fault::kReportFile, "The pages cannot be read: too many frames in frames.");
     std::vector<Element> elements;
     for (const xml_node node : parent.children()) {
         if (auto element = read_element(node)) elements.push_back(std::move(*element));
     }
+    --depth_;
     return elements;
 }
 
