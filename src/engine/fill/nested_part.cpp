@@ -148,7 +148,7 @@ int NestedPart::last_end(const std::vector<int>& ends, int room) const
 }
 
 /// @return whether something can be printed in the room
-bool NestedPart::choose_end(int room)
+bool NestedPart::choose_end(int room, bool continuing)
 {
     next_ = last_end(row_ends_, room);
     if (next_ > at_) return true;
@@ -158,6 +158,11 @@ bool NestedPart::choose_end(int room)
     if (run_.overflow_allowed && !higher_than_a_page) return false;
     next_ = last_end(element_ends_, room);
     if (!run_.overflow_allowed) next_ = print_.height;
+    if (next_ == at_ && continuing) {
+        // a new page gave no more room; what comes behind still has its turn
+        next_ = *std::upper_bound(element_ends_.begin(), element_ends_.end(), at_);
+        run_.tell("a row of height " + std::to_string(next_ - at_) + " does not fit on its page; it is cut");
+    }
     return next_ > at_;
 }
 
@@ -170,7 +175,7 @@ bool NestedPart::prepare(int available, bool continuing)
         return false;
     }
     const int room = available - relative_y - heading();
-    if (room <= 0 || !choose_end(room)) {
+    if (room <= 0 || !choose_end(room, continuing)) {
         prints = false;
         return true;
     }

@@ -24,7 +24,7 @@ private:
     void sort_by_row();
     void find_heading();
     [[nodiscard]] int last_end(const std::vector<int>& ends, int room) const;
-    [[nodiscard]] bool choose_end(int room);
+    [[nodiscard]] bool choose_end(int room, bool continuing);
     [[nodiscard]] int heading() const { return at_ > 0 ? heading_height_ : 0; }
 
     NestedPrint print_;

@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kMostNested = 16;
+constexpr size_t kMostComponents = 4;  // each may read all rows for every row of the one around it
 constexpr std::string_view kOwnRows = "$P{REPORT_DATA_SOURCE}";
 constexpr std::string_view kOwnParameters = "$P{REPORT_PARAMETERS_MAP}";
 
@@ -71,7 +72,12 @@ std::unique_ptr<NestedPlan> plan_run(model::Definition definition, const model::
                                      const model::DatasetRun& run, const char* name, const Around& around)
 {
     auto nested = std::make_unique<NestedPlan>();
-    nested->report = make_plan(std::make_shared<model::Definition>(std::move(definition)), around.opening);
+    Opening inside = around.opening;
+    if (++inside.components > kMostComponents) {
+        throw DefinitionError(element.place, name,
+                              "more than " + std::to_string(kMostComponents) + " lists and tables stand in each other");
+    }
+    nested->report = make_plan(std::make_shared<model::Definition>(std::move(definition)), std::move(inside));
     const auto& more = nested->report->warnings;
     around.warnings.insert(around.warnings.end(), more.begin(), more.end());
     if (!plan_rows(*nested, run.source, run.connection, element.place, name, around)) return nullptr;

@@ -14,6 +14,7 @@ namespace velora::engine {
 /// The definition files that are being opened, each a subreport of the one before.
 struct Opening {
     std::vector<std::filesystem::path> files;
+    size_t components = 0;  ///< lists and tables around
 };
 
 struct NestedPlan {

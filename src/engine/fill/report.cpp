@@ -132,7 +132,7 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     const auto warn = once(options.warn);
     StoppableTable rows_of(table, options.cancelled, reads_nothing(*plan.definition, table) ? 1 : 0);
     std::optional<RowStore> store;
-    if (plan.shares_rows) store.emplace(rows_of);
+    if (plan.shares_rows) store.emplace(rows_of, options.cancelled);
     std::optional<StoredTable> stored;
     if (store) stored.emplace(*store);
     TableSource& own_rows = stored ? static_cast<TableSource&>(*stored) : rows_of;

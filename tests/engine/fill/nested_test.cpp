@@ -5,6 +5,7 @@
 
 #include "engine/fill/open.h"
 #include "support.h"
+#include "values/fault.h"
 
 namespace velora::engine {
 namespace {
@@ -103,6 +104,33 @@ TEST(Lists, RowsThatCannotBeReadLeaveThePlaceEmptyWithAWarning)
     EXPECT_NE(opened.warnings()[0].find("takes its rows from"), std::string::npos);
     EXPECT_THROW(filled_with_people({band("title", 10, list("<datasetRun subDataset=\"gone\"/>", "1", 10)), "", kHead}),
                  DefinitionError);
+}
+
+TEST(Lists, ARowThatFitsNowhereIsCutAndThoseBehindItAreStillPrinted)
+{
+    const std::string text = "$F{name}.equals(\"Ben\") ? \"" + std::string(60, 'x') + "\" : $F{name}";
+    const std::string contents =
+        "<contents height=\"20\">" + text_field(text, 0, 20) +
+        R"(<element kind="rectangle" x="0" y="0" width="9" height="400"><printWhenExpression><![CDATA[$F{name}.equals("Ben")]]></printWhenExpression></element></contents>)";
+    const auto result = filled_with_people({band("title", 10, component("list", run() + contents, 10)), "", kHead});
+    EXPECT_NE(listed(result.pages).find("Cy@"), std::string::npos) << listed(result.pages);
+    EXPECT_EQ(result.warnings.size(), 1u);
+}
+
+TEST(Lists, EndWhenTheRunIsCancelledAndStandOnlySoDeepInEachOther)
+{
+    TestTable table = people();
+    FillOptions options;
+    int asked = 0;
+    options.cancelled = [&] { return ++asked > 8; };
+    const TestReport report{detail(20, list(run(), "$F{name}", 12)), "", kHead};
+    EXPECT_THROW(filled(report.xml(), table, options), Fault);
+
+    std::string deep = text_field("1", 0, 12);
+    for (int level = 0; level < 5; ++level) {
+        deep = component("list", run() + "<contents height=\"12\">" + deep + "</contents>", 12);
+    }
+    EXPECT_THROW(filled_with_people({band("title", 20, deep), "", kHead}), DefinitionError);
 }
 
 TEST(Tables, HaveHeadsAndFeetAndRepeatTheColumnHeadOnEachPage)
