@@ -14,6 +14,21 @@ constexpr auto kTypes = std::to_array<std::string_view>(
      "area",   "stackedArea", "xyBar",   "xyLine", "xyArea",     "scatter",      "timeSeries",
      "bubble", "candlestick", "highLow", "gantt",  "meter",      "thermometer",  "multiAxis"});
 
+void warn_axis_color(Chart&, const Attribute& attribute)
+{
+    attribute.warn("axes are drawn in the colour of the chart");
+}
+
+void warn_axis_font(Chart&, Tag& child)
+{
+    child.ignore_all();
+    child.each_child([](Tag& font) {
+        font.ignore_all();
+        return true;
+    });
+    child.warn("axes are written in the font of the legend");
+}
+
 // clang-format off
 constexpr auto kChartRules = std::to_array<AttributeRule<Chart>>({
     {"chartType",             set_nothing<Chart>},
@@ -66,13 +81,13 @@ constexpr auto kPlotRules = std::to_array<AttributeRule<Chart>>({
     {"depthFactor",           set_nothing<Chart>},
     {"xOffset",               set_nothing<Chart>},
     {"yOffset",               set_nothing<Chart>},
-    {"categoryAxisLabelColor",     set_nothing<Chart>},
-    {"categoryAxisTickLabelColor", set_nothing<Chart>},
-    {"categoryAxisLineColor",      set_nothing<Chart>},
+    {"categoryAxisLabelColor",     warn_axis_color},
+    {"categoryAxisTickLabelColor", warn_axis_color},
+    {"categoryAxisLineColor",      warn_axis_color},
     {"categoryAxisTickLabelRotation", set_nothing<Chart>},
-    {"valueAxisLabelColor",        set_nothing<Chart>},
-    {"valueAxisTickLabelColor",    set_nothing<Chart>},
-    {"valueAxisLineColor",         set_nothing<Chart>},
+    {"valueAxisLabelColor",        warn_axis_color},
+    {"valueAxisTickLabelColor",    warn_axis_color},
+    {"valueAxisLineColor",         warn_axis_color},
 });
 
 constexpr auto kDataRules = std::to_array<AttributeRule<Chart>>({
@@ -208,10 +223,10 @@ constexpr auto kPlotChildren = std::to_array<ChildRule<Chart>>({
     {"categoryAxisFormat",          read_nothing<Chart>},
     {"xAxisFormat",                 read_nothing<Chart>},
     {"timeAxisFormat",              read_nothing<Chart>},
-    {"categoryAxisLabelFont",       read_nothing<Chart>},
-    {"categoryAxisTickLabelFont",   read_nothing<Chart>},
-    {"valueAxisLabelFont",          read_nothing<Chart>},
-    {"valueAxisTickLabelFont",      read_nothing<Chart>},
+    {"categoryAxisLabelFont",       warn_axis_font},
+    {"categoryAxisTickLabelFont",   warn_axis_font},
+    {"valueAxisLabelFont",          warn_axis_font},
+    {"valueAxisTickLabelFont",      warn_axis_font},
     {"domainAxisMinValueExpression", read_nothing<Chart>},
     {"domainAxisMaxValueExpression", read_nothing<Chart>},
     {"rangeAxisMinValueExpression", read_nothing<Chart>},

@@ -93,17 +93,28 @@ TEST(Opening, TellsWhatIsPassedOver)
         std::string head;
         const char* warning;
     };
-    for (const auto& c : {
-             Case{"sorting by a variable", R"(<sortField name="v" type="Variable"/><variable name="v"/>)",
-                  "not sorted"},
-             Case{"a group without a header",
-                  R"(<group name="g" keepTogether="true"><expression>1</expression></group>)", "'g' has no header"},
-         }) {
+    const std::string chart =
+        R"(<title height="50"><element kind="chart" chartType="bar" x="0" y="0" width="90" height="50"><dataset kind="category"/>)";
+    for (
+        const auto& c : {
+            Case{"sorting by a variable", R"(<sortField name="v" type="Variable"/><variable name="v"/>)", "not sorted"},
+            Case{"a group without a header",
+                 R"(<group name="g" keepTogether="true"><expression>1</expression></group>)", "'g' has no header"},
+            Case{"the colour of an axis", chart + R"(<plot valueAxisLabelColor="#FF0000"/></element></title>)",
+                 "colour of the chart"},
+            Case{
+                "the font of an axis",
+                chart +
+                    R"(<plot><valueAxisTickLabelFont><font size="5"/></valueAxisTickLabelFont></plot></element></title>)",
+                "font of the legend"},
+        }) {
         std::vector<Warning> met;
         const TestReport report{detail(20, ""), "", c.head};
         const Report opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
-        ASSERT_EQ(opened.warnings().size(), 1u) << c.why;
-        EXPECT_NE(opened.warnings()[0].find(c.warning), std::string::npos) << opened.warnings()[0];
+        std::vector<std::string> told = opened.warnings();
+        for (const auto& warning : met) told.push_back(warning.line());
+        ASSERT_EQ(told.size(), 1u) << c.why;
+        EXPECT_NE(told[0].find(c.warning), std::string::npos) << told[0];
     }
 }
 
