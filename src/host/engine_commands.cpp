@@ -61,6 +61,13 @@ fs::path target_of(const RenderOptions& options)
     return output.ends_with('/') || fs::is_directory(output) ? fs::path(output) / name : fs::path(output);
 }
 
+[[noreturn]] void fail(const std::string& definition, const char* what, const Fault& caught)
+{
+    std::string text = "The definition \"" + definition + "\" cannot be " + what + ": " + caught.description();
+    if (!caught.where().empty()) text += "\r\n" + caught.where();
+    throw HostError("Report Failure", text);
+}
+
 ExitStatus render(Host& host, const RenderOptions& options)
 {
     const fs::path target = target_of(options);
@@ -72,9 +79,7 @@ ExitStatus render(Host& host, const RenderOptions& options)
         report->Export(options.delivery.format, fs::absolute(target).string());
         for (const std::string& warning : report->warnings()) host.around().err << warning << '\n';
     } catch (const Fault& caught) {
-        std::string text = "The definition \"" + options.file + "\" cannot be rendered: " + caught.description();
-        if (!caught.where().empty()) text += "\r\n" + caught.where();
-        throw HostError("Report Failure", text);
+        fail(options.file, "rendered", caught);
     }
     host.say(target.string());
     return ExitStatus::Delivered;
@@ -122,7 +127,12 @@ void print_fields(std::ostream& out, const std::vector<PipeField>& fields)
 /// What the definition asks for that the list lacks.
 ExitStatus compare_fields(Host& host, const std::vector<PipeField>& fields, const std::string& definition)
 {
-    const auto report = host.engine().OpenReport(fs::absolute(definition).string());
+    std::shared_ptr<OpenedReport> report;
+    try {
+        report = host.engine().OpenReport(fs::absolute(definition).string());
+    } catch (const Fault& caught) {
+        fail(definition, "read", caught);
+    }
     size_t lacking = 0;
     for (const TableSource::Field& asked : report->fields()) {
         const auto found = std::ranges::find(fields, asked.name, &PipeField::name);

@@ -66,9 +66,12 @@ void write_pipe(std::ostream& out, std::string_view kind, const DataPipeRecordse
     out << "]}\n";
 }
 
-PipeFile::PipeFile(const std::filesystem::path& target)
-    : target_(target), making_(target.string() + ".making-" + std::to_string(::getpid()))
+PipeFile::PipeFile(const std::filesystem::path& target) : target_(target), making_(target)
 {
+    // What is there and no file, such as a device, is written to and not replaced.
+    std::error_code ignored;
+    renamed_ = !std::filesystem::is_other(target, ignored);
+    if (renamed_) making_ += ".making-" + std::to_string(::getpid());
     file_.open(making_, std::ios::binary | std::ios::trunc);
     if (!file_) fail();
 }
@@ -76,13 +79,14 @@ PipeFile::PipeFile(const std::filesystem::path& target)
 PipeFile::~PipeFile()
 {
     std::error_code ignored;  // gone already after a finish
-    std::filesystem::remove(making_, ignored);
+    if (renamed_) std::filesystem::remove(making_, ignored);
 }
 
 void PipeFile::finish()
 {
     file_.close();
     if (!file_) fail();
+    if (!renamed_) return;
     std::error_code error;
     std::filesystem::rename(making_, target_, error);
     if (error) fail();

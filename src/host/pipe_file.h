@@ -28,6 +28,7 @@ private:
 
     std::filesystem::path target_;
     std::filesystem::path making_;
+    bool renamed_ = true;  ///< whether `making_` takes the target's name at the end
     std::ofstream file_;
 };
 

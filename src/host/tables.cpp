@@ -131,6 +131,7 @@ Value cell_of(const json& cell, Value::Type type)
 {
     if (cell.is_null()) return {};
     if (cell.is_boolean()) return cell.get<bool>();
+    if (cell.is_number_unsigned() && cell.get<uint64_t>() > INT64_MAX) return cell.get<double>();
     if (cell.is_number_integer()) return cell.get<int64_t>();
     if (cell.is_number()) return type == Value::Type::Single ? Value(cell.get<float>()) : Value(cell.get<double>());
     if (!cell.is_string()) throw std::runtime_error("a cell is neither text, number, truth value nor null");
@@ -173,7 +174,8 @@ std::unique_ptr<TableSource> empty_rows(size_t count)
 
 std::unique_ptr<TableSource> read_csv(const fs::path& file)
 {
-    const std::string text = file_text(file);
+    std::string text = file_text(file);
+    if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);  // the mark with which spreadsheets begin UTF-8
     auto rows = CsvReader(text, file).rows();
     size_t width = 0;
     for (const auto& row : rows) width = std::max(width, row.size());

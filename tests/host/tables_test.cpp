@@ -46,6 +46,10 @@ TEST_F(Tables, CsvIsReadAsSpreadsheetsWriteIt)
              Case{"empty values", ",\n", "||\n"},
              Case{"a short line lacks values", "a,b,c\nd\n", "a|b|c|\nd|~|~|\n"},
              Case{"an empty line is an empty value", "a\n\nb\n", "a|\n|\nb|\n"},
+             Case{"the mark of UTF-8 in front", "\xEF\xBB\xBF\"a\",b\n", "a|b|\n"},
+             Case{"a quote inside a plain value", "5\" pipe,b\n", "5\" pipe|b|\n"},
+             Case{"quotes with nothing in them", "\"\",\"\"\n", "||\n"},
+             Case{"line ends only", "\n\r\n\n", "|\n|\n|\n"},
              Case{"no line", "", ""},
          }) {
         write_text(scratch("data.csv"), c.text);
@@ -69,11 +73,23 @@ TEST_F(Tables, PipeJsonComesBackWithItsTypes)
     EXPECT_EQ(all_cells(*table), "a|2026-06-15|7|1.25|True|\n~|2026-06-15T08:30:00|~|~|False|\n");
 }
 
+TEST_F(Tables, NumbersOfEverySizeKeepTheirSign)
+{
+    write_text(scratch("big.json"),
+               R"({"fields":[{"name":"A"}],"rows":[[9223372036854775807],[18446744073709551615],[-9223372036854775808],
+                  [-0.0],[1e300]]})");
+    const auto table = read_pipe_json(scratch("big.json"));
+    for (const double expected : {9223372036854775807.0, 18446744073709551615.0, -9223372036854775808.0, 0.0, 1e300}) {
+        ASSERT_TRUE(table->next());
+        EXPECT_DOUBLE_EQ(to_number(table->cell(0)), expected);
+    }
+}
+
 TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
 {
     struct Case {
         const char* why;
-        const char* text;
+        std::string text;
         const char* says;
     };
     for (const Case& c : {
@@ -82,6 +98,14 @@ TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
              Case{"a row too short", R"({"fields":[{"name":"A"},{"name":"B"}],"rows":[["1","2"],["1"]]})", "row 2"},
              Case{"a date that is none", R"({"fields":[{"name":"A","type":7}],"rows":[["soon"]]})", "soon"},
              Case{"a cell that is a list", R"({"fields":[{"name":"A"}],"rows":[[[]]]})", "cell"},
+             Case{"cut in a cell", R"({"fields":[{"name":"A"}],"rows":[["1"],["2)", "parse error"},
+             Case{"two things in one file", R"({"fields":[],"rows":[]} {)", "parse error"},
+             Case{"a name that is a number", R"({"fields":[{"name":1}],"rows":[]})", "string"},
+             Case{"fields that are none", R"({"fields":"A","rows":[]})", "with string"},
+             Case{"rows that are one object", R"({"fields":[{"name":"A"}],"rows":{"A":1}})", "row 1"},
+             Case{"a number beyond every number", R"({"fields":[{"name":"A"}],"rows":[[1e999]]})", "1e999"},
+             Case{"text that is no UTF-8", "{\"fields\":[{\"name\":\"\xC3\"}],\"rows\":[]}", "UTF-8"},
+             Case{"lists without end", std::string(100000, '['), "parse error"},
          }) {
         write_text(scratch("bad.json"), c.text);
         try {

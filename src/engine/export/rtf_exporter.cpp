@@ -276,9 +276,10 @@ std::string RtfExporter::head() const
     info("subject", document_->subject);
     info("keywords", document_->keywords);
     head += "}\n";
+    const auto twips = [](int32_t points) { return int64_t{points} * 20; };
     head += fmt::format("\\paperw{}\\paperh{}\\margl{}\\margr{}\\margt{}\\margb{}{}\\viewkind1\\noproof\n",
-                        document_->page_width * 20, document_->page_height * 20, document_->left_margin * 20,
-                        document_->right_margin * 20, document_->top_margin * 20, document_->bottom_margin * 20,
+                        twips(document_->page_width), twips(document_->page_height), twips(document_->left_margin),
+                        twips(document_->right_margin), twips(document_->top_margin), twips(document_->bottom_margin),
                         document_->page_width > document_->page_height ? "\\landscape" : "");
     return head;
 }

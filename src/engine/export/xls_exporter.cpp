@@ -1,5 +1,6 @@
 #include "engine/export/exporter.h"
 #include "engine/export/output_file.h"
+#include "engine/export/page_walk.h"
 #include "engine/export/xls_page.h"
 #include "engine/export/xls_workbook.h"
 
@@ -62,8 +63,8 @@ void XlsExporter::find_margins()
         bottom = std::max(bottom, page.row_lines.back());
     }
     const auto& columns = columns_.lines();
-    paper_.width = document_->page_width;
-    paper_.height = document_->page_height;
+    paper_.width = std::clamp(document_->page_width, 0, kFarthest);
+    paper_.height = std::clamp(document_->page_height, 0, kFarthest);
     paper_.landscape = document_->page_width > document_->page_height;
     paper_.left = std::clamp(columns.front(), 0, paper_.width);
     paper_.right = std::clamp(paper_.width - columns.back() - kSlack, 0, paper_.width);
