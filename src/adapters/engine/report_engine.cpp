@@ -197,7 +197,11 @@ Command bound_query(std::string_view statement, const std::function<Value(const 
         command.text += statement.substr(0, mark);
         statement.remove_prefix(mark);
         const size_t end = statement.find('}');
-        if (statement.empty() || end == std::string_view::npos) break;
+        if (statement.empty()) break;
+        if (end == std::string_view::npos) {  // left to the database to refuse
+            command.text += statement;
+            break;
+        }
         const std::string name(statement.substr(3, end - 3));
         command.parameters.push_back({name, value_of(name)});
         command.text += '?';

@@ -189,5 +189,93 @@ TEST_F(ReportEngineTest, PrintsAPdfOnThePrinterThatWasChosen)
     EXPECT_FALSE(fs::exists(printed.file)) << "the scratch file is gone";
 }
 
+TEST_F(ReportEngineTest, AWindowKeepsItsPagesWhenEverythingElseIsGone)
+{
+    std::shared_ptr<PageView> first, second;
+    {
+        const auto opened = engine();
+        const auto report = opened->OpenReport(definition(""));
+        report->SetDataSource(std::make_shared<Rows>(std::vector{1, 2, 3}));
+        first = report->View();
+        report->SetDataSource(std::make_shared<Rows>(std::vector{4}));
+        second = report->View();
+    }
+    EXPECT_EQ(first->page_count(), 2u);
+    EXPECT_EQ(first->page_text(1), "3");
+    EXPECT_TRUE(first->page_png(0, 36).starts_with("\x89PNG"));
+    EXPECT_EQ(second->page_text(0), "4") << "two windows of one report are independent";
+}
+
+TEST_F(ReportEngineTest, APictureOfAPageHasABoundedSize)
+{
+    const auto opened = engine();
+    const auto report = opened->OpenReport(definition(""));
+    report->SetDataSource(std::make_shared<Rows>(std::vector{1}));
+    const auto pages = report->View();
+    for (const double resolution : {0.0, -72.0, 1e9}) {
+        EXPECT_THROW((void)pages->page_png(0, resolution), Fault) << resolution;
+    }
+}
+
+TEST_F(ReportEngineTest, AReportGoesOutAsOftenAsItIsAskedTo)
+{
+    const auto opened = engine();
+    const auto report = opened->OpenReport(definition(""));
+    report->SetDataSource(std::make_shared<Rows>(std::vector{7, 8, 9}));
+    std::string earlier;
+    for (const char* name : {"once.pdf", "twice.pdf"}) {
+        report->Export(ExportFormat::Pdf, (folder_ / name).string());
+        const std::string bytes = content(folder_ / name);
+        EXPECT_TRUE(earlier.empty() || bytes == earlier) << "the rows are read from the first one on";
+        earlier = bytes;
+        EXPECT_EQ(report->View()->page_count(), 2u);
+    }
+    EXPECT_TRUE(report->warnings().empty());
+}
+
+TEST_F(ReportEngineTest, AFaultWhilePrintingLeavesNoScratchFile)
+{
+    fs::path printed;
+    EngineServices services;
+    services.print = [&](const PrintJob& job) {
+        printed = job.file;
+        throw Fault(fault::kCannotCreate, "The printer is out of paper.", job.device);
+    };
+    const auto opened = engine(services);
+    const auto report = opened->OpenReport(definition(""));
+    report->SelectPrinter("driver", "Office", "port");
+    report->SetDataSource(std::make_shared<Rows>(std::vector{1}));
+    EXPECT_THROW(report->PrintOut(), Fault);
+    EXPECT_FALSE(printed.empty());
+    EXPECT_FALSE(fs::exists(printed));
+    report->SetDataSource(std::make_shared<BrokenRows>());
+    printed.clear();
+    EXPECT_THROW(report->PrintOut(), Fault);
+    EXPECT_TRUE(printed.empty()) << "nothing goes to the printer of a report that failed";
+}
+
+TEST(BoundQuery, ParametersBecomeMarksInTheirOrder)
+{
+    struct Case {
+        const char *why, *statement, *text;
+        std::vector<std::string> names;
+    };
+    for (const auto& c :
+         {Case{"none", "SELECT 1", "SELECT 1", {}}, Case{"nothing", "", "", {}},
+          Case{"side by side", "$P{a}$P{b}$P{a}", "???", {"a", "b", "a"}},
+          Case{"a dollar alone", "SELECT '$', '$P' || $P{a}", "SELECT '$', '$P' || ?", {"a"}},
+          Case{"one without an end is left to the database to refuse", "a = $P{b} or $P{c", "a = ? or $P{c", {"b"}},
+          Case{"blanks belong to the name", "$P{ a }", "?", {" a "}}}) {
+        const Command command = bound_query(c.statement, [](const std::string& name) { return Value(name); });
+        EXPECT_EQ(command.text, c.text) << c.why;
+        std::vector<std::string> names;
+        for (const auto& parameter : command.parameters) {
+            names.push_back(parameter.name);
+            EXPECT_EQ(parameter.value, Value(parameter.name)) << c.why;
+        }
+        EXPECT_EQ(names, c.names) << c.why;
+    }
+}
+
 }  // namespace
 }  // namespace velora
