@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "adapters/ini/locked_folder.h"
 #include "host/commands.h"
 #include "host/kinds.h"
 #include "session/report_lists.h"
@@ -17,6 +18,13 @@ struct EntryOptions {
     std::string name;
     std::string file;
 };
+
+/// Held from reading a list to writing it, so that of two runs that change it at once neither loses the other's
+/// entry. The list files lie in a folder below, which writing them locks for itself.
+ini::LockedFolder turn_to_change(Host& host)
+{
+    return ini::LockedFolder(host.company().ports.application_folder);
+}
 
 /// The entries of the kind's list file, which several kinds may share.
 SessionState& open_list(Host& host, const ReportKind& kind)
@@ -58,6 +66,7 @@ ExitStatus add_report(Host& host, const EntryOptions& options)
     if (!fs::is_regular_file(file)) {
         throw HostError("Report Not Found", "There is no report definition \"" + file.string() + "\".");
     }
+    const auto turn = turn_to_change(host);
     SessionState& state = open_list(host, kind);
     if (find_entry(state, kind, options.name) != state.gReportList.end()) {
         throw HostError("Report List", "The list of \"" + options.kind + "\" has a report named \"" + options.name +
@@ -72,6 +81,7 @@ ExitStatus add_report(Host& host, const EntryOptions& options)
 ExitStatus remove_report(Host& host, const EntryOptions& options)
 {
     const ReportKind& kind = require_kind(options.kind);
+    const auto turn = turn_to_change(host);
     SessionState& state = open_list(host, kind);
     const auto found = find_entry(state, kind, options.name);
     if (found == state.gReportList.end()) {
