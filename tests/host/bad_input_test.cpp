@@ -110,6 +110,7 @@ TEST_F(BadInput, AFullDiskKeepsTheEarlierFileAndLeavesNothing)
     fs::create_directory(scratch("out"));
     const std::string file = scratch("out/q.pdf").string();
     write_text(file, "earlier");
+    ASSERT_TRUE(fs::exists(company()));  // made while there is room
     Ran ran;
     {
         const SmallDisk disk(8192);
