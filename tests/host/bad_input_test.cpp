@@ -1,13 +1,14 @@
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <csignal>
 
 #include "program.h"
+#include "support/small_disk.h"
 
 namespace velora::testing {
 namespace {
 
+using test::SmallDisk;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -22,29 +23,6 @@ std::vector<std::string> names_in(const fs::path& folder)
     std::ranges::sort(names);
     return names;
 }
-
-/// Files may grow to so many bytes, as on a disk without room.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t most) : handler_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit small = before_;
-        small.rlim_cur = most;
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-private:
-    rlimit before_{};
-    void (*handler_)(int);
-};
 
 class BadInput : public HostTest {
 protected:

@@ -1,8 +1,6 @@
 #include <malloc.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <thread>
 
 #include "engine/export/export_run.h"
@@ -10,12 +8,14 @@
 #include "engine/export/sample_pages.h"
 #include "engine/export/sample_quote.h"
 #include "engine/export/xml_reader.h"
+#include "support/small_disk.h"
 #include "values/fault.h"
 
 namespace velora::engine {
 namespace {
 
 namespace fs = std::filesystem;
+using test::SmallDisk;
 
 constexpr ExportFormat kFormats[] = {ExportFormat::Pdf, ExportFormat::Html, ExportFormat::Xls, ExportFormat::Rtf,
                                      ExportFormat::Doc, ExportFormat::Txt,  ExportFormat::Xml};
@@ -30,29 +30,6 @@ size_t files_in(const fs::path& folder)
 {
     return static_cast<size_t>(std::distance(fs::directory_iterator(folder), {}));
 }
-
-/// A limit on the size of files, as a disk without room is one.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t most) : handler_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit small = before_;
-        small.rlim_cur = most;
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-private:
-    rlimit before_{};
-    void (*handler_)(int);
-};
 
 class ExportFailures : public testing::Test {
 protected:
