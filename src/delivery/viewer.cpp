@@ -6,26 +6,29 @@ namespace velora {
 
 namespace {
 
-void show_in_window(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption,
+bool show_in_window(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption,
                     std::string_view procedure)
 {
+    bool shown = false;
     with_failure_path(state, ErrorMessenger, procedure, [&] {
         if (!report) throw fault::object_not_set("report");
         if (state.ports.user == nullptr) throw fault::of(fault::kCannotCreate, "frmViewer");
         state.ports.user->show_pages(report->View(), caption);
+        shown = true;
     });
+    return shown;
 }
 
 }  // namespace
 
-void InitializeTTX(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption)
+bool InitializeTTX(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption)
 {
-    show_in_window(state, report, caption, "frmViewer.InitializeTTX");
+    return show_in_window(state, report, caption, "frmViewer.InitializeTTX");
 }
 
-void InitializeCustom(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption)
+bool InitializeCustom(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption)
 {
-    show_in_window(state, report, caption, "frmViewer.InitializeCustom");
+    return show_in_window(state, report, caption, "frmViewer.InitializeCustom");
 }
 
 }  // namespace velora

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "delivery/export.h"
 #include "delivery/viewer.h"
 #include "reports/run_frame.h"
 #include "session/error_messengers.h"
@@ -17,30 +16,29 @@ bool file_exists(const std::string& path)
     return std::filesystem::is_regular_file(path, ignored);
 }
 
-void tell_not_found(SessionState& state)
+RunEnd not_found(SessionState& state)
 {
     tell(state, {"Report Not Found",
                  "The selected Report could not be found.\r\nThe Report may have been moved or deleted.\r\n"
                  "Please first remove and then add the Report again.",
                  Icon::Critical});
+    return RunEnd::NotFound;
 }
 
 }  // namespace
 
-void Custom_Reports(SessionState& state, const std::string& pReportString, const std::string& pReportName,
-                    bool pPreview, bool pExportIt)
+RunEnd Custom_Reports(SessionState& state, const std::string& pReportString, const std::string& pReportName,
+                      bool pPreview, bool pExportIt)
 {
-    run_report(state, "Custom_Reports", [&] {
-        if (!file_exists(pReportString)) return tell_not_found(state);
+    return run_report(state, "Custom_Reports", [&] {
+        if (!file_exists(pReportString)) return not_found(state);
         open_definition(state, pReportString);
         choose_printer(state, printer_setting(state));
-        if (pExportIt) {
-            Export_Report(state, dated_name(state, pReportName));
-        } else if (pPreview) {
-            InitializeCustom(state, state.gCrReport, "Velora - Custom Report");
-        } else {
-            state.gCrReport->PrintOut();
+        if (pPreview && !pExportIt) {
+            const bool shown = InitializeCustom(state, state.gCrReport, "Velora - Custom Report");
+            return shown ? RunEnd::Delivered : RunEnd::Failed;
         }
+        return route_output(state, {pReportString, false, pExportIt}, dated_name(state, pReportName));
     });
 }
 

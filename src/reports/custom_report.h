@@ -7,7 +7,7 @@
 namespace velora {
 
 /// Runs a definition that brings its own data. A file that is not there has a box of its own.
-void Custom_Reports(SessionState& state, const std::string& pReportString, const std::string& pReportName,
-                    bool pPreview, bool pExportIt);
+RunEnd Custom_Reports(SessionState& state, const std::string& pReportString, const std::string& pReportName,
+                      bool pPreview, bool pExportIt);
 
 }  // namespace velora

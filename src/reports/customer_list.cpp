@@ -132,25 +132,26 @@ std::shared_ptr<Recordset> open_customers(SessionState& state)
                       Cursor::Forward);
 }
 
-void tell_no_data(SessionState& state)
+RunEnd no_data(SessionState& state)
 {
     tell(state, {"No Data Found", "There are no Customers in the database to place on the report.", Icon::Information});
+    return RunEnd::NoData;
 }
 
 }  // namespace
 
-void Print_CustomerList(SessionState& state, const std::string& pReportString, bool pPreview, bool pExportIt)
+RunEnd Print_CustomerList(SessionState& state, const std::string& pReportString, bool pPreview, bool pExportIt)
 {
-    run_report(state, "Print_CustomerList", [&] {
+    return run_report(state, "Print_CustomerList", [&] {
         open_definition(state, pReportString);
         const auto pipe = create_pipe(state, pReportString, customer_list_fields());
         const auto rows = open_customers(state);
-        if (!move_to_first(*rows)) return tell_no_data(state);
+        if (!move_to_first(*rows)) return no_data(state);
         CustomerPipe(state, *rows, *pipe).fill();
         rows->Close();
         attach_pipe(state, *pipe);
         choose_printer(state, printer_setting(state));
-        route_output(state, {pReportString, pPreview, pExportIt}, dated_name(state, "Customer List"));
+        return route_output(state, {pReportString, pPreview, pExportIt}, dated_name(state, "Customer List"));
     });
 }
 

@@ -9,7 +9,7 @@
 namespace velora {
 
 /// Lists the product's own customers that have not gone to the accounting system.
-void Print_CustomerList(SessionState& state, const std::string& pReportString, bool pPreview, bool pExportIt);
+RunEnd Print_CustomerList(SessionState& state, const std::string& pReportString, bool pPreview, bool pExportIt);
 
 /// The contract with the definitions of customer lists.
 std::vector<PipeField> customer_list_fields();

@@ -111,11 +111,12 @@ private:
     DetailRow row_;
 };
 
-void tell_not_found(SessionState& state)
+RunEnd not_found(SessionState& state)
 {
     tell(state,
          {"Quote Report Cancelled",
           "The selected Quote information could not be found.\r\nThe report will be cancelled.", Icon::Exclamation});
+    return RunEnd::NotFound;
 }
 
 std::string bill_to_name(const QuoteDocument& document)
@@ -126,13 +127,13 @@ std::string bill_to_name(const QuoteDocument& document)
 
 }  // namespace
 
-void Print_Quote(SessionState& state, int32_t pQuoteID, const std::string& pReportString, int16_t, bool pPreview,
-                 bool pExportIt)
+RunEnd Print_Quote(SessionState& state, int32_t pQuoteID, const std::string& pReportString, int16_t, bool pPreview,
+                   bool pExportIt)
 {
-    run_report(state, "Print_Quote", [&] {
+    return run_report(state, "Print_Quote", [&] {
         open_definition(state, pReportString);
         const auto pipe = create_pipe(state, pReportString, quote_fields());
-        if (!Fetch_QuoteInfo(state, state.gQuote, pQuoteID)) return tell_not_found(state);
+        if (!Fetch_QuoteInfo(state, state.gQuote, pQuoteID)) return not_found(state);
         Get_DetailPrRecordset(state, pQuoteID);
         Get_MiscChargeInfo(state, state.gMiscCharges, pQuoteID, state.gQuote.quCurCode);
         QuoteDocument document = load_quote_document(state);
@@ -140,8 +141,8 @@ void Print_Quote(SessionState& state, int32_t pQuoteID, const std::string& pRepo
         QuotePipe(document, *pipe).fill();
         attach_pipe(state, *pipe);
         choose_printer(state, printer_setting(state));
-        route_output(state, {pReportString, pPreview, pExportIt},
-                     std::string(trimmed(state.gQuote.QuoteNumber)) + " - " + bill_to_name(document));
+        return route_output(state, {pReportString, pPreview, pExportIt},
+                            std::string(trimmed(state.gQuote.QuoteNumber)) + " - " + bill_to_name(document));
     });
 }
 

@@ -69,29 +69,34 @@ OpenedReport& report_of(SessionState& state)
 
 }  // namespace
 
-void run_report(SessionState& state, std::string_view procedure, const std::function<void()>& builder)
+RunEnd run_report(SessionState& state, std::string_view procedure, const std::function<RunEnd()>& builder)
 {
     const CachedRun cached(state.cache);
+    state.run_end = RunEnd::Failed;
     try {
-        builder();
+        state.run_end = builder();
     } catch (const Fault& caught) {
-        Show_ReportError(state, caught, procedure);
+        state.run_end = Show_ReportError(state, caught, procedure);
     }
+    return state.run_end;
 }
 
-void Show_ReportError(SessionState& state, const Fault& caught, std::string_view procedure)
+RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_view procedure)
 {
     switch (caught.number()) {
         case fault::kObjectNotSet:
         case fault::kCannotCreate:
-            return tell(state, {std::string(kTitle), std::string(kNotInstalled), Icon::Critical});
+            tell(state, {std::string(kTitle), std::string(kNotInstalled), Icon::Critical});
+            break;
         case fault::kReportFile:
-            return tell(state, {std::string(kTitle), std::string(kNotFound), Icon::Critical});
+            tell(state, {std::string(kTitle), std::string(kNotFound), Icon::Critical});
+            break;
         case fault::kCancelled:
-            return;
+            return RunEnd::Cancelled;
         default:
             ErrorMessenger(state, caught.number(), caught.description(), "modPrint." + std::string(procedure));
     }
+    return RunEnd::Failed;
 }
 
 void open_definition(SessionState& state, const std::string& report_string)
@@ -140,15 +145,18 @@ std::string printer_setting(SessionState& state)
     return setting(state, "Name", "");
 }
 
-void route_output(SessionState& state, const Delivery& delivery, std::string_view export_name)
+RunEnd route_output(SessionState& state, const Delivery& delivery, std::string_view export_name)
 {
     if (delivery.export_it) {
         Export_Report(state, export_name);
-    } else if (delivery.preview) {
-        InitializeTTX(state, state.gCrReport, "Velora - " + delivery.report_string);
-    } else {
-        report_of(state).PrintOut();
+        return state.gExportOK ? RunEnd::Delivered : RunEnd::Failed;
     }
+    if (delivery.preview) {
+        const bool shown = InitializeTTX(state, state.gCrReport, "Velora - " + delivery.report_string);
+        return shown ? RunEnd::Delivered : RunEnd::Failed;
+    }
+    report_of(state).PrintOut();
+    return RunEnd::Delivered;
 }
 
 std::string dated_name(SessionState& state, std::string_view name)

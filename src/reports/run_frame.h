@@ -21,11 +21,11 @@ struct Delivery {
 };
 
 /// Runs a builder with the lookups of the run cached. A fault that the builder did not tolerate ends in
-/// `Show_ReportError` under the procedure's name.
-void run_report(SessionState& state, std::string_view procedure, const std::function<void()>& builder);
+/// `Show_ReportError` under the procedure's name. The answer also stays in the state, for hosts of the public class.
+RunEnd run_report(SessionState& state, std::string_view procedure, const std::function<RunEnd()>& builder);
 
-/// Tells the user why a run ended.
-void Show_ReportError(SessionState& state, const Fault& caught, std::string_view procedure);
+/// Tells the user why a run ended; a user who cancelled it is told nothing.
+RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_view procedure);
 
 /// Opens the definition. @throws Fault 20507 when it is missing or none
 void open_definition(SessionState& state, const std::string& report_string);
@@ -45,7 +45,7 @@ void choose_printer(SessionState& state, std::string_view name);
 std::string printer_setting(SessionState& state);
 
 /// Sends the report on its way. @param export_name  without folder and extension
-void route_output(SessionState& state, const Delivery& delivery, std::string_view export_name);
+RunEnd route_output(SessionState& state, const Delivery& delivery, std::string_view export_name);
 
 /// "yyyymmdd - name": how the exports of list reports are called.
 std::string dated_name(SessionState& state, std::string_view name);

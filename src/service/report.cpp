@@ -21,6 +21,7 @@ void store(SessionState& state, const Report::Session& session, const Report::Da
     state.gSess = session;
     state.gConn = database;
     state.gEngine = engine;
+    state.run_end = RunEnd::Failed;  // until a builder answers
 }
 
 void load_lists(SessionState& state)

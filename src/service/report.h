@@ -12,7 +12,7 @@ namespace velora {
 /// that they were made with, or the process's one.
 ///
 /// Every operation stores what it is given in the state, loads what the work needs and hands over to a builder or a
-/// form. No argument is changed.
+/// form. No argument is changed. How a printing operation ended stands in `state().run_end`.
 class Report {
 public:
     Report();

@@ -17,6 +17,7 @@
 #include "session/enumerations.h"
 #include "session/records.h"
 #include "session/run_cache.h"
+#include "session/run_end.h"
 #include "session/run_log.h"
 
 namespace velora {
@@ -97,6 +98,7 @@ struct SessionState {
     std::string gPrMargin;
     double gPrWeight = 0;
 
+    RunEnd run_end = RunEnd::Failed;  ///< of the latest run; every operation that prints sets it anew
     RunCache cache;
     RunLog log;
 };

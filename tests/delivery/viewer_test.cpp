@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-using Initialize = void (*)(SessionState&, const std::shared_ptr<OpenedReport>&, const std::string&);
+using Initialize = bool (*)(SessionState&, const std::shared_ptr<OpenedReport>&, const std::string&);
 
 struct Procedure {
     const char* name;
