@@ -83,7 +83,7 @@ WatchedEngine& Host::engine()
         services.now = [this] { return adapters_->clock->now(); };
         services.locale = replaced(region_name(options_, around_), "-", "_");
         services.run_query = [this](const std::string& source, const Command& command) {
-            return query_table(connection_of(source), command);
+            return query_table(reader_of(source), command, config_.most_rows);
         };
         adapters_->engine = make_report_engine(shipped_folder(around_.program, "fonts"), std::move(services));
         engine_ = std::make_unique<WatchedEngine>(*adapters_->engine);
@@ -91,11 +91,15 @@ WatchedEngine& Host::engine()
     return *engine_;
 }
 
-/// The database that a definition's own query runs on.
-std::shared_ptr<Connection> Host::connection_of(const std::string& source)
+/// The database that a definition's own query runs on. The definition may come from anywhere: it can only read.
+std::shared_ptr<Connection> Host::reader_of(const std::string& source)
 {
-    if (!source.empty()) return open_sqlite(sqlite_file(fs::current_path(), source, "velora.connection").string());
-    if (company_) return company_->gConn;
+    QueryLimits limits;
+    limits.time = config_.timeout;
+    if (!source.empty()) {
+        return open_sqlite_reader(sqlite_file(fs::current_path(), source, "velora.connection").string(), limits);
+    }
+    if (company_) return company_->gConn->open_reader(limits);
     throw Fault(fault::kObjectNotSet,
                 "The definition runs a query on the company's database, and no company is open. "
                 "The command \"custom\" runs it there; \"render\" takes its data from a file.");

@@ -57,7 +57,7 @@ public:
 private:
     [[nodiscard]] std::filesystem::path folder() const;
     void open_company();
-    std::shared_ptr<Connection> connection_of(const std::string& source);
+    std::shared_ptr<Connection> reader_of(const std::string& source);
 
     CommonOptions options_;
     const Surroundings& around_;

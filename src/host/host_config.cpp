@@ -1,5 +1,7 @@
 #include "host/host_config.h"
 
+#include <charconv>
+
 #include "adapters/ini/ini_file.h"
 #include "host/host_error.h"
 #include "values/text.h"
@@ -62,6 +64,20 @@ std::optional<bool> multi_currency_of(const HostSection& host)
     host.reject("MultiCurrency", "is \"" + answer + "\"", "yes, no or left out");
 }
 
+/// A whole number, 0 for no end; `otherwise` where the key is left out.
+size_t limit_of(const HostSection& host, const char* key, size_t otherwise)
+{
+    const auto given = host.text(key);
+    if (given.empty()) return otherwise;
+    size_t limit = 0;
+    const auto read = std::from_chars(given.data(), given.data() + given.size(), limit);
+    constexpr size_t kMost = 1'000'000'000;
+    if (read.ec != std::errc() || read.ptr != given.data() + given.size() || limit > kMost) {
+        host.reject(key, "is \"" + given + "\"", "a whole number, 0 for no limit, or left out");
+    }
+    return limit;
+}
+
 }  // namespace
 
 std::string HostConfig::ini_text() const
@@ -97,6 +113,8 @@ HostConfig read_host_config(const fs::path& folder)
     config.engine = engine_of(host);
     config.user = host.text("User");
     config.multi_currency = multi_currency_of(host);
+    config.timeout = std::chrono::seconds(limit_of(host, "Timeout", static_cast<size_t>(config.timeout.count())));
+    config.most_rows = limit_of(host, "MostRows", config.most_rows);
     return config;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -16,6 +17,8 @@ struct HostConfig {
     WhichEngine engine = eDBSQLServer;
     std::string user;
     std::optional<bool> multi_currency;  ///< none: as the company says
+    std::chrono::seconds timeout{30};    ///< how long a query may work
+    size_t most_rows = 1'000'000;        ///< of the query that a definition brings; 0 for any number
 
     /// The file as people read and change it.
     [[nodiscard]] std::string ini_text() const;

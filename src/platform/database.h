@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -79,6 +81,12 @@ public:
     void put(std::string_view name, Value cell) { put(column(name), std::move(cell)); }
 };
 
+/// What bounds statements that somebody else wrote.
+struct QueryLimits {
+    std::chrono::milliseconds time = std::chrono::seconds(30);  ///< of the database's own work; 0 for no end
+    std::function<bool()> cancelled;                            ///< asked while the database works; empty for never
+};
+
 /// An open connection to the product's database.
 class Connection {
 public:
@@ -91,6 +99,12 @@ public:
     virtual std::unique_ptr<Recordset> Execute(std::string_view text) = 0;
 
     [[nodiscard]] virtual std::vector<DatabaseError>& Errors() = 0;
+
+    /// A second connection to the same data, for statements of unknown origin. It reads rows and can do nothing else:
+    /// the database itself sees to that (a file opened for reading, a transaction that reads only and is rolled back).
+    /// All its statements together may work for the time of the limits; what goes on longer is a fault.
+    /// @throws Fault when the data cannot be opened a second time
+    virtual std::unique_ptr<Connection> open_reader(const QueryLimits& limits) = 0;
 };
 
 }  // namespace velora

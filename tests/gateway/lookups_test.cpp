@@ -112,6 +112,7 @@ public:
                                                  std::vector<std::vector<Value>>{{language_}});
     }
     std::vector<DatabaseError>& Errors() override { return errors_; }
+    std::unique_ptr<Connection> open_reader(const QueryLimits&) override { throw fault::closed_object(); }
 
 private:
     int64_t language_;

@@ -19,8 +19,9 @@ constexpr int kUnknownProcedure = 2812;  // the number that a server gives it
 
 class SqliteConnection final : public Connection {
 public:
-    SqliteConnection(Database database, int default_language)
-        : pool_(std::make_shared<StatementPool>(std::move(database))), default_language_(default_language)
+    /// @param path  empty for a database in memory
+    SqliteConnection(Database database, std::string path, const SqliteOptions& options)
+        : pool_(std::make_shared<StatementPool>(std::move(database))), path_(std::move(path)), options_(options)
     {
     }
 
@@ -40,13 +41,20 @@ public:
 
     std::vector<DatabaseError>& Errors() override { return *errors_; }
 
+    std::unique_ptr<Connection> open_reader(const QueryLimits& limits) override
+    {
+        if (!path_.empty()) return open_sqlite_reader(path_, limits, options_);
+        throw Fault(fault::kPathAccess, "A database in memory cannot be opened a second time.");
+    }
+
 private:
     std::unique_ptr<Recordset> run(const Command& command, Cursor cursor);
     std::string statement_text(const Command& command) const;
 
     std::shared_ptr<StatementPool> pool_;
     sqlite::ErrorList errors_ = std::make_shared<std::vector<DatabaseError>>();
-    int default_language_;
+    std::string path_;
+    SqliteOptions options_;
 };
 
 std::string SqliteConnection::statement_text(const Command& command) const
@@ -55,7 +63,7 @@ std::string SqliteConnection::statement_text(const Command& command) const
         if (const auto statement = sqlite::procedure_statement(command.text)) return std::string(*statement);
         throw DriverError(kUnknownProcedure, "Could not find stored procedure '" + command.text + "'.");
     }
-    return sqlite::batch_statement(command.text, default_language_).value_or(command.text);
+    return sqlite::batch_statement(command.text, options_.default_language).value_or(command.text);
 }
 
 void bind_parameters(StatementPool::Loan& statement, const Command& command)
@@ -93,22 +101,33 @@ std::unique_ptr<Recordset> SqliteConnection::run(const Command& command, Cursor 
 
 Database::Options database_options(const SqliteOptions& options)
 {
-    return {Database::Access::ReadWrite, sqlite::date_order_of(options.default_language), options.busy_milliseconds};
+    Database::Options made;
+    made.date_order = sqlite::date_order_of(options.default_language);
+    made.busy_milliseconds = options.busy_milliseconds;
+    return made;
 }
 
 }  // namespace
 
 std::unique_ptr<Connection> open_sqlite(const std::string& path, const SqliteOptions& options)
 {
-    return std::make_unique<SqliteConnection>(Database::open(path, database_options(options)),
-                                              options.default_language);
+    return std::make_unique<SqliteConnection>(Database::open(path, database_options(options)), path, options);
+}
+
+std::unique_ptr<Connection> open_sqlite_reader(const std::string& path, const QueryLimits& limits,
+                                               const SqliteOptions& options)
+{
+    auto guarded = database_options(options);
+    guarded.access = Database::Access::Guarded;
+    guarded.limits = limits;
+    return std::make_unique<SqliteConnection>(Database::open(path, guarded), path, options);
 }
 
 std::unique_ptr<Connection> open_sqlite_in_memory(const SqliteOptions& options)
 {
     auto database = Database::memory(database_options(options));
     sqlite::create_tables(database, product_tables());
-    return std::make_unique<SqliteConnection>(std::move(database), options.default_language);
+    return std::make_unique<SqliteConnection>(std::move(database), std::string(), options);
 }
 
 }  // namespace velora

@@ -17,7 +17,11 @@ struct SqliteOptions {
 /// @throws Fault 53 for a missing file, 75 for one that is no database, truncated, locked or unreadable
 std::unique_ptr<Connection> open_sqlite(const std::string& path, const SqliteOptions& options = {});
 
-/// The product's tables without rows, in memory.
+/// Any SQLite file for statements of unknown origin, as `Connection::open_reader` says. @throws Fault as `open_sqlite`
+std::unique_ptr<Connection> open_sqlite_reader(const std::string& path, const QueryLimits& limits,
+                                               const SqliteOptions& options = {});
+
+/// The product's tables without rows, in memory. Nobody can open them a second time.
 std::unique_ptr<Connection> open_sqlite_in_memory(const SqliteOptions& options = {});
 
 }  // namespace velora

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "adapters/sqlite_core/query_guard.h"
 #include "values/fault.h"
 
 namespace velora::sqlite {
@@ -78,17 +79,27 @@ std::string reason_of(int code, const std::string& message)
 
 }  // namespace
 
+Database::Database(sqlite3* handle) : handle_(handle) {}
+Database::Database(Database&&) noexcept = default;
+Database& Database::operator=(Database&&) noexcept = default;
+Database::~Database() = default;
+
 Database Database::open(const std::string& path, const Options& options)
 {
     check_file(path);
     sqlite3* handle = nullptr;
-    const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
+    const int flags = options.access == Access::Guarded ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, flags, nullptr);
     Database database(handle);
     if (status != SQLITE_OK) throw refusal(path, sqlite3_errstr(status));
     try {
         database.set_up(options);
         database.run("SELECT count(*) FROM sqlite_master");
         if (options.access == Access::QueryOnly) database.run("PRAGMA query_only = 1");
+        if (options.access == Access::Guarded) {
+            database.guard_ = std::make_unique<QueryGuard>(options.limits);
+            database.guard_->watch(handle);
+        }
     } catch (const DriverError& error) {
         throw refusal(path, reason_of(error.code(), error.what()));
     }

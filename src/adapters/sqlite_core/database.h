@@ -6,10 +6,13 @@
 #include <string>
 
 #include "adapters/sqlite_core/date_collation.h"
+#include "platform/database.h"
 
 struct sqlite3;
 
 namespace velora::sqlite {
+
+class QueryGuard;
 
 /// What the driver refused, with its extended code.
 class DriverError : public std::runtime_error {
@@ -28,12 +31,14 @@ public:
     enum class Access : uint8_t {
         QueryOnly,  ///< no statement may change anything; what a broken write left behind is still cleared up
         ReadWrite,
+        Guarded,  ///< for statements of unknown origin: the file is opened for reading, under a `QueryGuard`
     };
 
     struct Options {
         Access access = Access::ReadWrite;  ///< a file that may not be written opens for reading all the same
         DateOrder date_order = DateOrder::MonthDayYear;
         int busy_milliseconds = 5000;
+        QueryLimits limits = {};  ///< of a guarded database
     };
 
     /// Opens a file that is there; none is ever made. Its header, its size and its table list are checked.
@@ -44,8 +49,12 @@ public:
     static Database create(const std::string& path);
     /// An empty database that lives as long as the object.
     static Database memory(const Options& options);
+    Database(Database&&) noexcept;
+    Database& operator=(Database&&) noexcept;
+    ~Database();
 
     [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
+    [[nodiscard]] QueryGuard* guard() const { return guard_.get(); }  ///< none unless the access is guarded
     /// Runs statements without rows. @throws DriverError
     void run(const std::string& sql) const;
 
@@ -54,9 +63,10 @@ private:
         void operator()(sqlite3* database) const noexcept;
     };
 
-    explicit Database(sqlite3* handle) : handle_(handle) {}
+    explicit Database(sqlite3* handle);
     void set_up(const Options& options) const;
 
+    std::unique_ptr<QueryGuard> guard_;  // outlives the handle, which calls it
     std::unique_ptr<sqlite3, Close> handle_;
 };
 

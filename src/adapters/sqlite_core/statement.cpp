@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "adapters/sqlite_core/query_guard.h"
 #include "values/text.h"
 
 namespace velora::sqlite {
@@ -27,17 +28,24 @@ bool is_blank(std::string_view rest)
     return rest.find_first_not_of(" \t\r\n;") == std::string_view::npos;
 }
 
+/// Why the driver refused: the guard's reason where there is one, else the driver's.
+std::string worded(const QueryGuard* guard, const char* message)
+{
+    return guard != nullptr && !guard->reason().empty() ? guard->reason() : message;
+}
+
 }  // namespace
 
-Statement::Statement(const Database& database, const std::string& sql)
+Statement::Statement(const Database& database, const std::string& sql) : guard_(database.guard())
 {
+    const QueryGuard::Work work(guard_);
     sqlite3_stmt* handle = nullptr;
     const char* rest = nullptr;
     const int size = static_cast<int>(sql.size());
     const int status =
         sqlite3_prepare_v3(database.handle(), sql.c_str(), size + 1, SQLITE_PREPARE_PERSISTENT, &handle, &rest);
     handle_.reset(handle);
-    if (status != SQLITE_OK) throw DriverError(status, sqlite3_errmsg(database.handle()));
+    if (status != SQLITE_OK) throw DriverError(status, worded(guard_, sqlite3_errmsg(database.handle())));
     if (handle == nullptr) throw DriverError(SQLITE_ERROR, "there is no statement in the text");
     if (!is_blank(rest)) throw DriverError(SQLITE_ERROR, "more than one statement in the text");
     const int columns = sqlite3_column_count(handle);
@@ -88,6 +96,7 @@ int Statement::mark_count() const
 
 bool Statement::step()
 {
+    const QueryGuard::Work work(guard_);
     const int status = sqlite3_step(handle_.get());
     if (status == SQLITE_ROW) return true;
     if (status != SQLITE_DONE) fail();
@@ -151,7 +160,7 @@ Value Statement::value(size_t column) const
 void Statement::fail() const
 {
     auto* database = sqlite3_db_handle(handle_.get());
-    throw DriverError(sqlite3_extended_errcode(database), sqlite3_errmsg(database));
+    throw DriverError(sqlite3_extended_errcode(database), worded(guard_, sqlite3_errmsg(database)));
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const noexcept

@@ -45,6 +45,7 @@ private:
     [[noreturn]] void fail() const;
 
     std::unique_ptr<sqlite3_stmt, Finalize> handle_;
+    QueryGuard* guard_;
     std::vector<CellKind> kinds_;
     mutable std::shared_ptr<const ColumnNames> columns_;
 };
