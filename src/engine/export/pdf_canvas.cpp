@@ -207,12 +207,12 @@ void PdfCanvas::stroke(const Path& path, const Stroke& stroke)
 
 void PdfCanvas::set_font(const GlyphRun& run)
 {
-    if (state_.face == run.face && state_.size == run.size) return;
-    font_ = &fonts_.font(*run.face);
-    state_.face = run.face;
+    const bool same_face = state_.font != nullptr && state_.font->face() == run.face;
+    if (same_face && state_.size == run.size) return;
+    if (!same_face) state_.font = &fonts_.font(*run.face);
     state_.size = run.size;
     content_ += '/';
-    content_ += font_->name();
+    content_ += state_.font->name();
     content_ += ' ';
     number(run.size);
     content_ += "Tf ";
@@ -242,7 +242,7 @@ void PdfCanvas::enter_text(double x, double y)
 
 void PdfCanvas::append_code(const CanvasGlyph& glyph, std::string_view text)
 {
-    const uint16_t code = font_->code(glyph.id, text.substr(glyph.cluster, glyph.cluster_size));
+    const uint16_t code = state_.font->code(glyph.id, text.substr(glyph.cluster, glyph.cluster_size));
     for (const char byte : {static_cast<char>(code >> 8), static_cast<char>(code & 0xFF)}) {
         if (byte == '(' || byte == ')' || byte == '\\') content_ += '\\';
         if (byte == '\r') {

@@ -54,7 +54,7 @@ private:
         uint8_t alpha = 255;
         double line_width = -1;
         LineStyle line_style = LineStyle::Solid;
-        const Face* face = nullptr;
+        PdfFont* font = nullptr;
         double size = 0;
     };
 
@@ -73,7 +73,6 @@ private:
 
     PdfFonts& fonts_;
     PdfImages& images_;
-    PdfFont* font_ = nullptr;
     std::string content_;
     State state_;
     std::vector<State> saved_;

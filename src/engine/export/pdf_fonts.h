@@ -18,6 +18,7 @@ class PdfFont {
 public:
     PdfFont(const Face& face, std::string name, PdfId id);
 
+    [[nodiscard]] const Face* face() const { return &face_; }
     [[nodiscard]] const std::string& name() const { return name_; }  ///< in the resources
     [[nodiscard]] PdfId id() const { return id_; }
 
