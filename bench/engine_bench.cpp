@@ -101,8 +101,7 @@ public:
     int64_t to_pdf(int64_t rows)
     {
         const auto target = fs::path(VELORA_BENCH_SCRATCH) / "dense.pdf";
-        return run(NumberedRows(rows, Numbers::InOrder),
-                   CountingSink(make_exporter(ExportFormat::Pdf, target, {fonts_, {}})));
+        return run(NumberedRows(rows, Numbers::InOrder), CountingSink(make_exporter("pdf", target, {fonts_, {}})));
     }
 
 private:

@@ -1,5 +1,5 @@
-#include "engine/export/bitmap.h"
-#include "engine/export/picture_fit.h"
+#include "engine/export/common/picture_fit.h"
+#include "engine/export/paint/bitmap.h"
 
 /// Any bytes as a picture: taken apart, or none; a size that is told is never empty.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)

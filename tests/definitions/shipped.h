@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "engine/definition/reader.h"
+#include "engine/export/common/page_walk.h"
 #include "engine/export/exporter.h"
-#include "engine/export/page_walk.h"
-#include "engine/export/xml_reader.h"
 #include "engine/fill/report.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 #include "host/tables.h"
+#include "support/print_xml_reader.h"
 
 namespace velora {
 

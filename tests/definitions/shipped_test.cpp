@@ -7,6 +7,7 @@
 #include <set>
 
 #include "reports/report_kinds.h"
+#include "support/same_page.h"
 
 namespace velora {
 namespace {
@@ -35,7 +36,7 @@ engine::PageList read_back(const fs::path& file)
 void write_print_form(Filled report, const fs::path& file)
 {
     engine::FontStore fonts(VELORA_SOURCE_DIR "/fonts");
-    const auto sink = engine::make_exporter(engine::ExportFormat::Xml, file, {fonts, {}});
+    const auto sink = engine::make_exporter("xml", file, {fonts, {}});
     sink->begin(report.pages.document);
     for (auto& page : report.pages.pages) sink->page(std::move(page));
     sink->end();

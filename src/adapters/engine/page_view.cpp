@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "engine/export/page_picture.h"
-#include "engine/export/page_walk.h"
+#include "engine/export/common/page_walk.h"
+#include "engine/export/paint/page_picture.h"
 #include "engine/text/font_store.h"
 #include "values/fault.h"
 

@@ -1,5 +1,7 @@
 #include "adapters/engine/report_engine.h"
 
+#include <algorithm>
+
 #include "adapters/engine/page_view.h"
 #include "engine/export/exporter.h"
 #include "engine/fill/open.h"
@@ -13,26 +15,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct FormatPair {
-    ExportFormat asked;
-    engine::ExportFormat written;
+struct FormatExtension {
+    ExportFormat format;
+    const char* extension;
 };
 
 // clang-format off
-constexpr FormatPair kFormats[] = {
-    {ExportFormat::Pdf, engine::ExportFormat::Pdf}, {ExportFormat::Html, engine::ExportFormat::Html},
-    {ExportFormat::Xls, engine::ExportFormat::Xls}, {ExportFormat::Doc,  engine::ExportFormat::Doc},
-    {ExportFormat::Rtf, engine::ExportFormat::Rtf}, {ExportFormat::Txt,  engine::ExportFormat::Txt},
-    {ExportFormat::Xml, engine::ExportFormat::Xml},
+constexpr FormatExtension kFormats[] = {
+    {ExportFormat::Pdf, "pdf"}, {ExportFormat::Html, "html"}, {ExportFormat::Xls, "xls"}, {ExportFormat::Doc, "doc"},
+    {ExportFormat::Rtf, "rtf"}, {ExportFormat::Txt, "txt"},   {ExportFormat::Xml, "xml"},
 };
 // clang-format on
 
-engine::ExportFormat written_format(ExportFormat asked)
+const char* extension_of(ExportFormat wanted)
 {
-    for (const auto& pair : kFormats) {
-        if (pair.asked == asked) return pair.written;
-    }
-    return engine::ExportFormat::Pdf;
+    return std::ranges::find(kFormats, wanted, &FormatExtension::format)->extension;
 }
 
 /// A file that goes with its scope.
@@ -89,12 +86,12 @@ public:
     {
         if (!services_.print) throw Fault(fault::kCannotCreate, "This machine has no way to print.", job_.device);
         const ScratchFile file(".pdf");
-        write(engine::ExportFormat::Pdf, file.path());
+        write("pdf", file.path());
         job_.file = file.path();
         services_.print(job_);
     }
 
-    void Export(ExportFormat format, const std::string& path) override { write(written_format(format), path); }
+    void Export(ExportFormat format, const std::string& path) override { write(extension_of(format), path); }
 
     std::shared_ptr<PageView> View() override
     {
@@ -106,10 +103,10 @@ public:
     [[nodiscard]] const std::vector<std::string>& warnings() const override { return warnings_; }
 
 private:
-    void write(engine::ExportFormat format, const fs::path& path)
+    void write(const char* extension, const fs::path& path)
     {
         const engine::ExportContext context{*fonts_, [this](const std::string& text) { warn(text); }};
-        const auto sink = engine::make_exporter(format, path, context);
+        const auto sink = engine::make_exporter(extension, path, context);
         run(*sink);
     }
 

@@ -1,50 +1,50 @@
 #include "engine/export/exporter.h"
 
+#include <algorithm>
 #include <array>
 
-#include "engine/export/output_file.h"
+#include "engine/export/html/html_exporter.h"
+#include "engine/export/pdf/pdf_exporter.h"
+#include "engine/export/print_xml/xml_exporter.h"
+#include "engine/export/rtf/rtf_exporter.h"
+#include "engine/export/text/txt_exporter.h"
+#include "engine/export/xls/xls_exporter.h"
+#include "values/fault.h"
 #include "values/text.h"
 
 namespace velora::engine {
 namespace {
 
-using Maker = std::unique_ptr<PageSink> (*)(std::unique_ptr<OutputFile>, const ExportContext&);
-
-struct FormatEntry {
-    ExportFormat format;
-    std::string_view name;
-    Maker make;
+/// All that the engine knows of a format.
+struct Format {
+    std::string_view extension;
+    std::unique_ptr<PageSink> (*make)(std::unique_ptr<OutputFile>, const ExportContext&);
 };
 
 // clang-format off
 constexpr std::array kFormats = {
-    FormatEntry{ExportFormat::Pdf,  "pdf",  make_pdf_exporter},
-    FormatEntry{ExportFormat::Html, "html", make_html_exporter},
-    FormatEntry{ExportFormat::Html, "htm",  make_html_exporter},
-    FormatEntry{ExportFormat::Xls,  "xls",  make_xls_exporter},
-    FormatEntry{ExportFormat::Rtf,  "rtf",  make_rtf_exporter},
-    FormatEntry{ExportFormat::Doc,  "doc",  make_rtf_exporter},  // word processors open rich text under this name
-    FormatEntry{ExportFormat::Txt,  "txt",  make_txt_exporter},
-    FormatEntry{ExportFormat::Xml,  "xml",  make_xml_exporter},
+    Format{"pdf",  make_pdf_exporter},
+    Format{"html", make_html_exporter},
+    Format{"htm",  make_html_exporter},
+    Format{"xls",  make_xls_exporter},
+    Format{"rtf",  make_rtf_exporter},
+    Format{"doc",  make_rtf_exporter},  // word processors open rich text under this name
+    Format{"txt",  make_txt_exporter},
+    Format{"xml",  make_xml_exporter},
 };
 // clang-format on
 
 }  // namespace
 
-std::optional<ExportFormat> export_format(std::string_view name)
-{
-    const std::string_view extension = name.substr(name.rfind('.') + 1);
-    for (const FormatEntry& entry : kFormats) {
-        if (same_name(entry.name, extension)) return entry.format;
-    }
-    return std::nullopt;
-}
-
-std::unique_ptr<PageSink> make_exporter(ExportFormat format, const std::filesystem::path& target,
+std::unique_ptr<PageSink> make_exporter(std::string_view extension, const std::filesystem::path& target,
                                         const ExportContext& context)
 {
-    const auto* entry = std::ranges::find(kFormats, format, &FormatEntry::format);
-    return entry->make(std::make_unique<OutputFile>(target), context);
+    const auto* format =
+        std::ranges::find_if(kFormats, [&](const Format& each) { return same_name(each.extension, extension); });
+    if (format == kFormats.end()) {
+        throw Fault(fault::kCannotCreate, "No format has the extension '" + std::string(extension) + "'.");
+    }
+    return format->make(std::make_unique<OutputFile>(target), context);
 }
 
 }  // namespace velora::engine

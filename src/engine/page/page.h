@@ -170,7 +170,4 @@ public:
     std::vector<Page> pages;
 };
 
-/// Same looks, texts and places; styles are compared by what they say.
-bool same_page(const Page& left, const Page& right);
-
 }  // namespace velora::engine

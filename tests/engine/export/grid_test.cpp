@@ -1,4 +1,4 @@
-#include "engine/export/grid_lines.h"
+#include "engine/export/xls/grid_lines.h"
 
 namespace velora::engine {
 namespace {

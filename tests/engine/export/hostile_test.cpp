@@ -6,8 +6,8 @@
 #include "engine/export/sample_pages.h"
 #include "engine/export/tool_run.h"
 #include "engine/export/xls_reading.h"
-#include "engine/export/xml_reader.h"
 #include "engine/text/utf8.h"
+#include "support/print_xml_reader.h"
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -236,7 +236,7 @@ TEST_F(HostilePages, WhatIsNoPictureIsLeftOutAndNamed)
     }
     std::vector<std::string> warnings;
     sample.add({20, 20, 50, 50}, sample.style(), Image{std::make_shared<ImageData>(ImageData{cut, "cut.png"}), {}, {}});
-    sample.print(*make_exporter(ExportFormat::Pdf, SamplePages::scratch() / "named.pdf",
+    sample.print(*make_exporter("pdf", SamplePages::scratch() / "named.pdf",
                                 {sample.fonts, [&](const std::string& text) { warnings.push_back(text); }}));
     EXPECT_THAT(warnings, testing::ElementsAre(HasSubstr("cut.png")));
 }

@@ -1,5 +1,7 @@
-#include "engine/export/html_text.h"
+#include "engine/export/html/html_text.h"
 
+#include "engine/export/common/link_address.h"
+#include "engine/export/common/picture_bytes.h"
 #include "engine/export/export_run.h"
 #include "engine/export/sample_quote.h"
 
@@ -11,7 +13,7 @@ using testing::Not;
 
 std::string exported(PageList pages, const std::string& name)
 {
-    return bytes_of(run_export(make_html_exporter, std::move(pages), name));
+    return bytes_of(run_export(std::move(pages), name));
 }
 
 size_t count(std::string_view text, std::string_view part)
@@ -74,7 +76,7 @@ TEST(Html, AddressesThatRunProgramsAreNoLinks)
           Case{"a program", "JavaScript:alert(1)", false}, Case{"a program in blanks", "  javascript:alert(1)", false},
           Case{"browsers pass over control characters", "java\nscript:alert(1)", false},
           Case{"a page of its own", "data:text/html,x", false}}) {
-        EXPECT_EQ(!html_safe_address(c.address).empty(), c.safe) << c.why;
+        EXPECT_EQ(!safe_address(c.address).empty(), c.safe) << c.why;
     }
 }
 

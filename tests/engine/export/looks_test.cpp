@@ -2,10 +2,10 @@
 #include <numbers>
 #include <numeric>
 
-#include "engine/export/bitmap.h"
 #include "engine/export/export_run.h"
 #include "engine/export/made_png.h"
-#include "engine/export/page_picture.h"
+#include "engine/export/paint/bitmap.h"
+#include "engine/export/paint/page_picture.h"
 #include "engine/export/sample_pages.h"
 #include "engine/export/tool_run.h"
 
@@ -204,7 +204,7 @@ TEST(Looks, APdfReaderPaintsEveryPageAsTheWindowShowsIt)
     sample.document.page_width = 460;
     sample.document.page_height = 180;
     const auto file = SamplePages::scratch() / "looks.pdf";
-    const auto sink = make_exporter(ExportFormat::Pdf, file, {sample.fonts, {}});
+    const auto sink = make_exporter("pdf", file, {sample.fonts, {}});
     sink->begin(sample.document);
     std::vector<std::string> shown;
     for (const Look& look : kLooks) {

@@ -1,4 +1,4 @@
-#include "engine/export/paint.h"
+#include "engine/export/paint/paint.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

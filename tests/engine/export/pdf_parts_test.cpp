@@ -4,7 +4,7 @@
 #include "engine/export/made_png.h"
 #include "engine/export/sample_pages.h"
 #include "engine/export/tool_run.h"
-#include "engine/export/xml_text.h"
+#include "support/base64_reader.h"
 
 namespace velora::engine {
 namespace {
@@ -86,7 +86,7 @@ TEST_F(PdfParts, EveryKindOfLinkBecomesItsAction)
 
 TEST_F(PdfParts, LinksToPagesStillToComeAreKept)
 {
-    const auto sink = make_exporter(ExportFormat::Pdf, SamplePages::scratch() / "forward.pdf", {sample.fonts, {}});
+    const auto sink = make_exporter("pdf", SamplePages::scratch() / "forward.pdf", {sample.fonts, {}});
     sink->begin(sample.document);
     for (const int32_t page : {3, 99}) linked({Link::Kind::LocalPage, "", "", page, ""});
     for (int number = 0; number < 3; ++number) {
@@ -178,7 +178,7 @@ TEST_F(PdfParts, LettersThatAFaceLacksComeFromAnotherAndCanBeCopied)
 TEST_F(PdfParts, ManyPagesAreATreeThatReadersWalk)
 {
     const auto file = SamplePages::scratch() / "tree.pdf";
-    const auto sink = make_exporter(ExportFormat::Pdf, file, {sample.fonts, {}});
+    const auto sink = make_exporter("pdf", file, {sample.fonts, {}});
     sink->begin(sample.document);
     for (int number = 1; number <= 200; ++number) {
         sample.add_text({20, 20, 100, 12}, "sheet" + std::to_string(number), sample.style());

@@ -5,9 +5,9 @@
 #include <random>
 #include <regex>
 
-#include "engine/export/bitmap.h"
 #include "engine/export/export_run.h"
-#include "engine/export/page_picture.h"
+#include "engine/export/paint/bitmap.h"
+#include "engine/export/paint/page_picture.h"
 #include "engine/export/sample_pages.h"
 #include "engine/export/tool_run.h"
 #include "values/fault.h"
@@ -150,7 +150,7 @@ TEST(Pdf, ATextThatIsCutStaysInItsBox)
     const std::string png = page_picture(sample.document, sample.page, 72, sample.fonts);
     EXPECT_TRUE(png.starts_with("\x89PNG"));
     const auto file = SamplePages::scratch() / "cut.pdf";
-    sample.print(*make_exporter(ExportFormat::Pdf, file, {sample.fonts, {}}));
+    sample.print(*make_exporter("pdf", file, {sample.fonts, {}}));
     const ToolRun picture = run_tool("pdftoppm -r 72 -gray -x 45 -y 64 -W 60 -H 60 " + file.string());
     NEEDS_TOOL(picture);
     const std::string points = picture.output.substr(picture.output.find("255\n") + 4);
@@ -166,7 +166,7 @@ TEST(Export, AFailureLeavesTheEarlierFileAsItWas)
         std::ofstream(file) << "earlier";
     }
     {
-        const auto sink = make_exporter(ExportFormat::Txt, file, {sample.fonts, {}});
+        const auto sink = make_exporter("txt", file, {sample.fonts, {}});
         sink->begin(sample.document);
         sink->page({});
     }
@@ -174,7 +174,7 @@ TEST(Export, AFailureLeavesTheEarlierFileAsItWas)
     for (const auto& entry : std::filesystem::directory_iterator(SamplePages::scratch())) {
         EXPECT_NE(entry.path().extension(), ".part") << entry.path();
     }
-    EXPECT_THROW(make_exporter(ExportFormat::Pdf, "/no/such/folder/file.pdf", {sample.fonts, {}}), Fault);
+    EXPECT_THROW(make_exporter("pdf", "/no/such/folder/file.pdf", {sample.fonts, {}}), Fault);
 }
 
 TEST(Export, AFileThatCannotGrowIsReportedByNameAndLeavesNothing)
@@ -217,7 +217,7 @@ TEST(Txt, ColumnsStandBelowEachOtherAndPagesArePartedByFormFeeds)
         sample.add_text({120, y, 60, 12}, price, right);
         y += 12;
     }
-    const auto sink = make_exporter(ExportFormat::Txt, SamplePages::scratch() / "grid.txt", {sample.fonts, {}});
+    const auto sink = make_exporter("txt", SamplePages::scratch() / "grid.txt", {sample.fonts, {}});
     sink->begin(sample.document);
     sink->page(std::move(sample.page));
     sink->page({});

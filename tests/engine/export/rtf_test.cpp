@@ -1,5 +1,5 @@
 #include "engine/export/export_run.h"
-#include "engine/export/rtf_tables.h"
+#include "engine/export/rtf/rtf_tables.h"
 #include "engine/export/sample_quote.h"
 
 namespace velora::engine {
@@ -10,7 +10,7 @@ using testing::Not;
 
 std::string exported(PageList pages, const std::string& name)
 {
-    return bytes_of(run_export(make_rtf_exporter, std::move(pages), name));
+    return bytes_of(run_export(std::move(pages), name));
 }
 
 /// Walks over the groups as a reader does. Gives the deepest level, or -1 when they do not close.

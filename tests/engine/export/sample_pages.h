@@ -71,7 +71,7 @@ public:
     std::filesystem::path print(const std::string& name)
     {
         const auto target = scratch() / name;
-        print(*make_exporter(*export_format(name), target, {fonts, {}}));
+        print(*make_exporter(target.extension().string().substr(1), target, {fonts, {}}));
         return target;
     }
 

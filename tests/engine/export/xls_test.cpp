@@ -2,7 +2,7 @@
 
 #include "engine/export/export_run.h"
 #include "engine/export/sample_quote.h"
-#include "engine/export/xls_pattern.h"
+#include "engine/export/xls/xls_pattern.h"
 #include "engine/export/xls_reading.h"
 
 namespace velora::engine {
@@ -10,7 +10,7 @@ namespace {
 
 ReadWorkbook exported(PageList pages, const std::string& name)
 {
-    return read_workbook(run_export(make_xls_exporter, std::move(pages), name));
+    return read_workbook(run_export(std::move(pages), name));
 }
 
 TEST(Xls, ValuesKeepTheirTypeAndPattern)

@@ -1,7 +1,8 @@
-#include "engine/export/xml_reader.h"
+#include "support/print_xml_reader.h"
 
 #include "engine/export/export_run.h"
 #include "engine/export/sample_pages.h"
+#include "support/same_page.h"
 #include "values/fault.h"
 
 namespace velora::engine {

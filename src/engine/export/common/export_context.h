@@ -1,0 +1,20 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "engine/export/common/output_file.h"
+#include "engine/page/page.h"
+
+namespace velora::engine {
+
+class FontStore;
+
+/// What an exporter is given besides the pages. It outlives the exporter.
+struct ExportContext {
+    FontStore& fonts;
+    std::function<void(const std::string&)> warn;  ///< may be empty
+};
+
+}  // namespace velora::engine

@@ -1,0 +1,46 @@
+#include "engine/export/common/link_address.h"
+
+#include "values/text.h"
+
+namespace velora::engine {
+namespace {
+
+constexpr bool is_letter_or_digit(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+}  // namespace
+
+std::string_view safe_address(std::string_view address)
+{
+    // Browsers pass over blanks and control characters in front of and inside a scheme.
+    for (const char c : address) {
+        if (static_cast<unsigned char>(c) < 0x20) return {};
+    }
+    address = trimmed(address);
+    const size_t colon = address.find(':');
+    if (colon == std::string_view::npos || address.find_first_of("/?#") < colon) return address;
+    const std::string scheme = lower_ascii(address.substr(0, colon));
+    for (const std::string_view safe : {"http", "https", "ftp", "mailto", "tel", "file"}) {
+        if (scheme == safe) return address;
+    }
+    return {};
+}
+
+std::string anchor_identifier(std::string_view name)
+{
+    constexpr std::string_view kHex = "0123456789ABCDEF";
+    std::string out;
+    for (const char c : name) {
+        if (is_letter_or_digit(c) || c == '-' || c == '_') {
+            out += c;
+        } else {
+            const auto byte = static_cast<unsigned char>(c);
+            out += {'.', kHex[byte >> 4], kHex[byte & 15]};
+        }
+    }
+    return out;
+}
+
+}  // namespace velora::engine

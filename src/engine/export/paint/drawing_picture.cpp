@@ -1,0 +1,166 @@
+#include "engine/export/paint/drawing_picture.h"
+
+#include <cairo/cairo-ft.h>
+#include <cairo/cairo.h>
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <cmath>
+
+#include "engine/text/face.h"
+#include "engine/text/font_store.h"
+
+namespace velora::engine {
+namespace {
+
+constexpr double kPixelsPerPoint = 3;
+constexpr float kLargestSide = 4000;  ///< points
+
+struct DropSurface {
+    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
+};
+struct DropContext {
+    void operator()(cairo_t* context) const noexcept { cairo_destroy(context); }
+};
+struct DropFontFace {
+    void operator()(cairo_font_face_t* face) const noexcept { cairo_font_face_destroy(face); }
+};
+struct DropFreeTypeFace {
+    void operator()(FT_Face face) const noexcept { FT_Done_Face(face); }
+};
+
+void set_color(cairo_t* context, Color color)
+{
+    cairo_set_source_rgba(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0, color.alpha / 255.0);
+}
+
+void trace(cairo_t* context, const Shape& shape)
+{
+    cairo_new_path(context);
+    for (const auto& step : shape.path) {
+        if (const auto* point = std::get_if<Point>(&step)) {
+            cairo_line_to(context, point->x, point->y);
+            continue;
+        }
+        const auto& arc = std::get<Shape::Arc>(step);
+        const auto draw = arc.to >= arc.from ? cairo_arc : cairo_arc_negative;
+        draw(context, arc.center.x, arc.center.y, arc.radius, arc.from, arc.to);
+    }
+    if (shape.closed) cairo_close_path(context);
+}
+
+void paint(cairo_t* context, const Shape& shape)
+{
+    trace(context, shape);
+    if (shape.filled) {
+        set_color(context, shape.fill);
+        cairo_fill_preserve(context);
+    }
+    if (shape.stroke.width > 0) {
+        const double width = shape.stroke.width, dash = shape.stroke.style == LineStyle::Dashed ? 5 * width : width;
+        const bool broken = shape.stroke.style == LineStyle::Dashed || shape.stroke.style == LineStyle::Dotted;
+        cairo_set_dash(context, &dash, broken ? 1 : 0, 0);
+        cairo_set_line_width(context, width);
+        set_color(context, shape.stroke.color);
+        cairo_stroke(context);
+    }
+}
+
+void paint(cairo_t* context, const Label& label, cairo_font_face_t* face)
+{
+    if (face == nullptr) return;
+    cairo_save(context);
+    cairo_set_font_face(context, face);
+    cairo_set_font_size(context, label.font.size);
+    set_color(context, label.color);
+    cairo_text_extents_t extents;
+    cairo_text_extents(context, label.text.c_str(), &extents);
+    const double in_front = label.align == HorizontalAlign::Center  ? 0.5
+                            : label.align == HorizontalAlign::Right ? 1
+                                                                    : 0;
+    cairo_translate(context, label.at.x, label.at.y);
+    cairo_rotate(context, label.angle);
+    cairo_move_to(context, -extents.x_advance * in_front, 0);
+    cairo_show_text(context, label.text.c_str());
+    cairo_restore(context);
+}
+
+cairo_status_t append_bytes(void* target, const unsigned char* bytes, unsigned count)
+{
+    static_cast<std::string*>(target)->append(reinterpret_cast<const char*>(bytes), count);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+}  // namespace
+
+/// Opened font files. A face of cairo reads from its FreeType face, so it goes first.
+struct DrawingPictures::Faces {
+    Faces() { FT_Init_FreeType(&library); }
+    ~Faces()
+    {
+        cairo_faces.clear();
+        files.clear();
+        FT_Done_FreeType(library);
+    }
+    Faces(const Faces&) = delete;
+    Faces& operator=(const Faces&) = delete;
+
+    cairo_font_face_t* of(const Face& face)
+    {
+        auto& known = cairo_faces[&face];
+        if (!known) {
+            FT_Face file = nullptr;
+            if (FT_New_Face(library, face.path().c_str(), static_cast<FT_Long>(face.index()), &file) != 0)
+                return nullptr;
+            files.emplace_back(file);
+            known.reset(cairo_ft_font_face_create_for_ft_face(file, 0));
+        }
+        return known.get();
+    }
+
+    FT_Library library = nullptr;
+    std::vector<std::unique_ptr<FT_FaceRec, DropFreeTypeFace>> files;
+    std::map<const Face*, std::unique_ptr<cairo_font_face_t, DropFontFace>> cairo_faces;
+};
+
+DrawingPictures::DrawingPictures(FontStore& fonts) : fonts_(fonts) {}
+DrawingPictures::~DrawingPictures() = default;
+
+std::shared_ptr<const ImageData> DrawingPictures::picture(const Drawing& drawing, const Style& style)
+{
+    constexpr size_t kKept = 8;
+    const Color ground = style.opaque ? style.back : kWhite;
+    for (const Painted& known : recent_) {
+        if (known.ground == ground && known.drawing == drawing) return known.picture;
+    }
+    if (recent_.size() == kKept) recent_.pop_front();
+    return recent_.emplace_back(Painted{drawing, ground, painted(drawing, ground)}).picture;
+}
+
+std::shared_ptr<const ImageData> DrawingPictures::painted(const Drawing& drawing, Color ground)
+{
+    const bool paintable =
+        drawing.width > 0 && drawing.height > 0 && drawing.width <= kLargestSide && drawing.height <= kLargestSide;
+    if (!paintable) return nullptr;
+    if (!faces_) faces_ = std::make_unique<Faces>();
+    const std::unique_ptr<cairo_surface_t, DropSurface> surface(
+        cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(drawing.width * kPixelsPerPoint)),
+                                   static_cast<int>(std::ceil(drawing.height * kPixelsPerPoint))));
+    const std::unique_ptr<cairo_t, DropContext> context(cairo_create(surface.get()));
+    set_color(context.get(), ground);
+    cairo_paint(context.get());
+    cairo_scale(context.get(), kPixelsPerPoint, kPixelsPerPoint);
+    for (const auto& item : drawing.items) {
+        if (const auto* label = std::get_if<Label>(&item)) {
+            paint(context.get(), *label, faces_->of(fonts_.face(label->font)));
+        } else {
+            paint(context.get(), std::get<Shape>(item));
+        }
+    }
+    ImageData png;
+    png.source = "drawing.png";
+    cairo_surface_write_to_png_stream(surface.get(), append_bytes, &png.bytes);
+    return png.bytes.empty() ? nullptr : std::make_shared<const ImageData>(std::move(png));
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,182 @@
+#include "engine/export/pdf/pdf_file.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "engine/text/utf8.h"
+#include "values/fault.h"
+
+namespace velora::engine {
+namespace {
+
+constexpr int kFast = 1;  // zlib's first level: pages are many, and the higher ones save little
+
+constexpr std::string_view kHex = "0123456789ABCDEF";
+
+void append_hex(std::string& out, uint32_t number, int digits)
+{
+    for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) out += kHex[number >> shift & 15];
+}
+
+}  // namespace
+
+/// One deflate state for all streams.
+struct PdfFile::Deflater {
+    z_stream stream{};
+    std::string packed;
+
+    Deflater() { deflateInit(&stream, kFast); }
+    ~Deflater() { deflateEnd(&stream); }
+    Deflater(const Deflater&) = delete;
+    Deflater& operator=(const Deflater&) = delete;
+
+    std::string_view pack(std::string_view bytes)
+    {
+        deflateReset(&stream);
+        packed.resize(deflateBound(&stream, bytes.size()));
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));  // zlib only reads it
+        stream.avail_in = static_cast<uInt>(bytes.size());
+        stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+        stream.avail_out = static_cast<uInt>(packed.size());
+        if (deflate(&stream, Z_FINISH) != Z_STREAM_END) throw Fault(fault::kOverflow, "A part of the PDF is too big.");
+        return std::string_view(packed).substr(0, packed.size() - stream.avail_out);
+    }
+};
+
+PdfFile::PdfFile(std::unique_ptr<OutputFile> file)
+    : file_(std::move(file)), places_(1), deflater_(std::make_unique<Deflater>())
+{
+    put("%PDF-1.6\n%\xE2\xE3\xCF\xD3\n");
+}
+
+PdfFile::~PdfFile() = default;
+
+void PdfFile::put(std::string_view bytes)
+{
+    file_->write(bytes);
+    written_ += bytes.size();
+}
+
+PdfId PdfFile::reserve()
+{
+    places_.push_back(0);
+    return static_cast<PdfId>(places_.size() - 1);
+}
+
+void PdfFile::begin_object(PdfId id)
+{
+    places_.at(id) = written_;
+    put(std::to_string(id) + " 0 obj\n");
+}
+
+void PdfFile::object(PdfId id, std::string_view body)
+{
+    begin_object(id);
+    put(body);
+    put("\nendobj\n");
+}
+
+void PdfFile::stream(PdfId id, std::string_view entries, std::string_view bytes)
+{
+    head_ = "/Filter/FlateDecode";
+    head_ += entries;
+    raw_stream(id, head_, deflater_->pack(bytes));
+}
+
+void PdfFile::raw_stream(PdfId id, std::string_view entries, std::string_view bytes)
+{
+    begin_object(id);
+    put("<</Length " + std::to_string(bytes.size()));
+    put(entries);
+    put(">>\nstream\n");
+    put(bytes);
+    put("\nendstream\nendobj\n");
+}
+
+void PdfFile::finish(PdfId catalog, PdfId info)
+{
+    const uint64_t start = written_;
+    put("xref\n0 " + std::to_string(places_.size()) + "\n0000000000 65535 f \n");
+    for (size_t id = 1; id < places_.size(); ++id) {
+        std::array<char, 24> row{};
+        std::snprintf(row.data(), row.size(), "%010llu 00000 n \n", static_cast<unsigned long long>(places_[id]));
+        put({row.data(), 20});
+    }
+    put("trailer\n<</Size " + std::to_string(places_.size()) + "/Root " + pdf_reference(catalog) + "/Info " +
+        pdf_reference(info) + ">>\nstartxref\n" + std::to_string(start) + "\n%%EOF\n");
+    file_->finish();
+}
+
+void append_pdf_number(std::string& out, double number)
+{
+    constexpr double kMost = 1e7;  // beyond what a page can hold; keeps hostile sizes printable
+    auto thousandths = std::llround(std::clamp(std::isfinite(number) ? number : 0.0, -kMost, kMost) * 1000);
+    if (thousandths < 0) {
+        out += '-';
+        thousandths = -thousandths;
+    }
+    std::array<char, 24> digits;
+    char* at = digits.data() + digits.size();
+    auto whole = thousandths / 1000;
+    auto rest = thousandths % 1000;
+    if (rest != 0) {
+        int places = 3;
+        for (; rest % 10 == 0; rest /= 10) --places;
+        for (; places > 0; --places, rest /= 10) *--at = static_cast<char>('0' + rest % 10);
+        *--at = '.';
+    }
+    do {
+        *--at = static_cast<char>('0' + whole % 10);
+        whole /= 10;
+    } while (whole != 0);
+    out.append(at, digits.data() + digits.size());
+}
+
+std::string pdf_number(double number)
+{
+    std::string text;
+    append_pdf_number(text, number);
+    return text;
+}
+
+std::string pdf_literal(std::string_view bytes)
+{
+    std::string literal = "(";
+    for (const char c : bytes) {
+        if (c == '(' || c == ')' || c == '\\') literal += '\\';
+        if (c == '\r') {
+            literal += "\\r";
+        } else {
+            literal += c;
+        }
+    }
+    return literal + ")";
+}
+
+std::string pdf_text(std::string_view text)
+{
+    if (std::ranges::all_of(text, [](char c) { return c >= ' ' && c < 127; })) return pdf_literal(text);
+    std::string hex = "<FEFF";
+    for (size_t at = 0; at < text.size();) {
+        const auto [character, size] = utf8_at(text, at);
+        if (character > 0xFFFF) {
+            append_hex(hex, 0xD7C0 + (character >> 10), 4);
+            append_hex(hex, 0xDC00 + (character & 0x3FF), 4);
+        } else {
+            append_hex(hex, character, 4);
+        }
+        at += size;
+    }
+    return hex + ">";
+}
+
+std::string pdf_reference(PdfId id)
+{
+    return std::to_string(id) + " 0 R";
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/export/common/output_file.h"
+
+namespace velora::engine {
+
+/// Number of an object in a PDF file.
+using PdfId = uint32_t;
+
+/// Writes the objects of a PDF file (ISO 32000) one after the other, and the table of their places at the end.
+class PdfFile {
+public:
+    explicit PdfFile(std::unique_ptr<OutputFile> file);
+    ~PdfFile();
+    PdfFile(const PdfFile&) = delete;
+    PdfFile& operator=(const PdfFile&) = delete;
+
+    /// A number for an object that is written later.
+    PdfId reserve();
+    void object(PdfId id, std::string_view body);
+    /// A stream, deflated. `entries` are further entries of its dictionary.
+    void stream(PdfId id, std::string_view entries, std::string_view bytes);
+    /// A stream whose bytes are already encoded as `entries` say.
+    void raw_stream(PdfId id, std::string_view entries, std::string_view bytes);
+    void finish(PdfId catalog, PdfId info);
+
+private:
+    struct Deflater;
+    void put(std::string_view bytes);
+    void begin_object(PdfId id);
+
+    std::unique_ptr<OutputFile> file_;
+    std::vector<uint64_t> places_;  ///< by number; 0 while an object is not written
+    uint64_t written_ = 0;
+    std::unique_ptr<Deflater> deflater_;
+    std::string head_;
+};
+
+/// Appends a number with up to three decimals, without exponent and needless zeros.
+void append_pdf_number(std::string& out, double number);
+std::string pdf_number(double number);
+/// A text for titles and the like: a literal for ASCII, else UTF-16.
+std::string pdf_text(std::string_view text);
+/// A literal string in parentheses.
+std::string pdf_literal(std::string_view bytes);
+std::string pdf_reference(PdfId id);
+
+}  // namespace velora::engine

@@ -1,0 +1,213 @@
+#include "engine/export/pdf/pdf_fonts.h"
+
+#include <hb-ot.h>
+#include <hb-subset.h>
+
+#include <set>
+
+#include "engine/text/utf8.h"
+#include "values/fault.h"
+
+namespace velora::engine {
+namespace {
+
+struct DropBlob {
+    void operator()(hb_blob_t* blob) const noexcept { hb_blob_destroy(blob); }
+};
+struct DropFace {
+    void operator()(hb_face_t* face) const noexcept { hb_face_destroy(face); }
+};
+struct DropInput {
+    void operator()(hb_subset_input_t* input) const noexcept { hb_subset_input_destroy(input); }
+};
+
+bool has_table(const Face& face, hb_tag_t tag)
+{
+    const std::unique_ptr<hb_blob_t, DropBlob> table(hb_face_reference_table(face.shaping_face(), tag));
+    return hb_blob_get_length(table.get()) > 0;
+}
+
+/// The font program with the given glyphs, which keep their numbers.
+std::string subset_of(const Face& face, const std::set<uint16_t>& glyphs)
+{
+    const std::unique_ptr<hb_subset_input_t, DropInput> input(hb_subset_input_create_or_fail());
+    hb_set_t* wanted = hb_subset_input_glyph_set(input.get());
+    for (const uint16_t glyph : glyphs) hb_set_add(wanted, glyph);
+    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
+    // The viewer only draws glyphs by number: everything that maps or shapes characters is left out.
+    hb_set_t* dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
+    for (const hb_tag_t tag : {HB_TAG('G', 'S', 'U', 'B'), HB_TAG('G', 'P', 'O', 'S'), HB_TAG('G', 'D', 'E', 'F'),
+                               HB_TAG('n', 'a', 'm', 'e'), HB_TAG('k', 'e', 'r', 'n'), HB_TAG('F', 'F', 'T', 'M')}) {
+        hb_set_add(dropped, tag);
+    }
+    const std::unique_ptr<hb_face_t, DropFace> subset(hb_subset_or_fail(face.shaping_face(), input.get()));
+    if (!subset) throw Fault(fault::kPathAccess, "The font cannot be embedded: " + face.path().string());
+    const std::unique_ptr<hb_blob_t, DropBlob> blob(hb_face_reference_blob(subset.get()));
+    unsigned size = 0;
+    const char* bytes = hb_blob_get_data(blob.get(), &size);
+    return {bytes, size};
+}
+
+/// Six capital letters that tell subsets apart, made from what is in the subset.
+std::string subset_tag(const std::set<uint16_t>& glyphs)
+{
+    uint64_t hash = 1469598103934665603ULL;
+    for (const uint16_t glyph : glyphs) hash = (hash ^ glyph) * 1099511628211ULL;
+    std::string tag;
+    for (int i = 0; i < 6; ++i, hash /= 26) tag += static_cast<char>('A' + hash % 26);
+    return tag;
+}
+
+std::string hex(uint32_t number)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (int shift = 12; shift >= 0; shift -= 4) text += kDigits[number >> shift & 15];
+    return text;
+}
+
+std::string utf16_hex(std::string_view text)
+{
+    std::string result;
+    for (size_t at = 0; at < text.size();) {
+        const auto [character, size] = utf8_at(text, at);
+        result +=
+            character > 0xFFFF ? hex(0xD7C0 + (character >> 10)) + hex(0xDC00 + (character & 0x3FF)) : hex(character);
+        at += size;
+    }
+    return result;
+}
+
+/// Codes whose bytes would need an escape in a literal string are passed over.
+bool is_awkward(uint16_t code)
+{
+    const auto awkward = [](int byte) {
+        return byte == '(' || byte == ')' || byte == '\\' || byte == '\r' || byte == '\n';
+    };
+    return awkward(code & 0xFF) || awkward(code >> 8);
+}
+
+}  // namespace
+
+PdfFont::PdfFont(const Face& face, std::string name, PdfId id)
+    : face_(face),
+      name_(std::move(name)),
+      id_(id),
+      outlines_by_code_(!has_table(face, HB_TAG('g', 'l', 'y', 'f'))),
+      shown_(1)
+{
+}
+
+uint16_t PdfFont::find_code(uint16_t glyph, std::string_view text)
+{
+    if (outlines_by_code_) {
+        if (shown_.size() <= glyph) shown_.resize(glyph + 1);
+        if (shown_[glyph].glyph == 0) shown_[glyph] = {glyph, std::string(text)};
+        return glyph;
+    }
+    const auto [entry, added] = codes_.try_emplace({glyph, std::string(text)});
+    if (added) {
+        while (is_awkward(static_cast<uint16_t>(shown_.size()))) shown_.push_back({});
+        entry->second = static_cast<uint16_t>(shown_.size());
+        shown_.push_back({glyph, std::string(text)});
+    }
+    if (text.size() == 1) ascii_[static_cast<uint8_t>(text[0]) & 127] = entry->second;
+    return entry->second;
+}
+
+std::string PdfFont::widths() const
+{
+    const double scale = 1000.0 / face_.units_per_em();
+    std::string list = "[0[";
+    for (const Shown& shown : shown_) {
+        append_pdf_number(list, hb_font_get_glyph_h_advance(face_.shaping_font(), shown.glyph) * scale);
+        list += ' ';
+    }
+    return list + "]]";
+}
+
+std::string PdfFont::unicode_map() const
+{
+    std::string map =
+        "/CIDInit/ProcSet findresource begin 12 dict begin begincmap/CIDSystemInfo<</Registry(Adobe)/Ordering(UCS)"
+        "/Supplement 0>>def/CMapName/Adobe-Identity-UCS def/CMapType 2 def\n"
+        "1 begincodespacerange<0000><FFFF>endcodespacerange\n";
+    constexpr size_t kMostInBlock = 100;
+    std::vector<std::string> rows;
+    for (size_t code = 1; code < shown_.size(); ++code) {
+        if (shown_[code].text.empty()) continue;
+        rows.push_back("<" + hex(static_cast<uint32_t>(code)) + "><" + utf16_hex(shown_[code].text) + ">\n");
+    }
+    for (size_t at = 0; at < rows.size(); at += kMostInBlock) {
+        const size_t count = std::min(kMostInBlock, rows.size() - at);
+        map += std::to_string(count) + " beginbfchar\n";
+        for (size_t i = at; i < at + count; ++i) map += rows[i];
+        map += "endbfchar\n";
+    }
+    return map + "endcmap CMapName currentdict/CMap defineresource pop end end";
+}
+
+std::string PdfFont::descriptor(const std::string& base, PdfId program) const
+{
+    const double scale = 1000.0 / face_.units_per_em();
+    const std::string ascent = pdf_number(face_.ascent() * scale), descent = pdf_number(-face_.descent() * scale);
+    const bool fixed_pitch = face_.glyph('i').advance == face_.glyph('W').advance;
+    const bool slanted = base.find("Oblique") != std::string::npos || base.find("Italic") != std::string::npos;
+    const int flags = 4 | (fixed_pitch ? 1 : 0) | (slanted ? 64 : 0);
+    return "<</Type/FontDescriptor/FontName/" + base + "/Flags " + std::to_string(flags) + "/FontBBox[-500 " + descent +
+           " 1500 " + ascent + "]/ItalicAngle " + (slanted ? "-11" : "0") + "/Ascent " + ascent + "/Descent " +
+           descent + "/CapHeight 729/StemV 80/" + (outlines_by_code_ ? "FontFile3 " : "FontFile2 ") +
+           pdf_reference(program) + ">>";
+}
+
+void PdfFont::write(PdfFile& file) const
+{
+    std::set<uint16_t> glyphs{0};
+    std::string map;  // glyph numbers by code
+    for (const Shown& shown : shown_) {
+        glyphs.insert(shown.glyph);
+        map += static_cast<char>(shown.glyph >> 8);
+        map += static_cast<char>(shown.glyph & 0xFF);
+    }
+    std::string base = subset_tag(glyphs) + "+" + face_.postscript_name();
+    std::erase_if(base, [](char c) {
+        return c <= ' ' || c > '~' || std::string_view("()<>[]{}/%#").find(c) != std::string_view::npos;
+    });
+    const PdfId program = file.reserve(), descriptor_id = file.reserve(), descendant = file.reserve(),
+                unicode = file.reserve(), glyph_map = file.reserve();
+    const std::string outlines = subset_of(face_, glyphs);
+    file.stream(program, outlines_by_code_ ? "/Subtype/OpenType" : "/Length1 " + std::to_string(outlines.size()),
+                outlines);
+    file.object(descriptor_id, descriptor(base, program));
+    file.stream(unicode, "", unicode_map());
+    file.stream(glyph_map, "", map);
+    file.object(descendant, std::string("<</Type/Font/Subtype/") +
+                                (outlines_by_code_ ? "CIDFontType0" : "CIDFontType2") + "/BaseFont/" + base +
+                                "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor " +
+                                pdf_reference(descriptor_id) + "/W " + widths() +
+                                (outlines_by_code_ ? "" : "/CIDToGIDMap " + pdf_reference(glyph_map)) + ">>");
+    file.object(id_, "<</Type/Font/Subtype/Type0/BaseFont/" + base + "/Encoding/Identity-H/DescendantFonts[" +
+                         pdf_reference(descendant) + "]/ToUnicode " + pdf_reference(unicode) + ">>");
+}
+
+PdfFont& PdfFonts::font(const Face& face)
+{
+    for (const auto& [known, font] : fonts_) {
+        if (known == &face) return *font;
+    }
+    const std::string name = "F" + std::to_string(fonts_.size() + 1);
+    fonts_.emplace_back(&face, std::make_unique<PdfFont>(face, name, file_.reserve()));
+    return *fonts_.back().second;
+}
+
+std::string PdfFonts::write() const
+{
+    std::string entries;
+    for (const auto& [face, font] : fonts_) {
+        font->write(file_);
+        entries += "/" + font->name() + " " + pdf_reference(font->id());
+    }
+    return entries;
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <array>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "engine/export/pdf/pdf_file.h"
+#include "engine/text/face.h"
+
+namespace velora::engine {
+
+/// The codes that a face's glyphs have in the file. Each pair of glyph and text has its own, so that what is copied
+/// from the pages is what stood in the report.
+class PdfFont {
+public:
+    PdfFont(const Face& face, std::string name, PdfId id);
+
+    [[nodiscard]] const Face* face() const { return &face_; }
+    [[nodiscard]] const std::string& name() const { return name_; }  ///< in the resources
+    [[nodiscard]] PdfId id() const { return id_; }
+
+    /// Two-byte code for a glyph that shows `text`.
+    uint16_t code(uint16_t glyph, std::string_view text)
+    {
+        if (text.size() == 1) {
+            const uint16_t known = ascii_[static_cast<uint8_t>(text[0]) & 127];
+            if (known != 0 && shown_[known].glyph == glyph) return known;
+        }
+        return find_code(glyph, text);
+    }
+
+    /// Writes the subset of the face and everything about it.
+    void write(PdfFile& file) const;
+
+private:
+    struct Shown {
+        uint16_t glyph;
+        std::string text;
+    };
+    uint16_t find_code(uint16_t glyph, std::string_view text);
+    [[nodiscard]] std::string widths() const;
+    [[nodiscard]] std::string unicode_map() const;
+    [[nodiscard]] std::string descriptor(const std::string& base, PdfId program) const;
+
+    const Face& face_;
+    std::string name_;
+    PdfId id_;
+    bool outlines_by_code_;     ///< a face with PostScript outlines: codes are glyph numbers
+    std::vector<Shown> shown_;  ///< by code
+    std::array<uint16_t, 128> ascii_{};
+    std::map<std::pair<uint16_t, std::string>, uint16_t, std::less<>> codes_;
+};
+
+/// The fonts of one file.
+class PdfFonts {
+public:
+    explicit PdfFonts(PdfFile& file) : file_(file) {}
+
+    PdfFont& font(const Face& face);
+    /// Writes all fonts; returns the entries for the resources.
+    std::string write() const;
+
+private:
+    PdfFile& file_;
+    std::vector<std::pair<const Face*, std::unique_ptr<PdfFont>>> fonts_;
+};
+
+}  // namespace velora::engine

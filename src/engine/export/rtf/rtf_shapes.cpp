@@ -1,0 +1,122 @@
+#include "engine/export/rtf/rtf_shapes.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace velora::engine {
+namespace {
+
+long twips(float points)
+{
+    return std::lround(points * 20);
+}
+long emu(float points)
+{
+    return std::lround(points * 12700);
+}
+
+void property(std::string& out, std::string_view name, std::string_view value)
+{
+    out += fmt::format("{{\\sp{{\\sn {}}}{{\\sv {}}}}}", name, value);
+}
+void property(std::string& out, std::string_view name, long value)
+{
+    property(out, name, std::to_string(value));
+}
+
+long color_number(Color color)
+{
+    return color.red | color.green << 8 | color.blue << 16;
+}
+
+void stroke(std::string& out, const Pen& pen)
+{
+    if (pen.width <= 0) return property(out, "fLine", 0);
+    property(out, "fLine", 1);
+    property(out, "lineColor", color_number(pen.color));
+    property(out, "lineWidth", emu(pen.width));
+    constexpr long kDash = 6, kDot = 2, kDouble = 1;
+    if (pen.style == LineStyle::Dashed) property(out, "lineDashing", kDash);
+    if (pen.style == LineStyle::Dotted) property(out, "lineDashing", kDot);
+    if (pen.style == LineStyle::Double) property(out, "lineStyle", kDouble);
+}
+
+void append_hex(std::string& out, std::string_view bytes)
+{
+    constexpr std::string_view kHex = "0123456789abcdef";
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        if (i % 64 == 0) out += '\n';
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        out += {kHex[byte >> 4], kHex[byte & 15]};
+    }
+}
+
+}  // namespace
+
+void RtfShapes::open(std::string& out, Kind kind, const RtfBox& box)
+{
+    ++order_;
+    out += fmt::format(
+        "{{\\shp{{\\*\\shpinst\\shpleft{}\\shptop{}\\shpright{}\\shpbottom{}\\shpfhdr0\\shpbxpage\\shpbxignore"
+        "\\shpbypage\\shpbyignore\\shpwr3\\shpwrk0\\shpfblwtxt0\\shpz{}",
+        twips(box.x), twips(box.y), twips(box.x + box.width), twips(box.y + box.height), order_);
+    property(out, "shapeType", static_cast<long>(kind));
+    property(out, "posrelh", 1);
+    property(out, "posrelv", 1);
+}
+
+void RtfShapes::closed(std::string& out, Kind kind, const RtfBox& box, const Color* fill, const Pen& pen, float radius)
+{
+    if (fill == nullptr && pen.width <= 0) return;
+    open(out, kind, box);
+    property(out, "fFilled", fill != nullptr ? 1 : 0);
+    if (fill != nullptr) property(out, "fillColor", color_number(*fill));
+    if (kind == Kind::RoundRectangle) {
+        const float share = radius / std::max(1.0F, std::min(box.width, box.height));
+        property(out, "adjustValue", std::lround(std::min(share, 0.5F) * 21600));
+    }
+    stroke(out, pen);
+    out += "}}\n";
+}
+
+void RtfShapes::line(std::string& out, Point from, Point to, const Pen& pen)
+{
+    if (pen.width <= 0) return;
+    const float left = std::min(from.x, to.x), top = std::min(from.y, to.y);
+    open(out, Kind::Line, {left, top, std::abs(to.x - from.x), std::abs(to.y - from.y)});
+    if ((to.x - from.x) * (to.y - from.y) < 0) property(out, "fFlipV", 1);
+    stroke(out, pen);
+    out += "}}\n";
+}
+
+void RtfShapes::picture(std::string& out, const RtfBox& box, std::string_view bytes)
+{
+    const bool is_png = bytes.starts_with("\x89PNG");
+    open(out, Kind::Picture, box);
+    out += fmt::format("{{\\sp{{\\sn pib}}{{\\sv {{\\pict\\{}\\picwgoal{}\\pichgoal{}", is_png ? "pngblip" : "jpegblip",
+                       twips(box.width), twips(box.height));
+    append_hex(out, bytes);
+    out += "}}}";
+    property(out, "fLine", 0);
+    out += "}}\n";
+}
+
+void RtfShapes::text(std::string& out, const RtfBox& box, Rotation rotation, std::string_view text)
+{
+    open(out, Kind::TextBox, box);
+    property(out, "fFilled", 0);
+    property(out, "fLine", 0);
+    for (const std::string_view inset : {"dxTextLeft", "dyTextTop", "dxTextRight", "dyTextBottom"}) {
+        property(out, inset, 0);
+    }
+    constexpr long kBottomToTop = 2, kTopToBottom = 3, kHalfTurn = 180L << 16;
+    if (rotation == Rotation::Left) property(out, "txflTextFlow", kBottomToTop);
+    if (rotation == Rotation::Right) property(out, "txflTextFlow", kTopToBottom);
+    if (rotation == Rotation::UpsideDown) property(out, "rotation", kHalfTurn);
+    out += "{\\shptxt ";
+    out += text;
+    out += "}}}\n";
+}
+
+}  // namespace velora::engine

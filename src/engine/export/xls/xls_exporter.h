@@ -1,0 +1,10 @@
+#pragma once
+
+#include "engine/export/common/export_context.h"
+
+namespace velora::engine {
+
+/// An Excel 97 workbook: cells on a grid found from the boxes.
+std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context);
+
+}  // namespace velora::engine

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engine/export/xls/xls_page.h"
+#include "engine/export/xls/xls_records.h"
+
+namespace velora::engine {
+
+/// Paper and margins in points, the same for all sheets of a workbook.
+struct XlsPaper {
+    int32_t width = 595, height = 842;
+    bool landscape = false;
+    int32_t left = 0, right = 0, top = 0, bottom = 0;  ///< margins
+};
+
+/// A picture at its place in the sheet. Corners are cells with the part of the cell in 1/1024 (across) and 1/256
+/// (down).
+struct XlsAnchoredPicture {
+    struct Corner {
+        uint16_t column = 0, across = 0, row = 0, down = 0;
+    };
+    Corner from, to;
+    std::shared_ptr<const ImageData> data;
+};
+
+/// One sheet: pages below each other, with a page break between them.
+class XlsSheet {
+public:
+    static constexpr uint32_t kMostRows = 65536;
+    static constexpr size_t kMostBreaks = 1026;
+
+    /// @param columns  lines between the columns, at least two
+    XlsSheet(const XlsPages& pages, XlsStyles& styles, const GridLines& columns, const XlsPaper& paper);
+
+    /// Whether a page of that many rows still fits.
+    [[nodiscard]] bool has_room(uint32_t rows) const;
+    [[nodiscard]] bool empty() const { return rows_ == 0; }
+    /// Adds rows `from` up to `to` of the page. A gap in front keeps the page's distance from the margin.
+    void add_page(const XlsPage& page, uint32_t from, uint32_t to, int32_t gap);
+
+    [[nodiscard]] uint32_t references() const { return references_; }  ///< cells that refer to the shared strings
+    [[nodiscard]] uint32_t hidden() const { return hidden_; }          ///< texts that found all their cells taken
+    [[nodiscard]] const std::vector<XlsAnchoredPicture>& pictures() const { return pictures_; }
+
+    /// The whole sheet; `drawing` holds the records of its pictures.
+    void write(XlsRecords& stream, bool selected, const XlsRecords& drawing) const;
+
+private:
+    struct Cell {
+        XlsGround ground;
+        int32_t item = -1;     ///< content that stands here
+        bool covered = false;  ///< belongs to a content's range
+    };
+    struct Range {
+        uint32_t top, bottom, left, right;  ///< `bottom` and `right` lie behind the range
+    };
+
+    Cell& cell(uint32_t row, uint32_t column) { return cells_[size_t{row} * columns_ + column]; }
+    [[nodiscard]] Range range_of(const XlsItem& item, uint32_t from, uint32_t to) const;
+    void paint(const Range& range, const XlsGround& ground);
+    void paint_rule(const XlsItem& item, uint32_t from, uint32_t to);
+    void place_contents(const XlsPage& page, uint32_t from, uint32_t to);
+    void place_content(const XlsItem& item, int32_t number, Range range);
+    void write_rows(const XlsPage& page, uint32_t from, uint32_t to);
+    void write_cell(const XlsPage& page, uint32_t row, uint32_t column);
+    void place_links(const XlsPage& page, uint32_t from, uint32_t to);
+    void place_pictures(const XlsPage& page, uint32_t from, uint32_t to);
+    void write_row(uint32_t row, int32_t points);
+
+    void write_settings(XlsRecords& stream) const;
+    void write_page_setup(XlsRecords& stream) const;
+    void write_columns(XlsRecords& stream) const;
+    void write_merges(XlsRecords& stream) const;
+    void write_links(XlsRecords& stream) const;
+
+    const XlsPages& pages_;
+    XlsStyles& styles_;
+    const GridLines& lines_;
+    XlsPaper paper_;
+    uint32_t columns_;
+
+    std::vector<Cell> cells_;  ///< of the page at hand
+    uint32_t rows_ = 0, references_ = 0, hidden_ = 0;
+    XlsRecords table_;
+    std::vector<Range> merges_;
+    std::vector<uint32_t> breaks_;
+    std::vector<std::pair<Range, std::string>> links_;
+    std::vector<XlsAnchoredPicture> pictures_;
+};
+
+}  // namespace velora::engine
