@@ -14,9 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     std::ofstream(file, std::ios::binary)
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     try {
-        const auto table = velora::read_csv(file);
-        while (table->next()) {
-            for (size_t field = 0; field < table->fields().size(); ++field) static_cast<void>(table->cell(field));
+        auto table = velora::read_csv(file);
+        while (table.next()) {
+            for (size_t field = 0; field < table.fields().size(); ++field) static_cast<void>(table.cell(field));
         }
     } catch (const velora::HostError&) {
     }

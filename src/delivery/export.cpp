@@ -1,6 +1,5 @@
 #include "delivery/export.h"
 
-#include <array>
 #include <filesystem>
 
 #include "session/error_messengers.h"
@@ -11,23 +10,11 @@ namespace velora {
 
 namespace {
 
-// clang-format off
-constexpr auto kFormats = std::to_array<ExportFormatEntry>({
-    {"Acrobat Format (PDF)", ExportFormat::Pdf,  ".pdf"},
-    {"HTML 4.0",             ExportFormat::Html, ".htm"},
-    {"MS Excel 97-2000",     ExportFormat::Xls,  ".xls"},
-    {"MS Word",              ExportFormat::Doc,  ".doc"},
-    {"Rich Text Format",     ExportFormat::Rtf,  ".rtf"},
-    {"Text",                 ExportFormat::Txt,  ".txt"},
-    {"XML",                  ExportFormat::Xml,  ".xml"},
-});
-// clang-format on
-
-const ExportFormatEntry* chosen_format(SessionState& state)
+const ExportFormatRecord* chosen_format(SessionState& state)
 {
     const std::string number = setting(state, "Format", "-1");
-    for (size_t at = 0; at < kFormats.size(); ++at) {
-        if (number == std::to_string(at)) return &kFormats[at];
+    for (size_t at = 0; at < kExportFormats.size(); ++at) {
+        if (number == std::to_string(at)) return &kExportFormats[at];
     }
     return nullptr;
 }
@@ -42,11 +29,6 @@ std::string export_path(SessionState& state, std::string_view name, std::string_
 }
 
 }  // namespace
-
-std::span<const ExportFormatEntry> export_formats()
-{
-    return kFormats;
-}
 
 void Export_Report(SessionState& state, std::string_view pFileName)
 {

@@ -1,13 +1,12 @@
 #include "host/adapters.h"
 
 #include <filesystem>
+#include <fstream>
 
 #include "adapters/cipher/password_cipher.h"
 #include "adapters/ini/stores.h"
 #include "adapters/terminal/clocks.h"
 #include "adapters/terminal/region.h"
-#include "adapters/terminal/terminal_user_interface.h"
-#include "host/host.h"
 #include "host/host_error.h"
 #include "values/fault.h"
 
@@ -35,8 +34,23 @@ std::unique_ptr<Region> region_of(const CommonOptions& options, const Surroundin
     }
 }
 
-std::unique_ptr<UserInterface> user_of(const CommonOptions& options, const Surroundings& around)
+/// A file that holds anything but messages is not begun anew: the name may be a slip.
+void require_message_file(const std::string& path)
 {
+    constexpr std::string_view kOpening = "{\"title\":";
+    std::error_code unknown;
+    if (!fs::is_regular_file(path, unknown)) return;
+    std::string opening(kOpening.size(), '\0');
+    std::ifstream file(path, std::ios::binary);
+    file.read(opening.data(), static_cast<std::streamsize>(opening.size()));
+    if (file.gcount() == 0 || opening == kOpening) return;
+    throw UsageError("--messages names the file \"" + path +
+                     "\", which holds something other than messages. Name another file.");
+}
+
+std::unique_ptr<TerminalUserInterface> user_of(const CommonOptions& options, const Surroundings& around)
+{
+    require_message_file(options.messages);
     try {
         return std::make_unique<TerminalUserInterface>(around.err, options.messages);
     } catch (const Fault& caught) {
@@ -48,7 +62,7 @@ std::unique_ptr<UserInterface> user_of(const CommonOptions& options, const Surro
 
 std::string region_name(const CommonOptions& options, const Surroundings& around)
 {
-    return options.region.empty() ? region_tag(locale_name(around)) : options.region;
+    return region_tag(options.region.empty() ? locale_name(around) : options.region);
 }
 
 std::string settings_path(const CommonOptions& options, const Surroundings& around)

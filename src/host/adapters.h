@@ -4,16 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "adapters/terminal/terminal_user_interface.h"
 #include "host/options.h"
+#include "host/surroundings.h"
 #include "platform/printers.h"
 #include "platform/region.h"
 #include "platform/report_engine.h"
 #include "platform/stores.h"
-#include "platform/user_interface.h"
 
 namespace velora {
-
-struct Surroundings;
 
 /// Printers of a machine that has none set up.
 class NoPrinters final : public Printers {
@@ -26,7 +25,7 @@ struct Adapters {
     std::unique_ptr<ReportEngine> engine;  ///< made when it is first asked for
     std::unique_ptr<Clock> clock;
     std::unique_ptr<Region> region;
-    std::unique_ptr<UserInterface> user;
+    std::unique_ptr<TerminalUserInterface> user;
     std::unique_ptr<SettingsStore> settings;
     std::unique_ptr<ProfileFile> profiles;
     std::unique_ptr<PasswordCipher> cipher;

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <fstream>
 #include <system_error>
 
@@ -11,7 +10,7 @@
 #include "host/host_config.h"
 #include "host/host_error.h"
 #include "host/sample/sample_company.h"
-#include "session/report_lists.h"
+#include "reports/report_lists.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -57,27 +56,6 @@ private:
     bool moved_ = false;
 };
 
-/// The company of the new folder, for those who ask the session only for its id.
-class NewCompanySession final : public AccountingSession {
-public:
-    NewCompanySession() { company_.CompanyID = sample::kCompanyId; }
-
-    std::unique_ptr<View> OpenView(std::string_view view_id, std::string_view) override
-    {
-        throw fault::object_not_set(std::string(view_id));
-    }
-    const CompanyInfo& Company() override { return company_; }
-    const CurrencyInfo& GetCurrency(std::string_view) override { return currency_; }
-    const std::vector<ActiveApplication>& ActiveApplications() override { return applications_; }
-    std::vector<AccountingError>& Errors() override { return errors_; }
-
-private:
-    CompanyInfo company_;
-    CurrencyInfo currency_;
-    std::vector<ActiveApplication> applications_;
-    std::vector<AccountingError> errors_;
-};
-
 void require_free(const fs::path& folder)
 {
     if (!fs::exists(folder)) return;
@@ -116,20 +94,11 @@ void copy_definitions(const fs::path& from, const fs::path& to)
     }
 }
 
-/// The list files name the definitions by the place that the folder will have.
-void write_report_lists(const fs::path& making, const fs::path& place, ProfileFile& profiles)
+void write_report_lists(const fs::path& reports, ProfileFile& profiles)
 {
-    static constexpr std::array kKinds{eRptQuote,           eRptCustomerList,   eRptItemList,       eRptWinLossGraph,
-                                       eRptLostReasonGraph, eRptOverviewQuotes, eRptOrderChecklist, eRptExpireQuotes,
-                                       eRptBackOrder,       eRptCustom};
-    SessionState state;
-    state.gSess = std::make_shared<NewCompanySession>();
-    state.ports.profiles = &profiles;
-    for (const WhichReport kind : kKinds) {
-        state.ports.application_folder = making.string();
-        const std::string list = INIFile(state, kind);
-        state.ports.application_folder = place.string();
-        DefaultReportLists(state).create(kind, list);
+    for (const ReportKind& kind : report_kinds()) {
+        const std::string name = list_file_name(sample::kCompanyId, kind.which);
+        write_default_list(profiles, kind.which, (reports / name).string());
     }
 }
 
@@ -145,7 +114,7 @@ void make_application_folder(const NewFolder& wanted, ProfileFile& lists)
         write_config(making.path());
         make_databases(making.path(), wanted.empty);
         copy_definitions(wanted.definitions, making.path() / "Reports");
-        write_report_lists(making.path(), place, lists);
+        write_report_lists(making.path() / "Reports", lists);
         making.move_into_place();
     } catch (const fs::filesystem_error& error) {
         fail(place, error.code().message() + " (" + error.path1().string() + ")");

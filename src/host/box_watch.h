@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "platform/user_interface.h"
@@ -22,6 +23,14 @@ public:
         pages_shown_ = true;
     }
 
+    void progress(size_t done, size_t total) override
+    {
+        if (on_progress_) on_progress_(done, total);
+    }
+
+    /// Told how far a builder is with its rows; empty for nobody.
+    void watch_progress(std::function<void(size_t, size_t)> watcher) { on_progress_ = std::move(watcher); }
+
     void forget()
     {
         boxes_.clear();
@@ -34,6 +43,7 @@ private:
     UserInterface& user_;
     std::vector<MessageBox> boxes_;
     bool pages_shown_ = false;
+    std::function<void(size_t, size_t)> on_progress_;
 };
 
 }  // namespace velora

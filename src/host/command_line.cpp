@@ -13,7 +13,9 @@ namespace velora {
 namespace {
 
 constexpr const char* kExitStatuses =
-    "Exit status: 0 delivered, 1 a message box said why not, 2 wrong usage, 3 no data.";
+    "Exit status: 0 delivered, 1 a message box said why not, 2 wrong usage, 3 no data, 4 delivered with message boxes; "
+    "of several documents the worst, in the order 2, 1, 4, 3, 0.\n"
+    "\"velora-report help COMMAND\" tells of one command.\n";
 
 void declare(CLI::App& program, CommonOptions& common, CommandBody& chosen)
 {
@@ -21,13 +23,14 @@ void declare(CLI::App& program, CommonOptions& common, CommandBody& chosen)
     program.description("Quotes, orders and lists of a company as documents.");
     program.footer(kExitStatuses);
     program.set_version_flag("--version", "velora-report " VELORA_VERSION);
-    program.require_subcommand(0, 1);  // a word that is no command is then named in the message
+    program.require_subcommand(0, 1);
     program.fallthrough();
     add_common_options(program, common);
-    for (const auto add : {add_folder_commands, add_document_commands, add_list_commands, add_engine_commands,
+    for (const auto add : {add_folder_commands, add_kind_commands, add_render_command, add_fields_command,
                            add_report_list_commands, add_window_commands}) {
         add(program, chosen);
     }
+    program.allow_extras();  // what no command takes is told by name
 }
 
 ExitStatus complain(const Surroundings& around, const std::string& what)
@@ -36,19 +39,32 @@ ExitStatus complain(const Surroundings& around, const std::string& what)
     return ExitStatus::Usage;
 }
 
-/// What a command throws becomes a message box.
-ExitStatus run_guarded(Host& host, const CommandBody& body)
+std::string command_names(const CLI::App& program)
 {
-    try {
-        return body(host);
-    } catch (const HostError& error) {
-        host.tell(error.title(), error.what());
-    } catch (const Fault& caught) {
-        std::string text = std::to_string(caught.number()) + ": " + caught.description();
-        if (!caught.where().empty()) text += "\r\n" + caught.where();
-        host.tell("Reporting Error", text);
+    std::string names;
+    for (const CLI::App* command : program.get_subcommands(nullptr)) {
+        if (!command->get_group().empty()) names.append(names.empty() ? "" : ", ").append(command->get_name());
     }
-    return ExitStatus::Told;
+    return names;
+}
+
+/// "help" and "help COMMAND" ask for what "--help" prints.
+std::vector<std::string> with_help_as_option(std::span<const std::string> arguments)
+{
+    std::vector<std::string> words(arguments.begin(), arguments.end());
+    if (words.empty() || words.front() != "help") return words;
+    words.erase(words.begin());
+    words.emplace_back("--help");
+    return words;
+}
+
+ExitStatus complain_of_words(const CLI::App& program, const Surroundings& around)
+{
+    const std::string word = program.remaining().front();
+    if (!program.get_subcommands().empty() || word.starts_with('-')) {
+        return complain(around, "\"" + word + "\" was not expected.");
+    }
+    return complain(around, "There is no command \"" + word + "\". The commands are: " + command_names(program) + ".");
 }
 
 }  // namespace
@@ -60,15 +76,21 @@ ExitStatus run_command_line(std::span<const std::string> arguments, const Surrou
     CommandBody chosen;
     declare(program, common, chosen);
     try {
-        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        auto words = with_help_as_option(arguments);
+        std::ranges::reverse(words);  // as the parser takes them
+        program.parse(std::move(words));
     } catch (const CLI::ParseError& error) {
         const bool asked_for = program.exit(error, around.out, around.err) == 0;
         return asked_for ? ExitStatus::Delivered : ExitStatus::Usage;
     }
-    if (!chosen) return complain(around, "No subcommand is named.");
+    if (!program.remaining().empty()) return complain_of_words(program, around);
+    if (!chosen) {
+        around.err << program.help();
+        return ExitStatus::Usage;
+    }
     try {
         Host host(common, around);
-        return run_guarded(host, chosen);
+        return host.guard([&] { return chosen(host); });
     } catch (const UsageError& error) {
         return complain(around, error.what());
     } catch (const HostError& error) {

@@ -15,13 +15,13 @@ using CommandBody = std::function<ExitStatus(Host&)>;
 
 // Each adds a family of commands; the one that is named on the command line puts its body into `chosen`.
 void add_folder_commands(CLI::App& program, CommandBody& chosen);
-void add_document_commands(CLI::App& program, CommandBody& chosen);
-void add_list_commands(CLI::App& program, CommandBody& chosen);
-void add_engine_commands(CLI::App& program, CommandBody& chosen);
+void add_kind_commands(CLI::App& program, CommandBody& chosen);
+void add_render_command(CLI::App& program, CommandBody& chosen);
+void add_fields_command(CLI::App& program, CommandBody& chosen);
 void add_report_list_commands(CLI::App& program, CommandBody& chosen);
 void add_window_commands(CLI::App& program, CommandBody& chosen);
 
 /// A command whose report or window is not in this build says so.
-ExitStatus not_available(Host& host, const std::string& what);
+ExitStatus not_available(Host& host, std::string_view what);
 
 }  // namespace velora

@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "adapters/terminal/progress_bar.h"
-#include "delivery/export.h"
 #include "host/explain.h"
+#include "service/print_report.h"
 #include "session/lists.h"
 
 namespace velora {
@@ -14,14 +13,16 @@ namespace fs = std::filesystem;
 
 std::string format_number(ExportFormat format)
 {
-    const auto formats = export_formats();
-    const auto found = std::ranges::find(formats, format, &ExportFormatEntry::format);
-    return std::to_string(found - formats.begin());
+    const auto found = std::ranges::find(kExportFormats, format, &ExportFormatRecord::format);
+    return std::to_string(found - kExportFormats.begin());
 }
 
-bool names_folder(const std::string& output)
+bool is_format_number(std::string_view text)
 {
-    return output.ends_with('/') || fs::is_directory(output);
+    for (size_t at = 0; at < kExportFormats.size(); ++at) {
+        if (text == std::to_string(at)) return true;
+    }
+    return false;
 }
 
 void require_folder(const fs::path& folder)
@@ -32,16 +33,34 @@ void require_folder(const fs::path& folder)
                                                  "--output.");
 }
 
+std::string how(ExitStatus status)
+{
+    switch (status) {
+        case ExitStatus::NoData:
+            return " (no data)";
+        case ExitStatus::Told:
+            return " (not delivered)";
+        default:
+            return {};
+    }
+}
+
 }  // namespace
 
 Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKind& kind, size_t count)
-    : host_(host), options_(options), kind_(kind), state_(host.company()), count_(count)
+    : host_(host),
+      options_(options),
+      kind_(kind),
+      state_(host.company()),
+      progress_(host.around().err, host.is_watched(), count)
 {
     if (count > 1 && options.exports() && !options.output.empty() && !names_folder(options.output)) {
         throw UsageError("Several documents do not fit into the one file \"" + options.output +
                          "\". Name a folder with --output; one that does not end in \"/\" has to be there.");
     }
     state_.gReportSection = company_id(state_) + "_Report";
+    delivery_ = {chosen_definition(state_, kind, options.definition), options.preview, options.exports()};
+    host_.files().reads(delivery_.report_string, "the report definition");
     if (options.exports()) place_output();
     if (options.print) require_printer();
     if (options.preview) {
@@ -49,28 +68,39 @@ Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKin
                         "This build does not have the preview window yet. The report can be written "
                         "to a file with --export and --output.");
     }
-    route_ = {options.definition.empty() ? default_definition(state_, kind) : fs::absolute(options.definition).string(),
-              options.exports(), options.preview};
     watch_pipe();
 }
 
 void Documents::place_output()
 {
     LayeredSettings& settings = host_.settings();
-    settings.lay_over("Format", format_number(options_.format));
+    const auto of_settings = [&](const char* key, const std::string& otherwise) {
+        return settings.get("Morvane\\Velora", state_.gReportSection, key, otherwise);
+    };
+    const auto wanted = wanted_format(options_);
+    if (wanted || !is_format_number(of_settings("Format", ""))) {
+        settings.lay_over("Format", format_number(wanted.value_or(ExportFormat::Pdf)));
+    }
     if (options_.output.empty()) {
         const std::string usual = (fs::path(state_.ports.application_folder) / "Export").string();
-        const std::string chosen = settings.get("Morvane\\Velora", state_.gReportSection, "Export", usual);
-        settings.lay_over("Export", chosen);
+        const std::string chosen = of_settings("Export", usual);
+        settings.lay_over("Export", chosen.empty() ? usual : chosen);
     } else if (names_folder(options_.output)) {
         require_folder(options_.output);
         const fs::path folder = fs::absolute(fs::path(options_.output) / "").lexically_normal().parent_path();
         settings.lay_over("Export", folder.string());
     } else {
-        const fs::path file = fs::absolute(options_.output);
-        require_folder(file.parent_path());
-        state_.ports.export_file = file.string();
+        place_file(options_.output);
     }
+}
+
+void Documents::place_file(const std::string& output)
+{
+    const fs::path file = file_named(output);
+    require_folder(file.parent_path());
+    host_.files().writes(file, "--output");
+    if (output == "-") host_.leave_standard_output();
+    state_.ports.export_file = file.string();
 }
 
 void Documents::require_printer()
@@ -85,52 +115,48 @@ void Documents::require_printer()
 
 void Documents::watch_pipe()
 {
-    if (!options_.pipe.empty()) pipe_ = std::make_unique<PipeFile>(options_.pipe);
+    if (!options_.pipe.empty()) {
+        const fs::path file = file_named(options_.pipe);
+        host_.files().writes(file, "--pipe");
+        if (options_.pipe == "-") host_.leave_standard_output();
+        pipe_ = std::make_unique<PipeFile>(file);
+    }
     state_.ports.on_pipe = [this](const DataPipeRecordset& pipe) {
         rows_ = pipe.RecordCount();
         if (!pipe_) return;
         pipe_->add(kind_.name, pipe);
         pipe_filled_ = true;
     };
+    host_.watch_rows([this](size_t rows) { progress_.rows(rows, rows_); });
+    host_.user().watch_progress([this](size_t done, size_t total) { progress_.rows(done, total); });
 }
 
-void Documents::deliver(const Build& build)
+void Documents::deliver(const std::string& label, const std::function<Selection()>& select)
 {
     host_.user().forget();
-    host_.engine().forget();
     state_.gExportOK = false;
     state_.log.clear();
-    ++done_;
-    build_with_bar(build);
-    const ExitStatus status = outcome();
+    rows_ = 0;
+    progress_.document_begins();
+    const ExitStatus status = print(select);
+    progress_.clear();
     report_outcome(status);
-    if (worst_ == ExitStatus::Delivered) worst_ = status;
+    ended_.push_back({label, status, host_.user().boxes().size()});
+    progress_.document_ends();
 }
 
-void Documents::build_with_bar(const Build& build)
+ExitStatus Documents::print(const std::function<Selection()>& select)
 {
-    const bool wanted = host_.around().at_terminal && !host_.options().quiet;
-    const std::string caption =
-        count_ > 1 ? "Document " + std::to_string(done_) + " of " + std::to_string(count_) : "Report";
-    ProgressBar bar(host_.around().err, wanted, caption);
-    if (count_ > 1) bar.show(0, 1);
-    host_.engine().count_rows([&](size_t rows) { bar.show(rows, rows_); });
-    build(state_, route_);
-    host_.engine().count_rows({});
-}
-
-bool Documents::delivered() const
-{
-    if (route_.export_it) return state_.gExportOK;
-    if (route_.preview) return host_.user().pages_shown();
-    return host_.user().boxes().empty();
-}
-
-ExitStatus Documents::outcome() const
-{
-    if (delivered()) return ExitStatus::Delivered;
-    const auto no_data = [](const MessageBox& box) { return box.title == "No Data Found"; };
-    return std::ranges::any_of(host_.user().boxes(), no_data) ? ExitStatus::NoData : ExitStatus::Told;
+    return host_.guard([&] {
+        switch (print_report(state_, kind_, select(), delivery_)) {
+            case RunEnd::Delivered:
+                return host_.user().boxes().empty() ? ExitStatus::Delivered : ExitStatus::DeliveredWithBoxes;
+            case RunEnd::NoData:
+                return ExitStatus::NoData;
+            default:
+                return ExitStatus::Told;
+        }
+    });
 }
 
 void Documents::report_outcome(ExitStatus status)
@@ -138,21 +164,41 @@ void Documents::report_outcome(ExitStatus status)
     if (status == ExitStatus::Told && host_.user().boxes().empty()) {
         host_.tell("Report Export Failure", "The report was not delivered, and nothing said why.");
     }
-    if (!host_.engine().reason().empty()) host_.around().err << "Reason: " << host_.engine().reason() << '\n';
-    if (status == ExitStatus::Delivered && route_.export_it) host_.say(state_.gExportFile);
-    if (state_.gCrReport && status == ExitStatus::Delivered) {
+    if (const std::string reason = host_.take_refusal(); !reason.empty()) {
+        host_.around().err << "Reason: " << reason << '\n';
+    }
+    const bool delivered = status == ExitStatus::Delivered || status == ExitStatus::DeliveredWithBoxes;
+    if (delivered && delivery_.export_it && options_.output != "-") host_.say(state_.gExportFile);
+    if (delivered && state_.gCrReport) {
         for (const std::string& warning : state_.gCrReport->warnings()) host_.around().err << warning << '\n';
     }
-    if (host_.options().explain) explain(host_.around().out, state_.log);
+    if (host_.options().explain) explain(host_.answers(), state_.log);
+}
+
+/// One line for the whole run: which documents had boxes, and how many.
+void Documents::tell_boxes() const
+{
+    std::string line;
+    for (const Ended& document : ended_) {
+        if (document.boxes == 0) continue;
+        line +=
+            (line.empty() ? "" : ", ") + document.label + ": " + std::to_string(document.boxes) + how(document.status);
+    }
+    if (!line.empty()) host_.around().err << "Message boxes by document: " << line << '\n';
 }
 
 ExitStatus Documents::finish()
 {
     state_.ports.on_pipe = nullptr;
     state_.ports.export_file.clear();
+    host_.watch_rows({});
+    host_.user().watch_progress({});
     host_.settings().clear();
     if (pipe_filled_) pipe_->finish();
-    return worst_;
+    tell_boxes();
+    ExitStatus worst = ExitStatus::Delivered;
+    for (const Ended& document : ended_) worst = worse_of(worst, document.status);
+    return worst;
 }
 
 }  // namespace velora

@@ -6,7 +6,6 @@
 #include "adapters/engine/report_engine.h"
 #include "adapters/sqlite/connection.h"
 #include "host/adapters.h"
-#include "host/host_error.h"
 #include "host/query_table.h"
 #include "host/shipped.h"
 #include "session/settings.h"
@@ -57,18 +56,13 @@ Host::Host(const CommonOptions& options, const Surroundings& around)
       user_(std::make_unique<BoxWatch>(*adapters_->user)),
       settings_(std::make_unique<LayeredSettings>(*adapters_->settings))
 {
+    if (!options.messages.empty()) files_.writes(options.messages, "--messages");
+    files_.reads(settings_path(options, around), "the user's settings");
 }
 
-Host::~Host() = default;
-
-BoxWatch& Host::user()
+Host::~Host()
 {
-    return *user_;
-}
-
-LayeredSettings& Host::settings()
-{
-    return *settings_;
+    adapters_->user->tell_repeats();
 }
 
 ProfileFile& Host::profiles()
@@ -76,19 +70,41 @@ ProfileFile& Host::profiles()
     return *adapters_->profiles;
 }
 
-WatchedEngine& Host::engine()
+DateTime Host::now() const
 {
-    if (!engine_) {
-        EngineServices services;
-        services.now = [this] { return adapters_->clock->now(); };
-        services.locale = replaced(region_name(options_, around_), "-", "_");
-        services.run_query = [this](const std::string& source, const Command& command) {
-            return query_table(reader_of(source), command, config_.most_rows);
-        };
-        adapters_->engine = make_report_engine(shipped_folder(around_.program, "fonts"), std::move(services));
-        engine_ = std::make_unique<WatchedEngine>(*adapters_->engine);
-    }
-    return *engine_;
+    return adapters_->clock->now();
+}
+
+ReportEngine& Host::engine()
+{
+    if (!adapters_->engine) make_engine();
+    return *adapters_->engine;
+}
+
+void Host::make_engine()
+{
+    EngineServices services;
+    services.now = [this] { return adapters_->clock->now(); };
+    services.locale = replaced(region_name(options_, around_), "-", "_");
+    services.run_query = [this](const std::string& source, const Command& command) {
+        return query_table(reader_of(source), command, config_.most_rows);
+    };
+    services.before_export = [this](const fs::path& target) { require_free(target); };
+    services.on_rows = [this](size_t rows) {
+        if (on_rows_) on_rows_(rows);
+    };
+    services.on_refused = [this](const std::string& path, const std::string& reason) {
+        refusal_ = reason.empty() ? path : path + ": " + reason;
+    };
+    adapters_->engine = make_report_engine(shipped_folder(around_.program, "fonts"), std::move(services));
+}
+
+/// No export goes over a file that the run reads, whatever a document is called.
+void Host::require_free(const fs::path& target) const
+{
+    const std::string role = files_.role_of(target);
+    if (role.empty() || role == "--output") return;
+    throw Fault(fault::kPathAccess, "The report would be written over " + role + ": " + target.string());
 }
 
 /// The database that a definition's own query runs on. The definition may come from anywhere: it can only read.
@@ -111,12 +127,6 @@ SessionState& Host::company()
     return *company_;
 }
 
-const HostConfig& Host::config()
-{
-    company();
-    return config_;
-}
-
 fs::path Host::folder() const
 {
     if (!options_.folder.empty()) return fs::absolute(options_.folder).lexically_normal();
@@ -128,6 +138,7 @@ void Host::open_company()
 {
     const fs::path place = folder();
     config_ = read_host_config(place);
+    read_files(place);
     auto state = std::make_unique<SessionState>();
     state->gConn = open_store("database", sqlite_file(place, config_.database, "Database"),
                               [](const std::string& file) { return open_sqlite(file); });
@@ -136,29 +147,52 @@ void Host::open_company()
     require_company(*state->gSess, config_);
     state->gEngine = config_.engine;
     state->gSessUser = config_.user;
-    state->ports = {&engine(),
-                    adapters_->printers.get(),
-                    settings_.get(),
-                    adapters_->profiles.get(),
-                    adapters_->cipher.get(),
-                    user_.get(),
-                    nullptr,
-                    adapters_->clock.get(),
-                    adapters_->region.get(),
-                    place.string(),
-                    {},
-                    {}};
+    state->gMultiCurr = config_.multi_currency.value_or(state->gSess->Company().Multicurrency);
+    state->ports = Ports{.engine = &engine(),
+                         .printers = adapters_->printers.get(),
+                         .settings = settings_.get(),
+                         .profiles = adapters_->profiles.get(),
+                         .cipher = adapters_->cipher.get(),
+                         .user = user_.get(),
+                         .windows = nullptr,
+                         .clock = adapters_->clock.get(),
+                         .region = adapters_->region.get(),
+                         .application_folder = place.string(),
+                         .export_file = {},
+                         .on_pipe = {}};
     company_ = std::move(state);
+}
+
+/// The files of the company, none of which an output may name.
+void Host::read_files(const fs::path& place)
+{
+    files_.reads(place / "velora.ini", "the company's velora.ini");
+    files_.reads(sqlite_file(place, config_.database, "Database"), "the company's database");
+    files_.reads(sqlite_file(place, config_.accounting, "Accounting"), "the company's accounting store");
 }
 
 void Host::say(const std::string& line)
 {
-    if (!options_.quiet) around_.out << line << '\n';
+    if (!options_.quiet) answers() << line << '\n';
 }
 
 void Host::tell(const std::string& title, const std::string& text, Icon icon)
 {
     user_->show({title, text, icon});
+}
+
+ExitStatus Host::guard(const std::function<ExitStatus()>& work)
+{
+    try {
+        return work();
+    } catch (const HostError& error) {
+        tell(error.title(), error.what());
+    } catch (const Fault& caught) {
+        std::string text = std::to_string(caught.number()) + ": " + caught.description();
+        if (!caught.where().empty()) text += "\r\n" + caught.where();
+        tell("Reporting Error", text);
+    }
+    return ExitStatus::Told;
 }
 
 }  // namespace velora

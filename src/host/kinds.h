@@ -3,16 +3,20 @@
 #include <string>
 #include <string_view>
 
-#include "reports/report_kinds.h"
-#include "session/session_state.h"
+#include "reports/kinds.h"
 
 namespace velora {
 
 /// @throws UsageError naming the kinds that there are
 const ReportKind& require_kind(std::string_view name);
 
-/// The definition that a report of the kind is printed with when the command line names none: the default of the
-/// user's settings, else the first of the kind's list. @throws HostError when there is neither
-std::string default_definition(SessionState& state, const ReportKind& kind);
+/// The names of all kinds, as a help text lists them.
+std::string kind_names();
+
+/// The definition that a report of the kind is printed with, as a full path.
+/// @param named  a file, or a name of the kind's list; empty for the default of the settings, else the first of the
+/// list
+/// @throws HostError when nothing is named and there is no default
+std::string chosen_definition(SessionState& state, const ReportKind& kind, const std::string& named);
 
 }  // namespace velora

@@ -2,15 +2,29 @@
 
 #include <CLI/CLI.hpp>
 
-#include <map>
+#include "host/host_error.h"
+#include "values/text.h"
 
 namespace velora {
 namespace {
 
-const std::map<std::string, ExportFormat> kFormats{
-    {"pdf", ExportFormat::Pdf}, {"html", ExportFormat::Html}, {"xls", ExportFormat::Xls}, {"doc", ExportFormat::Doc},
-    {"rtf", ExportFormat::Rtf}, {"txt", ExportFormat::Txt},   {"xml", ExportFormat::Xml},
-};
+namespace fs = std::filesystem;
+
+std::string format_names()
+{
+    std::string names;
+    for (const auto& record : kExportFormats) names.append(names.empty() ? "" : ", ").append(record.name);
+    return names;
+}
+
+/// By name or extension: "html" and "htm" are one format.
+std::optional<ExportFormat> format_named(std::string_view name)
+{
+    for (const auto& record : kExportFormats) {
+        if (same_name(record.name, name) || same_name(record.extension.substr(1), name)) return record.format;
+    }
+    return std::nullopt;
+}
 
 /// Reads the text of an option into a date.
 auto date_reader(std::optional<DateTime>& into)
@@ -18,6 +32,16 @@ auto date_reader(std::optional<DateTime>& into)
     return [&into](const std::string& text) {
         into = text.size() == 10 ? DateTime::from_iso(text) : std::nullopt;
         if (!into) throw CLI::ValidationError("\"" + text + "\" is no date of the form YYYY-MM-DD");
+    };
+}
+
+auto format_reader(std::optional<ExportFormat>& into)
+{
+    return [&into](const std::string& text) {
+        into = format_named(text);
+        if (!into) {
+            throw CLI::ValidationError("\"" + text + "\" is no format. The formats are: " + format_names() + ".");
+        }
     };
 }
 
@@ -46,11 +70,14 @@ void add_common_options(CLI::App& program, CommonOptions& options)
 
 void add_export_options(CLI::App& command, DeliveryOptions& options)
 {
-    command.add_option("--export", options.format, "Format of the file: pdf, html, xls, doc, rtf, txt, xml")
-        ->transform(CLI::CheckedTransformer(kFormats, CLI::ignore_case))
-        ->type_name("FORMAT")
-        ->option_text("FORMAT");
-    command.add_option("--output", options.output, "File to write, or folder to write into")->type_name("FILE|DIR");
+    command
+        .add_option_function<std::string>("--export", format_reader(options.format),
+                                          "Format of the file: " + format_names() +
+                                              " (default: by the ending of --output, else that of the settings, "
+                                              "else pdf)")
+        ->type_name("FORMAT");
+    command.add_option("--output", options.output, "File to write, folder to write into, or - for standard output")
+        ->type_name("FILE|DIR");
 }
 
 void add_delivery_options(CLI::App& command, DeliveryOptions& options)
@@ -69,17 +96,46 @@ void add_delivery_options(CLI::App& command, DeliveryOptions& options)
         preview->excludes(command.get_option(file_option));
         print->excludes(command.get_option(file_option));
     }
+}
+
+void add_definition_option(CLI::App& command, DeliveryOptions& options)
+{
     command
         .add_option("--definition", options.definition,
-                    "Report definition (default: the one of the settings, "
-                    "else the first of the kind's list)")
-        ->type_name("FILE");
+                    "Report definition, by its file or its name in the kind's list (default: the one of the settings, "
+                    "else the first of the list)")
+        ->type_name("FILE|NAME");
 }
 
 void add_pipe_option(CLI::App& command, DeliveryOptions& options)
 {
-    command.add_option("--pipe", options.pipe, "Write the finished data as JSON, an object for each document")
+    command
+        .add_option("--pipe", options.pipe,
+                    "Write the finished data as JSON, an object for each document, to FILE or - for standard output")
         ->type_name("FILE");
+}
+
+std::optional<ExportFormat> wanted_format(const DeliveryOptions& options)
+{
+    if (options.format || options.output.empty() || names_folder(options.output)) return options.format;
+    const std::string ending = fs::path(options.output).extension().string();
+    if (ending.empty()) return std::nullopt;
+    const auto format = format_named(std::string_view(ending).substr(1));
+    if (format) return format;
+    throw UsageError(
+        "\"" + options.output + "\" ends in \"" + ending +
+        "\", which is no format. Name the format with --export, or end the file in one of: " + format_names() + ".");
+}
+
+bool names_folder(const std::string& output)
+{
+    std::error_code unknown;
+    return output.ends_with('/') || fs::is_directory(output, unknown);
+}
+
+fs::path file_named(const std::string& name)
+{
+    return name == "-" ? fs::path("/dev/stdout") : fs::absolute(name);
 }
 
 }  // namespace velora

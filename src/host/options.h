@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -25,12 +26,12 @@ struct CommonOptions {
 
 /// Where a document goes.
 struct DeliveryOptions {
-    ExportFormat format = ExportFormat::Pdf;
-    std::string output;  ///< file, or folder; blank: the folder of the settings
+    std::optional<ExportFormat> format;  ///< none: by the ending of `output`, else as the settings say, else PDF
+    std::string output;  ///< file, folder, or "-" for standard output; blank: the folder of the settings
     bool preview = false;
     bool print = false;
     std::string printer;     ///< blank: the one of the settings
-    std::string definition;  ///< blank: the one of the settings, else the first of the list
+    std::string definition;  ///< file, or name in the list; blank: the one of the settings, else the first of the list
     std::string pipe;
 
     [[nodiscard]] bool exports() const { return !preview && !print; }
@@ -38,8 +39,20 @@ struct DeliveryOptions {
 
 void add_common_options(CLI::App& program, CommonOptions& options);
 void add_delivery_options(CLI::App& command, DeliveryOptions& options);
+/// `--definition`, for kinds that have a list.
+void add_definition_option(CLI::App& command, DeliveryOptions& options);
 /// `--export` and `--output` alone.
 void add_export_options(CLI::App& command, DeliveryOptions& options);
+/// The format that `--export` or the ending of `--output` asks for; none where neither does.
+/// @throws UsageError for a file whose ending is that of no format
+std::optional<ExportFormat> wanted_format(const DeliveryOptions& options);
+
+/// Whether `--output` names a folder.
+bool names_folder(const std::string& output);
+
+/// The file that a name on the command line means: "-" is standard output.
+std::filesystem::path file_named(const std::string& name);
+
 /// `--pipe`, for the commands that fill one.
 void add_pipe_option(CLI::App& command, DeliveryOptions& options);
 

@@ -1,12 +1,10 @@
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <filesystem>
 
 #include "adapters/ini/locked_folder.h"
-#include "host/commands.h"
+#include "host/bind.h"
 #include "host/kinds.h"
-#include "session/report_lists.h"
+#include "reports/report_lists.h"
 
 namespace velora {
 namespace {
@@ -49,14 +47,14 @@ void print_list(Host& host, const ReportKind& kind)
     }
 }
 
-ExitStatus list_reports(Host& host, const std::string& kind)
+ExitStatus list_reports(Host& host, const EntryOptions& options)
 {
-    if (!kind.empty()) {
-        print_list(host, require_kind(kind));
-        return ExitStatus::Delivered;
+    if (options.kind.empty()) {
+        for (const ReportKind& each : report_kinds()) print_list(host, each);
+    } else {
+        print_list(host, require_kind(options.kind));
     }
-    for (const ReportKind& each : report_kinds()) print_list(host, each);
-    return ExitStatus::Delivered;
+    return host.user().boxes().empty() ? ExitStatus::Delivered : ExitStatus::Told;
 }
 
 ExitStatus add_report(Host& host, const EntryOptions& options)
@@ -99,23 +97,23 @@ ExitStatus remove_report(Host& host, const EntryOptions& options)
 
 void add_report_list_commands(CLI::App& program, CommandBody& chosen)
 {
+    const std::string kinds = "Report kind: " + kind_names();
+    const auto options = std::make_shared<EntryOptions>();
+
     auto* lists = program.add_subcommand("lists", "Show the report lists: kind, name, definition");
-    auto kind = std::make_shared<std::string>();
-    lists->add_option("KIND", *kind, "Report kind (default: all)");
-    lists->callback([kind, &chosen] { chosen = [kind](Host& host) { return list_reports(host, *kind); }; });
+    lists->add_option("KIND", options->kind, kinds + " (default: all)");
+    bind(*lists, chosen, options, list_reports);
 
     auto* add = program.add_subcommand("add-report", "Add a report to the list of a kind");
-    auto added = std::make_shared<EntryOptions>();
-    add->add_option("KIND", added->kind, "Report kind")->required();
-    add->add_option("NAME", added->name, "Name shown in the list")->required();
-    add->add_option("FILE", added->file, "Report definition")->required();
-    add->callback([added, &chosen] { chosen = [added](Host& host) { return add_report(host, *added); }; });
+    add->add_option("KIND", options->kind, kinds)->required();
+    add->add_option("NAME", options->name, "Name shown in the list")->required();
+    add->add_option("FILE", options->file, "Report definition")->required();
+    bind(*add, chosen, options, add_report);
 
     auto* remove = program.add_subcommand("remove-report", "Take a report off the list of a kind");
-    auto removed = std::make_shared<EntryOptions>();
-    remove->add_option("KIND", removed->kind, "Report kind")->required();
-    remove->add_option("NAME", removed->name, "Name shown in the list")->required();
-    remove->callback([removed, &chosen] { chosen = [removed](Host& host) { return remove_report(host, *removed); }; });
+    remove->add_option("KIND", options->kind, kinds)->required();
+    remove->add_option("NAME", options->name, "Name shown in the list")->required();
+    bind(*remove, chosen, options, remove_report);
 }
 
 }  // namespace velora

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/host_error.h"
+#include "reports/field_types.h"
 #include "values/date_time.h"
 
 namespace velora {
@@ -13,25 +14,6 @@ namespace {
 
 using nlohmann::json;
 namespace fs = std::filesystem;
-
-/// Rows in memory.
-class HeldTable final : public TableSource {
-public:
-    HeldTable(std::vector<Field> fields, std::vector<std::vector<Value>> rows)
-        : fields_(std::move(fields)), rows_(std::move(rows))
-    {
-    }
-
-    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
-    bool next() override { return ++at_ <= rows_.size(); }
-    void rewind() override { at_ = 0; }
-    [[nodiscard]] const Value& cell(size_t field) const override { return rows_.at(at_ - 1).at(field); }
-
-private:
-    std::vector<Field> fields_;
-    std::vector<std::vector<Value>> rows_;
-    size_t at_ = 0;  // rows count from 1
-};
 
 std::string file_text(const fs::path& path)
 {
@@ -108,23 +90,11 @@ private:
     size_t line_ = 1;
 };
 
-/// The types of `--pipe` by the code or the name.
+/// A type of `--pipe` by its code or by its name.
 Value::Type type_of(const json& type)
 {
-    switch (type.is_number_integer() ? type.get<int>() : 0) {
-        case 3:
-        case 16:
-            return Value::Type::Integer;
-        case 4:
-            return Value::Type::Single;
-        case 7:
-        case 135:
-            return Value::Type::Date;
-        case 11:
-            return Value::Type::Boolean;
-        default:
-            return Value::Type::Text;
-    }
+    if (type.is_string()) return ado::type_record(std::string_view(type.get_ref<const std::string&>())).cell;
+    return ado::type_record(type.is_number_integer() ? type.get<int>() : 0).cell;
 }
 
 Value cell_of(const json& cell, Value::Type type)
@@ -142,6 +112,24 @@ Value cell_of(const json& cell, Value::Type type)
     return *date;
 }
 
+Value sample_of(const TableSource::Field& field, const DateTime& now)
+{
+    switch (field.type) {
+        case Value::Type::Boolean:
+            return true;
+        case Value::Type::Integer:
+            return 12;
+        case Value::Type::Single:
+        case Value::Type::Double:
+        case Value::Type::Fixed:
+            return 1234.56;
+        case Value::Type::Date:
+            return now;
+        default:
+            return field.name;
+    }
+}
+
 std::vector<Value> row_of(const json& cells, const std::vector<TableSource::Field>& fields, size_t number)
 {
     if (!cells.is_array() || cells.size() != fields.size()) {
@@ -154,25 +142,46 @@ std::vector<Value> row_of(const json& cells, const std::vector<TableSource::Fiel
     return row;
 }
 
-std::unique_ptr<TableSource> table_of(const json& pipe)
+/// A list that the form asks for. @throws std::runtime_error when it is not there
+const json& list_of(const json& pipe, const char* name)
+{
+    if (!pipe.is_object()) throw std::runtime_error("it is no object");
+    const auto found = pipe.find(name);
+    if (found != pipe.end() && found->is_array()) return *found;
+    throw std::runtime_error("it has no list \"" + std::string(name) + "\"");
+}
+
+TableSource::Field field_of(const json& field)
+{
+    const auto name = field.is_object() ? field.find("name") : field.end();
+    if (name == field.end() || !name->is_string()) throw std::runtime_error("a field has no name");
+    return {name->get<std::string>(), type_of(field.value("type", json()))};
+}
+
+HeldTable table_of(const json& pipe)
 {
     std::vector<TableSource::Field> fields;
-    for (const json& field : pipe.at("fields")) {
-        fields.push_back({field.at("name").get<std::string>(), type_of(field.value("type", json()))});
-    }
+    for (const json& field : list_of(pipe, "fields")) fields.push_back(field_of(field));
     std::vector<std::vector<Value>> rows;
-    for (const json& cells : pipe.at("rows")) rows.push_back(row_of(cells, fields, rows.size() + 1));
-    return std::make_unique<HeldTable>(std::move(fields), std::move(rows));
+    for (const json& cells : list_of(pipe, "rows")) rows.push_back(row_of(cells, fields, rows.size() + 1));
+    return {std::move(fields), std::move(rows)};
+}
+
+[[noreturn]] void reject(const fs::path& file, const std::string& why)
+{
+    throw HostError("Data",
+                    "The data file \"" + file.string() + "\" is not of the form that --pipe writes: " + why + ".");
 }
 
 }  // namespace
 
-std::unique_ptr<TableSource> empty_rows(size_t count)
+SampleTable::SampleTable(std::vector<Field> fields, size_t count, const DateTime& now)
+    : fields_(std::move(fields)), count_(count)
 {
-    return std::make_unique<HeldTable>(std::vector<TableSource::Field>{}, std::vector<std::vector<Value>>(count));
+    for (const auto& field : fields_) row_.push_back(sample_of(field, now));
 }
 
-std::unique_ptr<TableSource> read_csv(const fs::path& file)
+HeldTable read_csv(const fs::path& file)
 {
     std::string text = file_text(file);
     if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);  // the mark with which spreadsheets begin UTF-8
@@ -182,18 +191,21 @@ std::unique_ptr<TableSource> read_csv(const fs::path& file)
     for (auto& row : rows) row.resize(width);  // what a short line lacks is null
     std::vector<TableSource::Field> fields;
     for (size_t at = 0; at < width; ++at) fields.push_back({"COLUMN_" + std::to_string(at), Value::Type::Text});
-    return std::make_unique<HeldTable>(std::move(fields), std::move(rows));
+    return {std::move(fields), std::move(rows)};
 }
 
-std::unique_ptr<TableSource> read_pipe_json(const fs::path& file)
+HeldTable read_pipe_json(const fs::path& file)
 {
+    const std::string text = file_text(file);
     try {
-        return table_of(json::parse(file_text(file)));
-    } catch (const HostError&) {
-        throw;
-    } catch (const std::exception& error) {
-        throw HostError("Data", "The data file \"" + file.string() +
-                                    "\" is not of the form that --pipe writes: " + error.what() + ".");
+        return table_of(json::parse(text));
+    } catch (const json::parse_error& error) {
+        const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
+        reject(file, "line " + std::to_string(std::count(text.begin(), end, '\n') + 1) + " is no JSON");
+    } catch (const json::exception&) {
+        reject(file, "a number in it is beyond every number");
+    } catch (const std::runtime_error& error) {
+        reject(file, error.what());
     }
 }
 

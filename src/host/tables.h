@@ -1,20 +1,56 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
+#include <vector>
 
+#include "values/date_time.h"
 #include "values/table_source.h"
 
 namespace velora {
 
-/// So many rows without a field.
-std::unique_ptr<TableSource> empty_rows(size_t count);
+/// Rows in memory.
+class HeldTable final : public TableSource {
+public:
+    HeldTable(std::vector<Field> fields, std::vector<std::vector<Value>> rows)
+        : fields_(std::move(fields)), rows_(std::move(rows))
+    {
+    }
+
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override { return ++at_ <= rows_.size(); }
+    void rewind() override { at_ = 0; }
+    [[nodiscard]] const Value& cell(size_t field) const override { return rows_.at(at_ - 1).at(field); }
+    [[nodiscard]] size_t row_count() const { return rows_.size(); }
+
+private:
+    std::vector<Field> fields_;
+    std::vector<std::vector<Value>> rows_;
+    size_t at_ = 0;  // rows count from 1
+};
+
+/// So many rows alike, in which each text is the name of its field and everything else a value of its type: a designer
+/// sees what stands where.
+class SampleTable final : public TableSource {
+public:
+    SampleTable(std::vector<Field> fields, size_t count, const DateTime& now);
+
+    [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }
+    bool next() override { return at_ < count_ && ++at_ <= count_; }
+    void rewind() override { at_ = 0; }
+    [[nodiscard]] const Value& cell(size_t field) const override { return row_.at(field); }
+
+private:
+    std::vector<Field> fields_;
+    std::vector<Value> row_;
+    size_t count_;
+    size_t at_ = 0;  // rows count from 1
+};
 
 /// A file of values separated by commas; its columns are the texts COLUMN_0, COLUMN_1, ...
 /// @throws HostError naming file and line
-std::unique_ptr<TableSource> read_csv(const std::filesystem::path& file);
+HeldTable read_csv(const std::filesystem::path& file);
 
 /// A file in the form that `--pipe` writes. @throws HostError naming file and place
-std::unique_ptr<TableSource> read_pipe_json(const std::filesystem::path& file);
+HeldTable read_pipe_json(const std::filesystem::path& file);
 
 }  // namespace velora

@@ -1,17 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/export_formats.h"
 #include "values/table_source.h"
 
 namespace velora {
-
-enum class ExportFormat : uint8_t { Pdf, Html, Xls, Doc, Rtf, Txt, Xml };
 
 /// Finished pages of a report, kept for a window.
 class PageView {

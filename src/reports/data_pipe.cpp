@@ -16,24 +16,6 @@ constexpr uint8_t kWritten = 1;
 constexpr uint8_t kChanged = 2;
 constexpr uint8_t kCarried = 4;
 
-Value::Type cell_type(ado::Type type)
-{
-    switch (type) {
-        case ado::Integer:
-        case ado::TinyInt:
-            return Value::Type::Integer;
-        case ado::Single:
-            return Value::Type::Single;
-        case ado::Date:
-        case ado::DBTimeStamp:
-            return Value::Type::Date;
-        case ado::Boolean:
-            return Value::Type::Boolean;
-        default:
-            return Value::Type::Text;
-    }
-}
-
 Value to_tiny(const Value& value)
 {
     const int16_t number = to_int16(value);
@@ -76,7 +58,8 @@ public:
     PipeTable(const std::vector<PipeField>& fields, std::shared_ptr<const PipeRows> rows)
         : rows_(std::move(rows)), count_(rows_->count()), row_(fields.size())
     {
-        for (const auto& field : fields) fields_.push_back({std::string(field.name), cell_type(field.type)});
+        for (const auto& field : fields)
+            fields_.push_back({std::string(field.name), ado::type_record(field.type).cell});
     }
 
     [[nodiscard]] const std::vector<Field>& fields() const override { return fields_; }

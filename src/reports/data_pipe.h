@@ -7,24 +7,12 @@
 #include <string_view>
 #include <vector>
 
+#include "reports/field_types.h"
 #include "session/run_log.h"
 #include "values/table_source.h"
 #include "values/value.h"
 
 namespace velora {
-
-/// Field types of the pipe, with the codes of the original's result sets.
-namespace ado {
-enum Type : uint8_t {
-    Integer = 3,
-    Single = 4,
-    Date = 7,
-    Boolean = 11,
-    TinyInt = 16,
-    DBTimeStamp = 135,
-    VarChar = 200,
-};
-}
 
 /// One field of a report's contract with its definitions. A size stands exactly with text.
 struct PipeField {

@@ -1,6 +1,7 @@
 #include "service/report.h"
 
 #include "pricing/taxes.h"
+#include "reports/preparation.h"
 #include "reports/quote_report.h"
 #include "session/error_messengers.h"
 #include "session/lists.h"
@@ -22,26 +23,6 @@ void store(SessionState& state, const Report::Session& session, const Report::Da
     state.gConn = database;
     state.gEngine = engine;
     state.run_end = RunEnd::Failed;  // until a builder answers
-}
-
-void load_lists(SessionState& state)
-{
-    Get_QuoteStatus(state, false);
-    Get_QuoteType(state, false);
-    Get_QuoteConfid(state, false);
-    Get_Reasons(state, false);
-}
-
-void build_report_section(SessionState& state)
-{
-    state.gReportSection = company_id(state) + "_Report";
-}
-
-void load_company(SessionState& state)
-{
-    Get_Defaults(state);
-    build_report_section(state);
-    Get_ModuleVersions(state);
 }
 
 Windows& windows(SessionState& state)

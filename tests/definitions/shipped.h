@@ -88,7 +88,8 @@ inline std::filesystem::path definition_file(const std::string& name)
 /// The made-up rows that stand beside the golden pages of a definition.
 inline HeldRows golden_rows(const std::string& name)
 {
-    return HeldRows(*read_pipe_json(kGolden / (name + ".json")));
+    auto rows = read_pipe_json(kGolden / (name + ".json"));
+    return HeldRows(rows);
 }
 
 struct Filled {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <set>
 
-#include "reports/report_kinds.h"
+#include "reports/kinds.h"
 #include "support/same_page.h"
 
 namespace velora {

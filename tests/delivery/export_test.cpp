@@ -51,7 +51,7 @@ TEST_F(ExportReport, TheSettingNamesTheFormatByItsPlaceInTheList)
         EXPECT_THAT(calls(), ElementsAre("export " + std::to_string(static_cast<int>(c.format)) + " " + c.path));
         EXPECT_TRUE(state.gExportOK) << c.list_text;
         EXPECT_EQ(state.gExportFile, c.path);
-        EXPECT_EQ(export_formats()[static_cast<size_t>(c.number[0] - '0')].list_text, c.list_text);
+        EXPECT_EQ(kExportFormats.at(static_cast<size_t>(c.number[0] - '0')).list_text, c.list_text);
     }
     EXPECT_THAT(company.boxes(), IsEmpty());
 }

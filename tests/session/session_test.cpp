@@ -1,5 +1,4 @@
 #include "session/lists.h"
-#include "session/report_lists.h"
 #include "session/settings.h"
 #include "session/value_helpers.h"
 #include "support/test_company.h"
@@ -109,45 +108,6 @@ TEST(IsValidEmail, StopsAtTheFirstBadPiece)
         EXPECT_EQ(company.box_text(0),
                   "You have entered an invalid Email address.\r\nPlease re-enter the Email address.");
     }
-}
-
-TEST(ReportLists, AreMadeOnFirstUseUnderTheNameOfTheirKind)
-{
-    TestCompany company;
-    auto& state = company.state();
-    struct Case {
-        WhichReport kind;
-        const char* suffix;
-    };
-    for (const auto& c :
-         {Case{eRptQuote, "TESTCO_QuoteReports.ini"}, Case{eRptPickingSlip, "TESTCO_OrderReports.ini"},
-          Case{eRptAllOrderMenu, "TESTCO_OrderReports.ini"}, Case{eRptAllOrder, "TESTCO_CustomReports.ini"},
-          Case{eRptCustom, "TESTCO_CustomReports.ini"}, Case{eRptBackOrder, "TESTCO_BackOrderReports.ini"}}) {
-        const auto path = INIFile(state, c.kind);
-        EXPECT_THAT(path, testing::EndsWith(c.suffix));
-        EXPECT_TRUE(company.profiles.exists(path));
-    }
-    state.gWhichReport = eRptOrderChecklist;
-    Read_ReportList(state);
-    ASSERT_EQ(state.gReportList.size(), 3U) << "all order kinds share one file";
-    EXPECT_EQ(state.gReportList[2].Type, 9);
-}
-
-TEST(ReportLists, ShowAsManyAsTheNumberSays)
-{
-    TestCompany company;
-    auto& state = company.state();
-    state.gWhichReport = eRptCustom;
-    state.gReportList = {{"A", "/a.rpt", 22}, {"B", "/b.rpt", 22}, {"C", "/c.rpt", 22}};
-    Write_ReportList(state);
-    Write_ProfileString(state, "Reports", "Number", "2");
-    Read_ReportList(state);
-    ASSERT_EQ(state.gReportList.size(), 2U);
-    EXPECT_EQ(state.gReportList[1].Location, "/b.rpt");
-    state.gReportList.clear();
-    Write_ReportList(state);
-    EXPECT_EQ(Read_ProfileString(state, "Reports", "Number"), "0");
-    EXPECT_EQ(Read_ProfileString(state, "Report #3", "Name"), "C") << "sections past the end stay";
 }
 
 TEST(Passwords, ComeBackAsTheyWentInAndForeignTextComesBackBlank)

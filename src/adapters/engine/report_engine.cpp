@@ -15,23 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct FormatExtension {
-    ExportFormat format;
-    const char* extension;
-};
-
-// clang-format off
-constexpr FormatExtension kFormats[] = {
-    {ExportFormat::Pdf, "pdf"}, {ExportFormat::Html, "html"}, {ExportFormat::Xls, "xls"}, {ExportFormat::Doc, "doc"},
-    {ExportFormat::Rtf, "rtf"}, {ExportFormat::Txt, "txt"},   {ExportFormat::Xml, "xml"},
-};
-// clang-format on
-
-const char* extension_of(ExportFormat wanted)
-{
-    return std::ranges::find(kFormats, wanted, &FormatExtension::format)->extension;
-}
-
 /// A file that goes with its scope.
 class ScratchFile {
 public:
@@ -91,7 +74,11 @@ public:
         services_.print(job_);
     }
 
-    void Export(ExportFormat format, const std::string& path) override { write(extension_of(format), path); }
+    void Export(ExportFormat format, const std::string& path) override
+    {
+        if (services_.before_export) services_.before_export(path);
+        write(record_of(format).extension.substr(1), path);
+    }
 
     std::shared_ptr<PageView> View() override
     {
@@ -103,7 +90,7 @@ public:
     [[nodiscard]] const std::vector<std::string>& warnings() const override { return warnings_; }
 
 private:
-    void write(const char* extension, const fs::path& path)
+    void write(std::string_view extension, const fs::path& path)
     {
         const engine::ExportContext context{*fonts_, [this](const std::string& text) { warn(text); }};
         const auto sink = engine::make_exporter(extension, path, context);
@@ -121,6 +108,11 @@ private:
         }
         options.resources = engine::read_resources(report_->definition(), services_.locale, warnings_);
         options.warn = [this](const std::string& text) { warn(text); };
+        options.cancelled = [this, rows = size_t{0}]() mutable {
+            constexpr size_t kOften = 1000;
+            if (++rows % kOften == 0 && services_.on_rows) services_.on_rows(rows);
+            return false;
+        };
         const auto table = rows(options);
         engine::fill(*report_, *table, measurer_, options, sink);
     }
@@ -170,6 +162,7 @@ public:
             auto report = engine::open_report(path, warnings);
             return std::make_shared<EngineReport>(std::move(report), std::move(warnings), fonts_, services_);
         } catch (const engine::DefinitionError& error) {
+            if (services_.on_refused) services_.on_refused(path, error.what());
             throw fault::of(fault::kReportFile, error.what());
         }
     }

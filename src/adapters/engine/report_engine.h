@@ -29,6 +29,12 @@ struct EngineServices {
     /// product's database.
     std::function<std::shared_ptr<TableSource>(const std::string& connection, const Command& command)> run_query;
     std::function<void(const PrintJob& job)> print;
+    /// Asked before a file is exported; a fault of its own keeps the file as it is.
+    std::function<void(const std::filesystem::path& target)> before_export;
+    /// Told how many rows the report has read, every thousand.
+    std::function<void(size_t rows)> on_rows;
+    /// Told path and reason of a definition that cannot be opened: the fault's box names neither.
+    std::function<void(const std::string& path, const std::string& reason)> on_refused;
 };
 
 /// The engine behind the port.

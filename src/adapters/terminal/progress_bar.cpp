@@ -20,7 +20,14 @@ ProgressBar::ProgressBar(std::ostream& out, bool is_terminal, std::string captio
 
 ProgressBar::~ProgressBar()
 {
-    if (shown_percent_ >= 0) out_ << kClearLine << std::flush;
+    clear();
+}
+
+void ProgressBar::clear()
+{
+    if (has_line_) out_ << kClearLine << std::flush;
+    has_line_ = false;
+    shown_percent_ = -1;
 }
 
 void ProgressBar::show(size_t done, size_t total)
@@ -30,8 +37,20 @@ void ProgressBar::show(size_t done, size_t total)
     if (percent == shown_percent_) return;
     shown_percent_ = percent;
     const auto filled = static_cast<size_t>(percent * kWidth / 100);
-    out_ << kClearLine << caption_ << " [" << std::string(filled, '#') << std::string(kWidth - filled, ' ') << "] "
-         << percent << "%" << std::flush;
+    write("[" + std::string(filled, '#') + std::string(kWidth - filled, ' ') + "] " + std::to_string(percent) + "%");
+}
+
+void ProgressBar::count(size_t rows)
+{
+    if (!is_terminal_) return;
+    shown_percent_ = -1;
+    write(std::to_string(rows) + " rows");
+}
+
+void ProgressBar::write(const std::string& text)
+{
+    has_line_ = true;
+    out_ << kClearLine << caption_ << ' ' << text << std::flush;
 }
 
 bool is_error_terminal()

@@ -17,12 +17,19 @@ public:
 
     /// Writes only when the percentage has changed.
     void show(size_t done, size_t total);
+    /// Rows so far, where nobody knows how many there will be.
+    void count(size_t rows);
+    /// Takes the line away until something is shown again.
+    void clear();
 
 private:
+    void write(const std::string& text);
+
     std::ostream& out_;
     bool is_terminal_;
     std::string caption_;
-    int shown_percent_ = -1;
+    int shown_percent_ = -1;  ///< none: nothing, or a count
+    bool has_line_ = false;
 };
 
 /// True when the program's standard error goes to a terminal.

@@ -58,11 +58,32 @@ TerminalUserInterface::TerminalUserInterface(std::ostream& out, const std::strin
 
 void TerminalUserInterface::show(const MessageBox& box)
 {
-    ++boxes_shown_;
-    out_ << printable(box.title) << '\n' << printable(box.text) << std::endl;
+    const std::string text = printable(box.title) + '\n' + printable(box.text);
+    const auto [shown, is_new] = times_.try_emplace(text, 0);
+    ++shown->second;
+    if (is_new) {
+        texts_.push_back(&shown->first);
+        out_ << text << std::endl;
+    }
     if (path_.empty()) return;
     messages_ << json_line(box) << std::flush;
     if (!messages_) throw unwritable(path_);
+}
+
+void TerminalUserInterface::tell_repeats()
+{
+    for (const std::string* shown : texts_) {
+        const std::string& text = *shown;
+        const size_t times = times_[text];
+        if (times == 1) continue;
+        const size_t title = text.find('\n');
+        const size_t first_line = text.find('\n', title + 1);
+        out_ << "Shown " << times << " times: " << text.substr(0, title) << ", "
+             << text.substr(title + 1, first_line - title - 1) << '\n';
+    }
+    texts_.clear();
+    times_.clear();
+    out_ << std::flush;
 }
 
 void TerminalUserInterface::show_pages(std::shared_ptr<PageView>, const std::string& caption)

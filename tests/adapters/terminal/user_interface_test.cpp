@@ -38,17 +38,22 @@ TEST(TerminalUserInterface, BoxesAreWrittenAsTextAndAsJsonLines)
     }
 }
 
-TEST(TerminalUserInterface, BoxesAreCountedAndTheFileBeginsAnew)
+TEST(TerminalUserInterface, ABoxThatComesAgainIsCountedAndTheFileBeginsAnew)
 {
     const Scratch scratch;
     const auto path = scratch.write("messages.json", "of an earlier run\n");
     std::ostringstream out;
     TerminalUserInterface user(out, path);
     EXPECT_EQ(content_of(path), "");
-    for (int box = 0; box < 3; ++box) user.show({"Title", "Text", Icon::Information});
-    EXPECT_EQ(user.boxes_shown(), 3u);
+    for (const char* text : {"Text", "Other\r\nlines", "Text", "Last", "Other\r\nlines", "Text"}) {
+        user.show({"Title", text, Icon::Information});
+    }
+    EXPECT_EQ(out.str(), "Title\nText\nTitle\nOther\nlines\nTitle\nLast\n") << "each one once";
+    out.str("");
+    user.tell_repeats();
+    EXPECT_EQ(out.str(), "Shown 3 times: Title, Text\nShown 2 times: Title, Other\n");
     const auto lines = content_of(path);
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 6) << "the file takes every one";
 }
 
 TEST(TerminalUserInterface, WhatATerminalCannotDoIsAFault)
@@ -82,4 +87,14 @@ TEST(ProgressBar, OnlyATerminalSeesItAndOnlyChanges)
         << "0 to 100 percent, and the line is cleared at the end";
     EXPECT_THAT(text, testing::HasSubstr("Rows [###############               ] 50%"));
     EXPECT_THAT(text, testing::EndsWith("100%\r\x1b[K"));
+    terminal.str("");
+    {
+        ProgressBar bar(terminal, true, "Rows");
+        bar.count(4096);
+        bar.clear();
+        bar.clear();
+        bar.show(1, 2);
+    }
+    EXPECT_EQ(terminal.str(),
+              "\r\x1b[KRows 4096 rows\r\x1b[K\r\x1b[KRows [###############               ] 50%\r\x1b[K");
 }

@@ -1,0 +1,117 @@
+#include "host/criteria_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <filesystem>
+
+#include "host/host_error.h"
+#include "values/text.h"
+
+namespace velora {
+namespace {
+
+std::string iso_date(const std::string& text)
+{
+    return text.size() == 10 && DateTime::from_iso(text) ? "" : "\"" + text + "\" is no date of the form YYYY-MM-DD";
+}
+
+void add_quotes(CLI::App& command, CriteriaOptions& options)
+{
+    command.add_option("ID", options.quotes, "Quote ids")->required();
+    command.add_flag("--number", options.by_number, "The IDs are quote numbers");
+}
+
+void add_period(CLI::App& command, CriteriaOptions& options)
+{
+    auto* from = command.add_option("--from", options.from, "First quote date")->check(iso_date)->type_name("DATE");
+    auto* to = command.add_option("--to", options.to, "Last quote date")->check(iso_date)->type_name("DATE");
+    from->needs(to);
+    to->needs(from);
+    auto* accounting = command
+                           .add_option("--accounting-customer", options.accounting_customer,
+                                       "Quotes of one customer of the accounting system")
+                           ->type_name("NO");
+    command.add_option("--customer", options.customer, "Quotes of one customer of the product's own")
+        ->type_name("ID")
+        ->excludes(accounting);
+}
+
+void add_file(CLI::App& command, CriteriaOptions& options)
+{
+    command.add_option("FILE", options.file, "Report definition, by its file or its name in the list")->required();
+    command.add_option("--name", options.name, "Name of the report (default: that of the file)")->type_name("TEXT");
+}
+
+int32_t id_of_text(const std::string& text)
+{
+    int32_t id = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
+    if (error != std::errc{} || end != text.data() + text.size()) {
+        throw UsageError("\"" + text +
+                         "\" is no quote id, which is a whole number. To name quotes by their number, "
+                         "add --number.");
+    }
+    return id;
+}
+
+int32_t id_of_number(SessionState& state, const std::string& number)
+{
+    auto query = Command::statement("SELECT QuoteID FROM Quote WHERE (QuoteNumber = ?)");
+    query.parameters.push_back({"Number", std::string(trimmed(number))});
+    const auto rows = connection(state).Open(query, Cursor::Client);
+    if (rows->is_empty()) {
+        throw HostError("Invalid Input", "The Quote number \"" + number +
+                                             "\" cannot be found.\r\nPlease check the "
+                                             "Quote number and try again.");
+    }
+    return to_int32(rows->value("QuoteID"));
+}
+
+}  // namespace
+
+void add_criteria_options(CLI::App& command, const Criteria& criteria, CriteriaOptions& options)
+{
+    if (criteria.quote) add_quotes(command, options);
+    if (criteria.whole_quantities) {
+        command.add_flag("--whole-quantities", options.whole_quantities, "Print quantities as whole numbers");
+    }
+    if (criteria.period) add_period(command, options);
+    if (criteria.status) {
+        command.add_option("--status", options.status, "Quotes of one status")->type_name("ID");
+        command.add_option("--reason", options.reason, "Lost quotes of one reason")->type_name("ID");
+    }
+    if (criteria.file) add_file(command, options);
+}
+
+Selection selection_of(const CriteriaOptions& options, const DateTime& today)
+{
+    Selection what;
+    what.whole_quantities = options.whole_quantities;
+    what.all_dates = options.from.empty();
+    what.from = DateTime::from_iso(options.from).value_or(today);
+    what.to = DateTime::from_iso(options.to).value_or(today);
+    if (what.to < what.from) {
+        throw UsageError("The period from " + options.from + " to " + options.to + " ends before it begins.");
+    }
+    what.accounting_customer = options.accounting_customer;
+    what.customer_id = options.customer;
+    if (options.customer != 0) what.customer_from = CustomerFrom::Own;
+    if (!options.accounting_customer.empty()) what.customer_from = CustomerFrom::Accounting;
+    what.status_id = options.status;
+    what.reason_id = options.reason;
+    what.report_name = options.name.empty() ? std::filesystem::path(options.file).stem().string() : options.name;
+    return what;
+}
+
+void require_ids(std::span<const std::string> quotes)
+{
+    for (const std::string& quote : quotes) (void)id_of_text(quote);
+}
+
+int32_t quote_id(SessionState& state, const std::string& quote, bool by_number)
+{
+    return by_number ? id_of_number(state, quote) : id_of_text(quote);
+}
+
+}  // namespace velora

@@ -1,0 +1,120 @@
+#include <charconv>
+#include <filesystem>
+
+#include "host/bind.h"
+#include "host/opened_definition.h"
+#include "host/run_progress.h"
+#include "host/tables.h"
+
+namespace velora {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct RenderOptions {
+    std::string file;
+    std::optional<size_t> rows;
+    std::string csv;
+    std::string json;
+    DeliveryOptions delivery;
+};
+
+/// The file to write: as it is named, in the folder that is named, or beside the person who asks.
+fs::path target_of(const RenderOptions& options, ExportFormat format)
+{
+    const std::string& output = options.delivery.output;
+    const fs::path name = fs::path(options.file).stem().string().append(record_of(format).extension);
+    if (output.empty()) return fs::current_path() / name;
+    return names_folder(output) ? fs::path(output) / name : file_named(output);
+}
+
+struct Data {
+    std::shared_ptr<TableSource> table;  ///< none for the report's own query
+    size_t rows = 0;
+};
+
+Data held(HeldTable table)
+{
+    const size_t rows = table.row_count();
+    return {std::make_shared<HeldTable>(std::move(table)), rows};
+}
+
+Data data_for(Host& host, const RenderOptions& options, const OpenedReport& report)
+{
+    if (!options.csv.empty()) return held(read_csv(options.csv));
+    if (!options.json.empty()) return held(read_pipe_json(options.json));
+    if (!options.rows && report.brings_its_own_data()) return {};
+    const size_t rows = options.rows.value_or(0);
+    return {std::make_shared<SampleTable>(report.fields(), rows, host.now()), rows};
+}
+
+void fill_and_export(Host& host, const RenderOptions& options, ExportFormat format, const fs::path& target)
+{
+    const auto report = open_definition_file(host, options.file);
+    RunProgress progress(host.around().err, host.is_watched(), 1);
+    const Data data = data_for(host, options, *report);
+    if (data.table) report->SetDataSource(data.table);
+    host.watch_rows([&](size_t rows) { progress.rows(rows, data.rows); });
+    report->Export(format, fs::absolute(target).string());
+    host.watch_rows({});
+    progress.clear();
+    for (const std::string& warning : report->warnings()) host.around().err << warning << '\n';
+}
+
+ExitStatus render(Host& host, const RenderOptions& options)
+{
+    const ExportFormat format = wanted_format(options.delivery).value_or(ExportFormat::Pdf);
+    const fs::path target = target_of(options, format);
+    host.files().reads(options.file, "the report definition");
+    for (const std::string& data : {options.csv, options.json}) {
+        if (!data.empty()) host.files().reads(data, "the data of the report");
+    }
+    host.files().writes(target, "--output");
+    if (options.delivery.output == "-") host.leave_standard_output();
+    try {
+        fill_and_export(host, options, format, target);
+    } catch (const Fault& caught) {
+        throw definition_error(options.file, "rendered", caught);
+    }
+    if (options.delivery.output != "-") host.say(target.string());
+    return ExitStatus::Delivered;
+}
+
+auto row_count_reader(std::optional<size_t>& into)
+{
+    return [&into](const std::string& text) {
+        constexpr size_t kMost = 100'000'000;
+        size_t count = 0;
+        const auto read = std::from_chars(text.data(), text.data() + text.size(), count);
+        if (read.ec != std::errc() || read.ptr != text.data() + text.size() || count > kMost) {
+            throw CLI::ValidationError("\"" + text + "\" is no number of rows, which is whole and not below 0");
+        }
+        into = count;
+    };
+}
+
+}  // namespace
+
+void add_render_command(CLI::App& program, CommandBody& chosen)
+{
+    auto* command = program.add_subcommand("render", "Render a definition with data of a file, without a company");
+    const auto options = std::make_shared<RenderOptions>();
+    command->add_option("FILE", options->file, "Report definition")->required();
+    auto* rows = command
+                     ->add_option_function<std::string>("--rows", row_count_reader(options->rows),
+                                                        "So many rows of samples: in each field its name, or a "
+                                                        "number or date of its type")
+                     ->type_name("N");
+    auto* csv = command
+                    ->add_option("--csv", options->csv,
+                                 "Values separated by commas: the fields COLUMN_0, "
+                                 "COLUMN_1, ... as text")
+                    ->type_name("FILE");
+    auto* json = command->add_option("--json", options->json, "Data in the form that --pipe writes")->type_name("FILE");
+    rows->excludes(csv)->excludes(json);
+    csv->excludes(json);
+    add_export_options(*command, options->delivery);
+    bind(*command, chosen, options, render);
+}
+
+}  // namespace velora

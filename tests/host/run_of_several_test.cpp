@@ -1,0 +1,83 @@
+#include <sqlite3.h>
+
+#include "program.h"
+
+namespace velora::testing {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+void change(const fs::path& database, const std::string& sql)
+{
+    sqlite3* opened = nullptr;
+    ASSERT_EQ(sqlite3_open(database.c_str(), &opened), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(opened, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
+    sqlite3_close(opened);
+}
+
+class RunOfSeveral : public HostTest {
+protected:
+    /// A company whose quote 51 is in a currency that nobody knows: its amounts are boxes, and it is delivered.
+    [[nodiscard]] fs::path company_with_a_lost_currency() const
+    {
+        const fs::path folder = company_copy();
+        change(folder / "velora.db", "UPDATE Quote SET quCurCode = 'XXQ' WHERE QuoteID = 51");
+        return folder;
+    }
+};
+
+TEST_F(RunOfSeveral, WhatIsDeliveredWithBoxesEndsWithFourAndTellsHowMany)
+{
+    const fs::path folder = company_with_a_lost_currency();
+    const std::string file = scratch("q.txt").string();
+    const Ran one = run(in_company(folder, {"quote", "51", "--output", file}));
+    EXPECT_EQ(one.status, 4);
+    EXPECT_TRUE(fs::exists(file));
+    const std::string boxes = messages();
+    const auto count = std::to_string(std::ranges::count(boxes, '\n'));
+    EXPECT_THAT(one.err, HasSubstr("Message boxes by document: 51: " + count + "\n"));
+    EXPECT_THAT(one.err, HasSubstr("Shown ")) << "the same box stands there once, with a count";
+    EXPECT_LT(std::ranges::count(one.err, '\n'), std::ranges::count(boxes, '\n') * 4);
+}
+
+TEST_F(RunOfSeveral, TheWorstEndDecidesAndOneLineNamesEach)
+{
+    fs::create_directory(scratch("out"));
+    const fs::path folder = company_with_a_lost_currency();
+    const auto quotes = [&](std::vector<std::string> ids) {
+        ids.insert(ids.begin(), {"quote", "--output", scratch("out/").string()});
+        return run(in_company(folder, ids));
+    };
+    EXPECT_EQ(quotes({"52", "50"}).status, 0);
+    EXPECT_EQ(quotes({"52", "51", "50"}).status, 4);
+    const Ran lost = quotes({"51", "7777", "52"});
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_THAT(lost.err, HasSubstr(", 7777: 1 (not delivered)\n"));
+    EXPECT_THAT(lost.out, HasSubstr("Q-10052")) << "one that fails does not stop the next";
+    const Ran none = quotes({"52", "7777x"});
+    EXPECT_EQ(none.status, 2);
+    EXPECT_EQ(none.out, "") << "wrong usage prints nothing";
+    const Ran numbers = quotes({"--number", "Q-10052", "Q-7777", " Q-10050 "});
+    EXPECT_EQ(numbers.status, 1);
+    EXPECT_THAT(numbers.err, AllOf(HasSubstr("\"Q-7777\" cannot be found"), HasSubstr("Q-7777: 1 (not delivered)")));
+    EXPECT_THAT(numbers.out, AllOf(HasSubstr("Q-10052"), HasSubstr("Q-10050")));
+}
+
+TEST_F(RunOfSeveral, TheOrderOfTheWorst)
+{
+    using enum ExitStatus;
+    struct Case {
+        ExitStatus a, b, worse;
+    };
+    for (const Case& c : {Case{Usage, Told, Usage}, Case{Told, DeliveredWithBoxes, Told},
+                          Case{DeliveredWithBoxes, NoData, DeliveredWithBoxes}, Case{NoData, Delivered, NoData},
+                          Case{Delivered, Delivered, Delivered}}) {
+        EXPECT_EQ(worse_of(c.a, c.b), c.worse);
+        EXPECT_EQ(worse_of(c.b, c.a), c.worse);
+    }
+}
+
+}  // namespace
+}  // namespace velora::testing
