@@ -245,6 +245,14 @@ void read_simple(Tag& tag, Element& out)
     out.body = std::move(body);
 }
 
+/// A line drawn without height or width is one point thick there.
+void read_line(Tag& tag, Element& out)
+{
+    read_simple<Line, kLineRules>(tag, out);
+    out.width = std::max(out.width, 1);
+    out.height = std::max(out.height, 1);
+}
+
 void read_chart(Tag& tag, Element& out)
 {
     Chart body;
@@ -304,7 +312,7 @@ constexpr auto kKinds = std::to_array<Kind>({
     {"textField",        read_with<TextField, kTextFieldRules, kTextFieldChildren>},
     {"image",            read_with<Image, kImageRules, kImageChildren>},
     {"subreport",        read_with<Subreport, kSubreportRules, kSubreportChildren>},
-    {"line",             read_simple<Line, kLineRules>},
+    {"line",             read_line},
     {"rectangle",        read_simple<Rectangle, kRectangleRules>},
     {"ellipse",          read_simple<Ellipse, kEllipseRules>},
     {"break",            read_simple<Break, kBreakRules>},

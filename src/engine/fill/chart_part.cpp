@@ -88,17 +88,21 @@ void ChartFeed::begin(ReportPart part, const std::vector<bool>& changed)
         if (part == ReportPart::Group) return asked == ReportPart::Group && changed[static_cast<size_t>(group)];
         return asked == part;
     };
-    if (part != ReportPart::Report && falls(chart.increment, plan_.increment_group)) {
-        for (const auto& point : row_) {
-            add(point);
-        }
-        row_.clear();
-    }
+    if (part != ReportPart::Report && falls(chart.increment, plan_.increment_group)) take_waiting();
     if (!falls(chart.reset, plan_.reset_group)) return;
     categories_.clear();
     series_.clear();
     category_index_.clear();
     series_index_.clear();
+}
+
+void ChartFeed::take_waiting()
+{
+    if (plan_.chart->increment == ReportPart::None) return;
+    for (const auto& point : row_) {
+        add(point);
+    }
+    row_.clear();
 }
 
 void ChartFeed::describe(ChartData& data, const Environment& environment, const Style& style) const

@@ -17,6 +17,8 @@ public:
     void count(const Environment& now);
     /// A part of the report begins: what is counted per part is added, what is reset there begins anew.
     void begin(model::Moment part, const std::vector<bool>& group_changed);
+    /// The report ends: what still waits for the end of its part is added.
+    void finish() { take_waiting(); }
 
     [[nodiscard]] ChartData data(const Environment& environment, const Style& style) const;
 
@@ -27,6 +29,7 @@ private:
     };
 
     void add(const Point& point);
+    void take_waiting();
     [[nodiscard]] bool is_pie() const;
     void describe(ChartData& data, const Environment& environment, const Style& style) const;
 

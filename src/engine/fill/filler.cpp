@@ -73,6 +73,9 @@ void Filler::fill()
     }
     if (run_.ignore_pagination) run_.document.page_height = std::max(page_.height, y_ + page_.bottom);
     resolve_page(Moment::Now, true);
+    for (const auto& chart : run_.charts) {
+        chart->finish();
+    }
     resolve({model::EvaluationTime::Report, kNoGroup, nullptr}, Moment::Now);
     run_.book.finish();
 }

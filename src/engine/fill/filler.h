@@ -59,6 +59,7 @@ private:
     void background();
     void mark_new_page_or_column();
     void mark_new_group(size_t group);
+    void begin_group(size_t index);
 
     // bands.cpp: putting a band on the page
     void place(Band& band, int x, Moment moment);

@@ -15,27 +15,23 @@ void Filler::group_header(size_t index)
 {
     GroupState& group = groups_[index];
     const model::Group& source = group.group;
-    const bool new_page = (source.start_new_page || source.reset_page_number) && !new_page_;
-    const bool new_column = source.start_new_column && !new_column_;
+    const bool paged = !run_.ignore_pagination;
+    const bool new_page = paged && (source.start_new_page || source.reset_page_number) && !new_page_;
+    const bool new_column = paged && source.start_new_column && !new_column_;
     if (new_page || (across_ && new_column)) {
         page_break(source.reset_page_number, before_break(true), Moment::Now, true);
     } else if (new_column) {
         column_break(before_break(false), Moment::Now);
     }
 
+    if (group.headers.empty()) begin_group(index);
     bool first = true;
-    bool begun = false;
     for (size_t number = 0; number < group.headers.size(); ++number) {
         Band& band = *group.headers[number];
         const bool prints = band.decide(Moment::Now);
         const int wanted = std::max(band.break_height(), first ? source.min_height_to_start_new_page : 0);
         if (prints) make_room(wanted, Moment::Now);
-        if (!begun && (first || number + 1 == group.headers.size())) {
-            mark_new_group(index);
-            group.footer_printed = false;
-            group.details = 0;
-            begun = true;
-        }
+        if (number == 0) begin_group(index);
         const bool may_move = (source.keep_together && !new_column_) || source.min_details_to_start_from_top > 0;
         if (may_move && !group.keep_together) group.keep_together = run_.book.range(run_.column, y_);
         if (!prints) continue;
@@ -43,6 +39,13 @@ void Filler::group_header(size_t index)
         first = false;
     }
     group.header_printed = true;
+}
+
+void Filler::begin_group(size_t index)
+{
+    mark_new_group(index);
+    groups_[index].footer_printed = false;
+    groups_[index].details = 0;
 }
 
 void Filler::group_header_band(GroupState& group, Band& band)
@@ -137,7 +140,8 @@ void Filler::group_footer_band(GroupState& group, size_t index, Band& band, Mome
     }
     if (band.break_height() > room()) column_break(moment, moment);
 
-    const FooterPosition position = group.group.footer_position;
+    // a page without an end has no bottom
+    const FooterPosition position = run_.ignore_pagination ? FooterPosition::Normal : group.group.footer_position;
     if (!footers_ && position != FooterPosition::Normal) {
         footers_ = FooterRange{run_.book.range(run_.column, y_), position, position};
     }
