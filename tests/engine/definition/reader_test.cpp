@@ -311,37 +311,5 @@ TEST(Reader, TemplatesJoinTheirIncludesAndStayInTheirFolder)
     EXPECT_THROW(read_template_file(folder / "absent.jrtx", warnings), DefinitionError);
 }
 
-/// The folder of layout cases, where the machine has it.
-std::optional<std::filesystem::path> layout_suite()
-{
-    const char* named = std::getenv("VELORA_LAYOUT_SUITE");
-    const auto folder = named != nullptr ? std::filesystem::path(named)
-                                         : std::filesystem::path(VELORA_SOURCE_DIR) / ".." / "shared" / "layout-suite";
-    return std::filesystem::exists(folder) ? std::optional(folder) : std::nullopt;
-}
-
-TEST(LayoutSuite, EveryDefinitionIsReadAndItsTwoFormsAgree)
-{
-    const auto folder = layout_suite();
-    if (!folder) GTEST_SKIP() << "the layout suite is not here; VELORA_LAYOUT_SUITE names its folder";
-    const auto text_of = [](const std::filesystem::path& file) {
-        std::vector<Warning> warnings;
-        const auto definition = read_definition_file(file, warnings);
-        for (const auto& warning : warnings) ADD_FAILURE() << file.filename() << ": " << warning.line();
-        return ModelText().of(definition);
-    };
-    int compared = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(*folder)) {
-        if (entry.path().extension() != ".jrxml") continue;
-        SCOPED_TRACE(entry.path().filename().string());
-        const std::string current = text_of(entry.path());
-        const auto classic = *folder / "classic" / entry.path().filename();
-        if (!std::filesystem::exists(classic)) continue;
-        EXPECT_EQ(current, text_of(classic));
-        ++compared;
-    }
-    EXPECT_GE(compared, 100);
-}
-
 }  // namespace
 }  // namespace velora::engine
