@@ -60,7 +60,7 @@ const Value& ViewRow::field(std::string_view name) const
 
 std::string quoted(std::string_view value)
 {
-    return std::string("\"").append(value).append("\"");
+    return std::string("\"").append(replaced(value, "\"", "\"\"")).append("\"");
 }
 
 }  // namespace velora

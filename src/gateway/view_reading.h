@@ -56,7 +56,7 @@ private:
     std::unordered_map<std::string_view, Value> fields_;  // keyed by the literals of the caller's list
 };
 
-/// A value as it stands between double quotes in a filter. Nothing is escaped: the filter takes it as it is.
+/// A value as it stands between double quotes in a filter, its own doubled.
 std::string quoted(std::string_view value);
 
 }  // namespace velora

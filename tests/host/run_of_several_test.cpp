@@ -65,6 +65,24 @@ TEST_F(RunOfSeveral, TheWorstEndDecidesAndOneLineNamesEach)
     EXPECT_THAT(numbers.out, AllOf(HasSubstr("Q-10052"), HasSubstr("Q-10050")));
 }
 
+TEST_F(RunOfSeveral, AnInchMarkInAnItemNumberChangesNoFigure)
+{
+    const fs::path folder = company_copy();
+    const auto pipe_of_the_quote = [&] {
+        const Ran ran = run(in_company(
+            folder, {"quote", "52", "--export", "txt", "--output", "/dev/null", "--pipe", scratch("pipe").string()}));
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        return file_text(scratch("pipe"));
+    };
+    const std::string plain = pipe_of_the_quote();
+    for (const char* table : {"IC0274", "IC0290", "IC0310", "IC0330", "IC0480", "IC0750"}) {
+        change(folder / "accounting.db", "UPDATE " + std::string(table) + " SET ITEMNO = trim(ITEMNO) || '\"' " +
+                                             "WHERE trim(ITEMNO) = 'MTR50HP184T'");
+    }
+    change(folder / "velora.db", "UPDATE Details SET APItem = 'MTR50HP184T\"' WHERE APItem = 'MTR50HP184T'");
+    EXPECT_TRUE(pipe_of_the_quote() == plain);  // the number that is shown stands apart from the key
+}
+
 TEST_F(RunOfSeveral, TheOrderOfTheWorst)
 {
     using enum ExitStatus;

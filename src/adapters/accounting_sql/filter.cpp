@@ -81,11 +81,15 @@ private:
     std::string quoted(size_t start)
     {
         take(start + 1);
-        const auto end = rest_.find('"');
-        if (end == std::string_view::npos) fail("a double quote is not closed");
-        std::string value(trimmed(take(end)));
-        take(1);
-        return value;
+        std::string value;
+        while (true) {
+            const auto end = rest_.find('"');
+            if (end == std::string_view::npos) fail("a double quote is not closed");
+            value += take(end);
+            take(1);
+            if (!rest_.starts_with('"')) return std::string(trimmed(value));
+            value += take(1);
+        }
     }
 
     std::string_view take(size_t length)

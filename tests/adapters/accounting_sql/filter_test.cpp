@@ -39,6 +39,8 @@ TEST(AccountingFilter, ConditionsAreReadAsTheLogicWritesThem)
              Case{"a blank value at the end", "IDCUST = ", "IDCUST|=|"},
              Case{"a blank value in the middle", "AUTHORITY =  AND TTYPE = 1", "AUTHORITY|=|;TTYPE|=|1"},
              Case{"blanks around a quoted value", "ITEMNO =  \" A1 \"  AND UNIT = EA", "ITEMNO|=|A1;UNIT|=|EA"},
+             Case{"an inch mark, doubled", "ITEMNO = \"BLT1/2\"\"\" AND UNIT = EA", "ITEMNO|=|BLT1/2\";UNIT|=|EA"},
+             Case{"quotes at both ends", "ITEMNO = \"\"\"19\"\" RACK\"\"\"", "ITEMNO|=|\"19\" RACK\""},
              Case{"an empty quoted value", "ITEMNO = \"\"", "ITEMNO|=|"},
              Case{"no blanks at all", "CTYPE=1", "CTYPE|=|1"},
              Case{"every operator", "A <> 1 AND B < 2 AND C <= 3 AND D > 4 AND E >= 5 AND F != 6",
@@ -55,6 +57,7 @@ TEST(AccountingFilter, WhatDoesNotParseSaysWhere)
     for (const auto& [filter, place] : {
              std::pair{"ITEMNO = \"19\" RACK\"", "character 14"},
              std::pair{"ITEMNO = \"open", "not closed"},
+             std::pair{"ITEMNO = \"open\"\"", "not closed"},
              std::pair{"= 5", "field name"},
              std::pair{"ITEMNO", "operator"},
              std::pair{"ITEMNO LIKE \"A%\"", "operator"},
