@@ -9,7 +9,7 @@
 #include "adapters/sqlite/schema.h"
 #include "host/host_config.h"
 #include "host/host_error.h"
-#include "host/sample/sample_company.h"
+#include "host/sample_company.h"
 #include "reports/report_lists.h"
 #include "values/fault.h"
 
@@ -76,15 +76,15 @@ void write_config(const fs::path& folder)
     if (!file) throw std::runtime_error("velora.ini cannot be written");
 }
 
-void make_databases(const fs::path& folder, bool empty)
+void make_databases(const fs::path& folder, const fs::path& samples, bool empty)
 {
     const fs::path product = folder / "velora.db";
     const fs::path accounting = folder / "accounting.db";
     create_product_schema(product.string());
     create_accounting_schema(accounting.string());
     if (empty) return;
-    sample::fill_product_database(product);
-    sample::fill_accounting_store(accounting);
+    fill_from_csv(product, product_tables(), samples / "velora");
+    fill_from_csv(accounting, accounting_tables(), samples / "accounting");
 }
 
 void copy_definitions(const fs::path& from, const fs::path& to)
@@ -112,7 +112,7 @@ void make_application_folder(const NewFolder& wanted, ProfileFile& lists)
         FolderInTheMaking making(place);
         for (const char* name : {"Reports", "Export", "Log File"}) fs::create_directory(making.path() / name);
         write_config(making.path());
-        make_databases(making.path(), wanted.empty);
+        make_databases(making.path(), wanted.samples, wanted.empty);
         copy_definitions(wanted.definitions, making.path() / "Reports");
         write_report_lists(making.path() / "Reports", lists);
         making.move_into_place();

@@ -11,6 +11,7 @@ namespace velora {
 struct NewFolder {
     std::filesystem::path folder;
     std::filesystem::path definitions;  ///< the shipped report definitions, which are copied
+    std::filesystem::path samples;      ///< the rows of the sample company; not read for an empty one
     bool empty = false;                 ///< the same tables without rows
 };
 

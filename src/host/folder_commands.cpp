@@ -1,6 +1,6 @@
 #include "host/application_folder.h"
 #include "host/bind.h"
-#include "host/sample/sample_company.h"
+#include "host/sample_company.h"
 #include "host/shipped.h"
 
 namespace velora {
@@ -9,6 +9,7 @@ namespace {
 ExitStatus init(Host& host, NewFolder& wanted)
 {
     wanted.definitions = shipped_folder(host.around().program, "definitions");
+    if (!wanted.empty) wanted.samples = shipped_folder(host.around().program, "samples");
     make_application_folder(wanted, host.profiles());
     host.say("The application folder \"" + wanted.folder.string() + "\" is made.");
     if (!wanted.empty) host.say("A quote to try: " + std::string(sample::kDemoQuote));

@@ -1,10 +1,10 @@
 #include "host/tables.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "host/csv.h"
 #include "host/host_error.h"
 #include "reports/field_types.h"
 #include "values/date_time.h"
@@ -14,81 +14,6 @@ namespace {
 
 using nlohmann::json;
 namespace fs = std::filesystem;
-
-std::string file_text(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file || fs::is_directory(path)) {
-        throw HostError("Data", "The data file \"" + path.string() + "\" cannot be opened.");
-    }
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// Reads RFC 4180: quotes around a value, doubled inside it; lines end with LF or CRLF.
-class CsvReader {
-public:
-    CsvReader(const std::string& text, const fs::path& file) : text_(text), file_(file) {}
-
-    std::vector<std::vector<Value>> rows()
-    {
-        std::vector<std::vector<Value>> rows;
-        while (at_ < text_.size()) rows.push_back(row());
-        return rows;
-    }
-
-private:
-    std::vector<Value> row()
-    {
-        std::vector<Value> cells;
-        do cells.emplace_back(value());
-        while (take(','));
-        take('\r');
-        if (!take('\n') && at_ < text_.size()) fail("text stands behind a closing quote");
-        ++line_;
-        return cells;
-    }
-
-    std::string value()
-    {
-        if (take('"')) return quoted();
-        const size_t end = std::min(text_.find_first_of(",\r\n", at_), text_.size());
-        std::string plain = text_.substr(at_, end - at_);
-        at_ = end;
-        return plain;
-    }
-
-    std::string quoted()
-    {
-        const size_t first_line = line_;
-        std::string inside;
-        while (at_ < text_.size()) {
-            const char c = text_[at_++];
-            if (c == '"' && !take('"')) return inside;
-            line_ += c == '\n' ? 1 : 0;
-            inside.push_back(c);
-        }
-        line_ = first_line;
-        fail("a quote is not closed");
-    }
-
-    bool take(char wanted)
-    {
-        if (at_ >= text_.size() || text_[at_] != wanted) return false;
-        ++at_;
-        return true;
-    }
-
-    [[noreturn]] void fail(const std::string& what) const
-    {
-        throw HostError("Data",
-                        "The data file \"" + file_.string() + "\", line " + std::to_string(line_) + ": " + what + ".");
-    }
-
-    const std::string& text_;
-    const fs::path& file_;
-    size_t at_ = 0;
-    size_t line_ = 1;
-};
 
 /// A type of `--pipe` by its code or by its name.
 Value::Type type_of(const json& type)
@@ -183,11 +108,12 @@ SampleTable::SampleTable(std::vector<Field> fields, size_t count, const DateTime
 
 HeldTable read_csv(const fs::path& file)
 {
-    std::string text = file_text(file);
-    if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);  // the mark with which spreadsheets begin UTF-8
-    auto rows = CsvReader(text, file).rows();
+    std::vector<std::vector<Value>> rows;
     size_t width = 0;
-    for (const auto& row : rows) width = std::max(width, row.size());
+    for (CsvRow& read : read_csv_rows(file)) {
+        rows.emplace_back(std::make_move_iterator(read.cells.begin()), std::make_move_iterator(read.cells.end()));
+        width = std::max(width, rows.back().size());
+    }
     for (auto& row : rows) row.resize(width);  // what a short line lacks is null
     std::vector<TableSource::Field> fields;
     for (size_t at = 0; at < width; ++at) fields.push_back({"COLUMN_" + std::to_string(at), Value::Type::Text});
@@ -196,7 +122,7 @@ HeldTable read_csv(const fs::path& file)
 
 HeldTable read_pipe_json(const fs::path& file)
 {
-    const std::string text = file_text(file);
+    const std::string text = read_data_file(file);
     try {
         return table_of(json::parse(text));
     } catch (const json::parse_error& error) {

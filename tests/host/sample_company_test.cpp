@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "adapters/sqlite/schema.h"
+#include "host/sample_company.h"
 #include "program.h"
 #include "values/date_time.h"
 
@@ -151,6 +153,59 @@ TEST_F(SampleCompany, IsTheSameBytesEachTime)
     ASSERT_EQ(run({"init", scratch("again").string()}).status, 0);
     for (const char* file : {"velora.db", "accounting.db", "velora.ini"}) {
         EXPECT_EQ(file_text(company() / file), file_text(scratch("again") / file)) << file;
+    }
+}
+
+TEST_F(SampleCompany, CellsGoInAsTheirColumnsHoldThem)
+{
+    create_product_schema(scratch("v.db").string());
+    fs::create_directory(scratch("rows"));
+    write_text(scratch("rows/Details.csv"),
+               "\xEF\xBB\xBFQuoteID,deQuantity,deDesc,deCost,deShipDate,deComment\r\n"
+               "7,2.5,\"1/2\"\" bolt, long\",0.1,2026-06-15,NULL\r\n"
+               "8,,,,,\r\n");
+    write_text(scratch("rows/notes.txt"), "not of the company");
+    fill_from_csv(scratch("v.db"), product_tables(), scratch("rows"));
+    const Counter product(scratch("v.db"));
+    for (const char* holds : {
+             "QuoteID=7 AND deQuantity=2.5 AND deDesc='1/2\" bolt, long' AND deCost=0.1 AND typeof(deCost)='real'",
+             "QuoteID=7 AND deShipDate='2026-06-15' AND deComment IS NULL AND deWeight IS NULL",
+             "QuoteID=8 AND deQuantity IS NULL AND deDesc='' AND deCost IS NULL AND deShipDate IS NULL AND "
+             "deComment=''",
+         }) {
+        EXPECT_EQ(product(std::string("SELECT count(*) FROM Details WHERE ") + holds), 1) << holds;
+    }
+}
+
+TEST_F(SampleCompany, WhatIsNoRowOfTheTableIsNamedWithItsLine)
+{
+    struct Case {
+        const char *why, *file, *text, *says;
+    };
+    for (const Case& c : {
+             Case{"no head", "Reason.csv", "", "line 1: the first line has to name the columns"},
+             Case{"a column that is none", "Reason.csv", "ReasonID,reColour\n", "no column \"reColour\""},
+             Case{"a row too short", "Reason.csv", "ReasonID,reCode\n1,A\n2\n", "line 3: there are 1 values for 2"},
+             Case{"a number that is none", "Reason.csv", "ReasonID,reCode\n\"1\n\",A\n", "is no number"},
+             Case{"half a number", "Details.csv", "deQuantity\n1.5x\n", "line 2: \"1.5x\" is no number"},
+             Case{"a fraction as a key", "Reason.csv", "ReasonID\n1.5\n",
+                  "\"1.5\" is no number for the column ReasonID"},
+             Case{"a quote that stays open", "Reason.csv", "ReasonID,reCode\n1,\"A\n", "line 2"},
+             Case{"a table that is none", "Reasons.csv", "ReasonID\n1\n", "is of no table"},
+         }) {
+        fs::remove_all(scratch("rows"));
+        fs::remove(scratch("v.db"));
+        create_product_schema(scratch("v.db").string());
+        fs::create_directory(scratch("rows"));
+        write_text(scratch("rows/Defaults.csv"), "Company\nDEMOCO\n");
+        write_text(scratch("rows") / c.file, c.text);
+        try {
+            fill_from_csv(scratch("v.db"), product_tables(), scratch("rows"));
+            ADD_FAILURE() << c.why;
+        } catch (const HostError& error) {
+            EXPECT_THAT(error.what(), ::testing::AllOf(::testing::HasSubstr(c.file), ::testing::HasSubstr(c.says)));
+        }
+        EXPECT_EQ(Counter(scratch("v.db"))("SELECT count(*) FROM Defaults"), 0) << c.why << ": all rows or none";
     }
 }
 

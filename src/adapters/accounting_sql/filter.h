@@ -16,9 +16,8 @@ struct Condition {
     std::string value;
 };
 
-/// Reads "FIELD op value" joined by " AND ". A value stands between double quotes, one of its own doubled, or reaches to
-/// the next " AND ".
-/// A blank filter has no conditions.
+/// Reads "FIELD op value" joined by " AND ". A value stands between double quotes, one of its own doubled, or reaches
+/// to the next " AND ". A blank filter has no conditions.
 /// @throws std::invalid_argument with the place where the text is no filter
 std::vector<Condition> read_filter(std::string_view filter);
 

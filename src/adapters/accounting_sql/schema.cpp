@@ -105,14 +105,19 @@ void add_key_index(SchemaTable& table)
 
 }  // namespace
 
-void create_accounting_schema(const std::string& path)
+std::vector<SchemaTable> accounting_tables()
 {
     std::vector<SchemaTable> schema;
     for (const auto& part : {receivables_views(), inventory_views(), other_views(), company_tables()}) {
         schema.insert(schema.end(), part.begin(), part.end());
     }
     for (auto& table : schema) add_key_index(table);
-    sqlite::create_schema(path, schema);
+    return schema;
+}
+
+void create_accounting_schema(const std::string& path)
+{
+    sqlite::create_schema(path, accounting_tables());
 }
 
 }  // namespace velora

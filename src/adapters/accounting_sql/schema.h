@@ -1,11 +1,16 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "adapters/sqlite_core/schema_writer.h"
 
 namespace velora {
 
-/// Makes an accounting store as a new file: one table for each view, the company, its currencies and its active
-/// modules, without rows.
+/// One table for each view, the company, its currencies and its active modules.
+std::vector<sqlite::SchemaTable> accounting_tables();
+
+/// Makes an accounting store as a new file: all tables, without rows.
 /// @throws Fault 75 when the file exists already or cannot be written
 void create_accounting_schema(const std::string& path);
 

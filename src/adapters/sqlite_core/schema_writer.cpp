@@ -30,9 +30,9 @@ std::string_view declaration(ColumnType type)
     return "";
 }
 
-std::string column_sql(const SchemaColumn& column, const std::string& name)
+std::string column_sql(const NamedColumn& column)
 {
-    std::string sql = "  \"" + name + "\" " + std::string(declaration(column.type));
+    std::string sql = "  \"" + column.name + "\" " + std::string(declaration(column.type));
     if (!column.default_value.empty()) sql += " DEFAULT " + std::string(column.default_value);
     return sql;
 }
@@ -74,16 +74,25 @@ std::string date_triggers(std::string_view table, std::string_view column)
 
 }  // namespace
 
+std::vector<NamedColumn> SchemaTable::named_columns() const
+{
+    std::vector<NamedColumn> named;
+    for (const SchemaColumn& column : columns) {
+        for (int at = 1; at <= std::max(column.repeated, 1); ++at) {
+            const std::string number = column.repeated > 0 ? std::to_string(at) : "";
+            named.push_back({std::string(column.name) + number, column.type, column.default_value});
+        }
+    }
+    return named;
+}
+
 std::string table_sql(const SchemaTable& table)
 {
     std::string columns;
     std::string triggers;
-    for (const auto& column : table.columns) {
-        for (int at = 1; at <= std::max(column.repeated, 1); ++at) {
-            const std::string name = std::string(column.name) + (column.repeated > 0 ? std::to_string(at) : "");
-            columns += (columns.empty() ? "" : ",\n") + column_sql(column, name);
-            if (column.type == ColumnType::Date) triggers += date_triggers(table.name, name);
-        }
+    for (const NamedColumn& column : table.named_columns()) {
+        columns += (columns.empty() ? "" : ",\n") + column_sql(column);
+        if (column.type == ColumnType::Date) triggers += date_triggers(table.name, column.name);
     }
     const std::string name(table.name);
     std::string sql = "CREATE TABLE \"" + name + "\" (\n" + columns + "\n);\n" + triggers;

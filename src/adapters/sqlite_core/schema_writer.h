@@ -28,10 +28,19 @@ struct SchemaColumn {
     std::string_view default_value = {};  ///< an SQL literal; empty for null
 };
 
+/// One column of a table as the file has it.
+struct NamedColumn {
+    std::string name;
+    ColumnType type;
+    std::string_view default_value;
+};
+
 struct SchemaTable {
     std::string_view name;
     std::vector<SchemaColumn> columns;
     std::vector<std::string> indexes;  ///< each the column list of a plain index
+
+    [[nodiscard]] std::vector<NamedColumn> named_columns() const;
 };
 
 /// Makes a new database file with these tables, all or nothing.
