@@ -40,6 +40,12 @@ private:
     fs::path path_;
 };
 
+/// The fonts of all reports are one store, which tells the run at hand.
+struct Told {
+    engine::FontStore& fonts;
+    ~Told() { fonts.tell({}); }
+};
+
 class EngineReport : public OpenedReport {
 public:
     EngineReport(std::unique_ptr<engine::Report> report, std::vector<std::string> warnings,
@@ -114,6 +120,8 @@ private:
             return false;
         };
         const auto table = rows(options);
+        const Told told{*fonts_};
+        fonts_->tell(options.warn);
         engine::fill(*report_, *table, measurer_, options, sink);
     }
 

@@ -1,6 +1,7 @@
 #include "engine/text/font_store.h"
 
 #include <array>
+#include <cstdio>
 #include <map>
 #include <set>
 #include <string_view>
@@ -9,6 +10,7 @@
 
 #include "engine/text/face.h"
 #include "engine/text/system_fonts.h"
+#include "engine/text/utf8.h"
 #include "values/text.h"
 
 namespace velora::engine {
@@ -76,6 +78,7 @@ struct FontStore::State {
     std::map<std::pair<char32_t, size_t>, const Face*> fallbacks;
     std::unique_ptr<SystemFonts> system;
     std::set<std::string> told;
+    size_t missing_characters = 0;
 
     const Face* open(const std::filesystem::path& path, unsigned index, bool plain_latin)
     {
@@ -102,6 +105,18 @@ struct FontStore::State {
     void warn_once(const std::string& message)
     {
         if (told.insert(message).second && warn) warn(message);
+    }
+    void warn_of_missing(char32_t character)
+    {
+        constexpr size_t kMostTold = 3;  // a text in a script without a font would name every letter
+        if (missing_characters > kMostTold) return;
+        if (++missing_characters > kMostTold)
+            return warn_once("No font has some further characters; boxes stand for them.");
+        std::string letter;
+        append_utf8(letter, character);
+        std::array<char, 16> number{};
+        std::snprintf(number.data(), number.size(), "U+%04X", static_cast<unsigned>(character));
+        warn_once("No font has the character '" + letter + "' (" + number.data() + "); a box stands for it.");
     }
     const Face* resolve(const Font& font)
     {
@@ -135,10 +150,20 @@ struct FontStore::State {
 FontStore::FontStore(std::filesystem::path folder, Warn warn) : state_(std::make_unique<State>())
 {
     state_->folder = std::move(folder);
-    state_->warn = std::move(warn);
+    tell(std::move(warn));
 }
 
 FontStore::~FontStore() = default;
+
+void FontStore::tell(Warn warn)
+{
+    // What was looked up is forgotten, so that it is told again; opened files are kept.
+    state_->families.clear();
+    state_->fallbacks.clear();
+    state_->told.clear();
+    state_->missing_characters = 0;
+    state_->warn = std::move(warn);
+}
 
 const Face& FontStore::face(const Font& font)
 {
@@ -154,7 +179,7 @@ const Face* FontStore::fallback(char32_t character, const Font& font)
     if (known != state_->fallbacks.end()) return known->second;
     const Face* found = state_->find_fallback(character, font);
     state_->fallbacks.emplace(key, found);
-    if (found == nullptr) state_->warn_once("No font has every character of the text in '" + font.family + "'.");
+    if (found == nullptr) state_->warn_of_missing(character);
     return found;
 }
 

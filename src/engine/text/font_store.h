@@ -19,11 +19,15 @@ public:
     using Warn = std::function<void(const std::string&)>;
 
     /// @param folder  holds the shipped faces
-    /// @param warn    told once for each font that is missing, with its name; may be empty
+    /// @param warn    see `tell`
     explicit FontStore(std::filesystem::path folder, Warn warn = {});
     ~FontStore();
     FontStore(const FontStore&) = delete;
     FontStore& operator=(const FontStore&) = delete;
+
+    /// From now on `warn` is told once of each font and character that is missing, also of those met before. It may be
+    /// empty.
+    void tell(Warn warn);
 
     /// The face for family, bold and italic of a font; it lives as long as the store. A missing family gives a
     /// shipped one that comes near. @throws Fault 53 when not even that file can be read

@@ -89,8 +89,9 @@ void Shaper::shape_item(std::string_view text, const Item& item, bool right_to_l
     const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
     const float em = static_cast<float>(item.face->units_per_em());
     for (unsigned i = 0; i < count; ++i) {
+        const auto natural = hb_font_get_glyph_h_advance(item.face->shaping_font(), infos[i].codepoint);
         shaped.glyphs.push_back({item.face, static_cast<uint16_t>(infos[i].codepoint), infos[i].cluster,
-                                 static_cast<float>(positions[i].x_advance) / em,
+                                 static_cast<float>(positions[i].x_advance) / em, static_cast<float>(natural) / em,
                                  static_cast<float>(positions[i].x_offset) / em,
                                  static_cast<float>(positions[i].y_offset) / em});
         shaped.advance += static_cast<double>(positions[i].x_advance) / em;

@@ -22,6 +22,7 @@ struct ShapedGlyph {
     uint16_t id;
     uint32_t cluster;  ///< byte offset of the text that it shows
     float advance;
+    float natural;             ///< the advance that the face itself gives the glyph
     float x_offset, y_offset;  ///< y grows upwards
 };
 

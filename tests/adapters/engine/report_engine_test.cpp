@@ -80,6 +80,26 @@ TEST_F(ReportEngineTest, WhatIsNoDefinitionIsTheFaultOfAReportThatCannotBeFound)
     }
 }
 
+TEST_F(ReportEngineTest, EveryRunTellsOfTheFontsAndLettersThatAreMissing)
+{
+    const auto opened = engine();
+    const std::string path = definition(
+        "<title height=\"40\"><element kind=\"staticText\" fontName=\"No Such Face\" width=\"180\" height=\"20\"><text>"
+        "a\U000F1234\U000F1234 \U000F1235\U000F1236\U000F1237\U000F1238</text></element></title>");
+    for (int run = 0; run < 2; ++run) {
+        const auto report = opened->OpenReport(path);
+        report->SetDataSource(std::make_shared<Rows>(std::vector{1}));
+        report->Export(ExportFormat::Pdf, (folder_ / "missing.pdf").string());
+        EXPECT_EQ(report->warnings(), (std::vector<std::string>{
+                                          "The font 'No Such Face' is missing; 'DejaVu Sans' stands in for it.",
+                                          "No font has the character '\U000F1234' (U+F1234); a box stands for it.",
+                                          "No font has the character '\U000F1235' (U+F1235); a box stands for it.",
+                                          "No font has the character '\U000F1236' (U+F1236); a box stands for it.",
+                                          "No font has some further characters; boxes stand for them.",
+                                      }));
+    }
+}
+
 TEST_F(ReportEngineTest, ExportsEveryFormatAndShowsPages)
 {
     const auto opened = engine();

@@ -265,8 +265,10 @@ TEST(Looks, PngPicturesOfEveryKindAreReadAsTheyLook)
         EXPECT_EQ(bitmap->colors, c.colors) << c.why;
         EXPECT_EQ(bitmap->alphas, c.alphas) << c.why;
     }
-    const std::string huge = made_png_picture(PngColors::Grey, 100000, 100000, "");
-    EXPECT_FALSE(read_bitmap(huge)) << "a size that is only claimed takes no memory";
+    for (const uint32_t size : {100'000U, 0x8000'0000U, 0xFFFF'FFFFU}) {
+        const std::string huge = made_png_picture(PngColors::Grey, size, size, "");
+        EXPECT_FALSE(read_bitmap(huge)) << "a size that is only claimed takes no memory";
+    }
 }
 
 }  // namespace

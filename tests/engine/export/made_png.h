@@ -78,7 +78,7 @@ inline std::string made_png_picture(PngColors colors, uint32_t width, uint32_t h
     if (!alphas.empty()) made_png::append_chunk(out, "tRNS", alphas);
     const size_t row = height == 0 ? 0 : points.size() / height;
     std::string rows;
-    for (uint32_t y = 0; y < height; ++y) rows.append(1, '\0').append(points.substr(y * row, row));
+    for (uint32_t y = 0; row > 0 && y < height; ++y) rows.append(1, '\0').append(points.substr(y * row, row));
     made_png::append_chunk(out, "IDAT", made_png::stored(rows));
     made_png::append_chunk(out, "IEND", {});
     return out;

@@ -12,6 +12,7 @@
 #include "engine/export/html/html_drawing.h"
 #include "engine/export/html/html_styles.h"
 #include "engine/export/html/html_text.h"
+#include "engine/text/visual_order.h"
 
 namespace velora::engine {
 namespace {
@@ -68,7 +69,7 @@ private:
     void outline(const Style& style, const Place& place, std::string_view corners);
     void open_box(std::string_view classes, const Style& style, const Place& place, const Anchor* anchor);
     void text_lines(const Text& text, const Style& style);
-    void line(const Text& text, uint32_t begin, uint32_t end);
+    void line(const Text& text, const TextLine& line, bool right_to_left);
     bool open_link(const Link& link);
     [[nodiscard]] std::string head() const;
 
@@ -163,16 +164,21 @@ void HtmlExporter::content(const Text& text, const Element& element, const Place
 void HtmlExporter::text_lines(const Text& text, const Style& style)
 {
     const auto shown = static_cast<uint32_t>(text.shown().size());
-    if (!text.detail || text.detail->lines.empty()) return line(text, 0, shown);
+    ReadingOrder order(text.text);
+    if (!text.detail || text.detail->lines.empty()) {
+        const TextLine all{0, shown, 0, 0, 0, 0, true};
+        return line(text, all, order.is_right_to_left(all));
+    }
     const auto& lines = text.detail->lines;
     const float usual_height = line_height(text, style);
     bool joined = false;
     for (const TextLine& each : lines) {
+        const bool right_to_left = order.is_right_to_left(each);
         const bool stretched = style.horizontal == HorizontalAlign::Justified && !each.ends_paragraph;
         const bool own_height = std::abs(each.height - usual_height) > 0.01F && lines.size() > 1;
         if (!stretched && !own_height && each.indent == 0) {
             if (joined) out_ += '\n';
-            line(text, each.begin, each.end);
+            line(text, each, right_to_left);
             joined = true;
             continue;
         }
@@ -181,15 +187,17 @@ void HtmlExporter::text_lines(const Text& text, const Style& style)
         if (own_height) out_ += fmt::format(";line-height:{}pt", html_points(each.height));
         if (each.indent != 0) out_ += fmt::format(";margin-left:{}pt", html_points(each.indent));
         out_ += "\">";
-        line(text, each.begin, each.end);
+        line(text, each, right_to_left);
         out_ += "</span>";
     }
 }
 
-void HtmlExporter::line(const Text& text, uint32_t begin, uint32_t end)
+void HtmlExporter::line(const Text& text, const TextLine& line, bool right_to_left)
 {
     const std::string_view all = text.shown();
-    end = std::min(end, static_cast<uint32_t>(all.size()));
+    uint32_t begin = line.begin;
+    const uint32_t end = std::min(line.end, static_cast<uint32_t>(all.size()));
+    if (right_to_left) out_ += "<span dir=\"rtl\">";
     const auto plain_until = [&](uint32_t to) {
         if (to > begin) html_append(out_, all.substr(begin, to - begin));
         begin = std::max(begin, to);
@@ -206,6 +214,7 @@ void HtmlExporter::line(const Text& text, uint32_t begin, uint32_t end)
         }
     }
     plain_until(end);
+    if (right_to_left) out_ += "</span>";
 }
 
 /// A closed shape whose outline stands centred on the element's edges.

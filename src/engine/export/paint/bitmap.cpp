@@ -12,7 +12,7 @@
 namespace velora::engine {
 namespace {
 
-constexpr int64_t kMostPoints = int64_t{64} << 20;
+constexpr uint64_t kMostPoints = uint64_t{64} << 20;
 
 bool is_jpeg(std::string_view bytes)
 {
@@ -110,7 +110,7 @@ std::optional<Bitmap> read_bitmap(std::string_view bytes)
 {
     const auto size = picture_size(bytes);
     if (!size || size->width == 0 || size->height == 0) return std::nullopt;
-    if (int64_t{size->width} * size->height > kMostPoints) return std::nullopt;
+    if (uint64_t{size->width} * size->height > kMostPoints) return std::nullopt;
     if (!is_jpeg(bytes)) return read_png(bytes);
     Bitmap bitmap;
     std::vector<uint8_t> row;

@@ -78,6 +78,7 @@ struct GlyphRun {
     double x, y;  ///< of the base line's left end
     std::string_view text;
     std::span<const CanvasGlyph> glyphs;
+    bool right_to_left;  ///< the text runs against the order of the glyphs
 };
 
 /// Something that pages are painted on. Lengths are points; the origin is the upper left corner of the page.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "engine/export/common/page_walk.h"
 #include "engine/text/face.h"
@@ -12,6 +13,8 @@ namespace velora::engine {
 namespace {
 
 constexpr float kTooLong = 0.05F;  // points by which rounding may make a text longer than its box
+
+constexpr uint32_t kMostInCluster = 0xFFFF;  // bytes; more marks than anybody reads
 
 // Shares of the font size.
 constexpr double kUnderline = 0.12, kStrike = -0.28, kRuleWidth = 0.06;
@@ -36,6 +39,20 @@ double vertical_offset(const Style& style, double room, double height)
 {
     if (style.vertical == VerticalAlign::Middle) return (room - height) / 2;
     return style.vertical == VerticalAlign::Bottom ? room - height : 0;
+}
+
+/// Tells each cluster's first glyph how much text the cluster shows: up to where the next one in the text begins.
+void give_text(std::span<CanvasGlyph> glyphs, std::string_view text, bool right_to_left)
+{
+    uint32_t behind = 0, cluster = static_cast<uint32_t>(text.size());
+    for (size_t i = 0; i < glyphs.size(); ++i) {  // from the end of the text to its beginning
+        const size_t at = right_to_left ? i : glyphs.size() - 1 - i;
+        CanvasGlyph& glyph = glyphs[at];
+        if (glyph.cluster != cluster) behind = std::exchange(cluster, glyph.cluster);
+        if (at == 0 || glyphs[at - 1].cluster != cluster) {
+            glyph.cluster_size = static_cast<uint16_t>(std::min(behind - cluster, kMostInCluster));
+        }
+    }
 }
 
 double aligned(HorizontalAlign align, double room, double width)
@@ -73,19 +90,15 @@ void TextPainter::collect_shaped(std::string_view text, const TextPiece& piece)
     const std::string_view part = text.substr(piece.begin, piece.end - piece.begin);
     const auto& shaped = shaper_.shape(part, *piece.font, piece.right_to_left).glyphs;
     const float size = piece.size();
-    for (size_t i = 0; i < shaped.size(); ++i) {
-        const ShapedGlyph& glyph = shaped[i];
-        const bool further = i > 0 && shaped[i - 1].cluster == glyph.cluster;
-        // The cluster ends where the next one in the text begins.
-        auto behind = static_cast<uint32_t>(part.size());
-        for (const ShapedGlyph& other : {i > 0 ? shaped[i - 1] : glyph, shaped[std::min(i + 1, shaped.size() - 1)]}) {
-            if (other.cluster > glyph.cluster) behind = std::min(behind, other.cluster);
-        }
-        const uint32_t bytes = further ? 0 : std::min<uint32_t>(behind - glyph.cluster, 64);
-        glyphs_.push_back({glyph.id, static_cast<uint16_t>(bytes), piece.begin + glyph.cluster, glyph.advance * size,
-                           glyph.advance * size, glyph.x_offset * size, glyph.y_offset * size});
+    const size_t first = glyphs_.size();
+    for (const ShapedGlyph& glyph : shaped) {
+        glyphs_.push_back({glyph.id, 0, glyph.cluster, glyph.advance * size, glyph.natural * size,
+                           glyph.x_offset * size, glyph.y_offset * size});
         faces_.push_back(glyph.face);
     }
+    const std::span<CanvasGlyph> added = std::span(glyphs_).subspan(first);
+    give_text(added, part, piece.right_to_left);
+    for (CanvasGlyph& glyph : added) glyph.cluster += piece.begin;
 }
 
 /// Adds the glyphs of a piece and returns its width.
@@ -125,7 +138,7 @@ void TextPainter::show_glyphs(std::string_view text, const Piece& shown, Color c
         double width = 0;
         while (last < shown.last && faces_[last] == faces_[first]) width += glyphs_[last++].advance;
         const auto glyphs = std::span<const CanvasGlyph>(glyphs_).subspan(first, last - first);
-        canvas.glyphs({faces_[first], shown.piece.size(), color, x, baseline, text, glyphs});
+        canvas.glyphs({faces_[first], shown.piece.size(), color, x, baseline, text, glyphs, shown.piece.right_to_left});
         x += width;
         first = last;
     }
@@ -164,14 +177,15 @@ void TextPainter::paint_line(std::string_view text, const TextLine& line, const 
     const std::string_view visible = text.substr(line.begin, line.end - line.begin);
     const bool marked = detail != nullptr && !detail->runs.empty();
     const Face& face = fonts_.face(style.font);
-    float width = marked || !face.plain_latin() ? -1 : collect_plain(visible, face, style.font.size);
+    const bool plain = !marked && !place.right_to_left && face.plain_latin();
+    float width = plain ? collect_plain(visible, face, style.font.size) : -1;
     if (width >= 0) {
         for (CanvasGlyph& glyph : glyphs_) glyph.cluster += line.begin;
         pieces_.push_back({{line.begin, line.end, &style.font, nullptr, false, false}, 0, glyphs_.size(), width});
     } else {
         width = 0;
         const auto runs = detail != nullptr ? std::span<const TextRun>(detail->runs) : std::span<const TextRun>();
-        cut_in_visual_order(text, line.begin, line.end, runs, style.font, cut_);
+        cut_in_visual_order(text, line.begin, line.end, place.right_to_left, runs, style.font, cut_);
         for (const TextPiece& piece : cut_) {
             const size_t first = glyphs_.size();
             const float piece_width = collect(text, piece, width, std::max<float>(style.paragraph.tab_width, 1));
@@ -199,6 +213,7 @@ void TextPainter::paint_lines(const Text& text, const Style& style, const Place&
     const double room = area.width - area.left - area.right;
     const double height = area.height - area.top - area.bottom;
     const double left = (turned ? 0 : place.x) + area.left;
+    ReadingOrder order(text.text);
     double y = (turned ? 0 : place.y) + area.top + vertical_offset(style, height, text.text_height);
     if (detail == nullptr || detail->lines.empty()) {
         // The height tells where the line ends, whatever the spacing is.
@@ -208,14 +223,16 @@ void TextPainter::paint_lines(const Text& text, const Style& style, const Place&
         const double line =
             text.text_height > 0 ? text.text_height - style.paragraph.spacing_after : face.line_height() * scale;
         const double ascent = line - face.descent() * scale;
-        paint_line(text.text, all, {left, y + ascent, room, false}, detail, style, canvas);
+        paint_line(text.text, all, {left, y + ascent, room, false, order.is_right_to_left(all)}, detail, style, canvas);
         return;
     }
     const Paragraph& paragraph = style.paragraph;
     for (const TextLine& line : detail->lines) {
         const bool justified = style.horizontal == HorizontalAlign::Justified && !line.ends_paragraph;
         const double width = room - line.indent - paragraph.right_indent;
-        paint_line(text.text, line, {left + line.indent, y + line.ascent, width, justified}, detail, style, canvas);
+        paint_line(text.text, line,
+                   {left + line.indent, y + line.ascent, width, justified, order.is_right_to_left(line)}, detail, style,
+                   canvas);
         y += line.height;
     }
 }
@@ -250,7 +267,8 @@ void TextPainter::paint(const Label& label, double x, double y, Canvas& canvas)
     const double sine = std::sin(label.angle), cosine = std::cos(label.angle);
     canvas.transform({cosine, sine, -sine, cosine, x + label.at.x, y + label.at.y});
     const TextLine all{0, static_cast<uint32_t>(label.text.size()), 0, 0, 0, 0, true};
-    paint_line(label.text, all, {0, 0, 0, false}, nullptr, style, canvas);
+    paint_line(label.text, all, {0, 0, 0, false, ReadingOrder(label.text).is_right_to_left(all)}, nullptr, style,
+               canvas);
     canvas.restore();
 }
 

@@ -18,7 +18,7 @@ public:
 private:
     struct LinePlace {
         double x, baseline, width;  ///< of the room for the line
-        bool justified;
+        bool justified, right_to_left;
     };
 
     struct Piece {

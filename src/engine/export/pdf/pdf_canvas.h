@@ -67,9 +67,15 @@ private:
     void set_stroke(const Stroke& stroke);
     void set_font(const GlyphRun& run);
     void enter_text(double x, double y);
-    void show(const GlyphRun& run);
-    void show_each(const GlyphRun& run);
-    void append_code(const CanvasGlyph& glyph, std::string_view text);
+    void show(const GlyphRun& run, std::span<const CanvasGlyph> glyphs);
+    void show_cluster(const GlyphRun& run, std::span<const CanvasGlyph> glyphs, double x);
+    void show_reversed_cluster(const GlyphRun& run, std::span<const CanvasGlyph> glyphs, double x);
+    void show_clusters(const GlyphRun& run);
+    void show_glyph(const CanvasGlyph& glyph, std::string_view text, double x, double y);
+    void show_blank(double x, double y);
+    void open_span(std::string_view text);
+    void close_span();
+    void append_code(uint16_t code);
 
     PdfFonts& fonts_;
     PdfImages& images_;

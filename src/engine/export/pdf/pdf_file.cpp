@@ -15,13 +15,6 @@ namespace {
 
 constexpr int kFast = 1;  // zlib's first level: pages are many, and the higher ones save little
 
-constexpr std::string_view kHex = "0123456789ABCDEF";
-
-void append_hex(std::string& out, uint32_t number, int digits)
-{
-    for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) out += kHex[number >> shift & 15];
-}
-
 }  // namespace
 
 /// One deflate state for all streams.
@@ -160,18 +153,35 @@ std::string pdf_literal(std::string_view bytes)
 std::string pdf_text(std::string_view text)
 {
     if (std::ranges::all_of(text, [](char c) { return c >= ' ' && c < 127; })) return pdf_literal(text);
+    return pdf_utf16(text);
+}
+
+std::string pdf_utf16(std::string_view text)
+{
     std::string hex = "<FEFF";
+    append_pdf_utf16(hex, text);
+    return hex + ">";
+}
+
+void append_pdf_hex(std::string& out, uint32_t number, int digits)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) out += kDigits[number >> shift & 15];
+}
+
+void append_pdf_utf16(std::string& out, std::string_view text)
+{
     for (size_t at = 0; at < text.size();) {
         const auto [character, size] = utf8_at(text, at);
-        if (character > 0xFFFF) {
-            append_hex(hex, 0xD7C0 + (character >> 10), 4);
-            append_hex(hex, 0xDC00 + (character & 0x3FF), 4);
-        } else {
-            append_hex(hex, character, 4);
-        }
         at += size;
+        if (character < ' ') continue;  // shows nothing
+        if (character > 0xFFFF) {
+            append_pdf_hex(out, 0xD7C0 + (character >> 10), 4);
+            append_pdf_hex(out, 0xDC00 + (character & 0x3FF), 4);
+        } else {
+            append_pdf_hex(out, character, 4);
+        }
     }
-    return hex + ">";
 }
 
 std::string pdf_reference(PdfId id)

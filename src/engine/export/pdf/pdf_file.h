@@ -46,6 +46,11 @@ void append_pdf_number(std::string& out, double number);
 std::string pdf_number(double number);
 /// A text for titles and the like: a literal for ASCII, else UTF-16.
 std::string pdf_text(std::string_view text);
+/// A text in hex digits of UTF-16, with its mark.
+std::string pdf_utf16(std::string_view text);
+void append_pdf_hex(std::string& out, uint32_t number, int digits);
+/// The hex digits of the text's UTF-16 units; control characters are left out.
+void append_pdf_utf16(std::string& out, std::string_view text);
 /// A literal string in parentheses.
 std::string pdf_literal(std::string_view bytes);
 std::string pdf_reference(PdfId id);

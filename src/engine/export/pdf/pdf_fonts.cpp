@@ -3,9 +3,9 @@
 #include <hb-ot.h>
 #include <hb-subset.h>
 
+#include <algorithm>
 #include <set>
 
-#include "engine/text/utf8.h"
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -58,24 +58,18 @@ std::string subset_tag(const std::set<uint16_t>& glyphs)
     return tag;
 }
 
-std::string hex(uint32_t number)
-{
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string text;
-    for (int shift = 12; shift >= 0; shift -= 4) text += kDigits[number >> shift & 15];
-    return text;
-}
+constexpr size_t kMostCodes = 0x10000;
+constexpr size_t kMostAwkward = 2560;
+constexpr size_t kLongestText = 8;  // UTF-16 units that a code stands for; some readers take no more
 
-std::string utf16_hex(std::string_view text)
+size_t utf16_units(std::string_view text)
 {
-    std::string result;
-    for (size_t at = 0; at < text.size();) {
-        const auto [character, size] = utf8_at(text, at);
-        result +=
-            character > 0xFFFF ? hex(0xD7C0 + (character >> 10)) + hex(0xDC00 + (character & 0x3FF)) : hex(character);
-        at += size;
+    size_t units = 0;
+    for (const char byte : text) {
+        const auto lead = static_cast<unsigned char>(byte);
+        units += lead >= 0xF0 ? 2 : (lead & 0xC0) != 0x80 ? 1 : 0;
     }
-    return result;
+    return units;
 }
 
 /// Codes whose bytes would need an escape in a literal string are passed over.
@@ -98,21 +92,52 @@ PdfFont::PdfFont(const Face& face, std::string name, PdfId id)
 {
 }
 
-uint16_t PdfFont::find_code(uint16_t glyph, std::string_view text)
+PdfFont::Code PdfFont::find_code(uint16_t glyph, std::string_view text)
 {
     if (outlines_by_code_) {
         if (shown_.size() <= glyph) shown_.resize(glyph + 1);
         if (shown_[glyph].glyph == 0) shown_[glyph] = {glyph, std::string(text)};
-        return glyph;
+        return {glyph, shown_[glyph].text == text};
     }
-    const auto [entry, added] = codes_.try_emplace({glyph, std::string(text)});
-    if (added) {
-        while (is_awkward(static_cast<uint16_t>(shown_.size()))) shown_.push_back({});
-        entry->second = static_cast<uint16_t>(shown_.size());
-        shown_.push_back({glyph, std::string(text)});
+    if (text.size() > kLongestText && utf16_units(text) > kLongestText) return {find_code(glyph, {}).number, false};
+    std::vector<uint16_t>& codes = codes_[glyph];
+    const auto known = std::ranges::find_if(codes, [&](uint16_t code) { return shown_[code].text == text; });
+    if (known != codes.end()) return remembered(*known, text);
+    if (!codes.empty() && !has_room_for_more()) return {codes.front(), false};
+    codes.push_back(add({glyph, std::string(text)}));
+    return remembered(codes.back(), text);
+}
+
+/// Every glyph of the face finds a code; what is left over is for those that show several texts.
+bool PdfFont::has_room_for_more() const
+{
+    return shown_.size() + hb_face_get_glyph_count(face_.shaping_face()) + kMostAwkward < kMostCodes;
+}
+
+uint16_t PdfFont::add(Shown shown)
+{
+    if (shown_.size() >= kMostCodes) return 0;
+    while (is_awkward(static_cast<uint16_t>(shown_.size()))) shown_.emplace_back();
+    shown_.push_back(std::move(shown));
+    return static_cast<uint16_t>(shown_.size() - 1);
+}
+
+uint16_t PdfFont::blank(std::string_view text)
+{
+    const auto [entry, is_new] = blanks_.try_emplace(std::string(text));
+    if (!is_new) return entry->second;
+    if (has_room_for_more()) {
+        entry->second = add({face_.glyph(' ').id, std::string(text), false});
+    } else {
+        entry->second = blanks_.begin()->second;  // the letter cannot be copied, in a file that holds so many
     }
-    if (text.size() == 1) ascii_[static_cast<uint8_t>(text[0]) & 127] = entry->second;
     return entry->second;
+}
+
+PdfFont::Code PdfFont::remembered(uint16_t code, std::string_view text)
+{
+    if (text.size() == 1) ascii_[static_cast<uint8_t>(text[0]) & 127] = code;
+    return {code, true};
 }
 
 std::string PdfFont::widths() const
@@ -120,7 +145,8 @@ std::string PdfFont::widths() const
     const double scale = 1000.0 / face_.units_per_em();
     std::string list = "[0[";
     for (const Shown& shown : shown_) {
-        append_pdf_number(list, hb_font_get_glyph_h_advance(face_.shaping_font(), shown.glyph) * scale);
+        const int advance = shown.has_width ? hb_font_get_glyph_h_advance(face_.shaping_font(), shown.glyph) : 0;
+        append_pdf_number(list, advance * scale);
         list += ' ';
     }
     return list + "]]";
@@ -136,7 +162,11 @@ std::string PdfFont::unicode_map() const
     std::vector<std::string> rows;
     for (size_t code = 1; code < shown_.size(); ++code) {
         if (shown_[code].text.empty()) continue;
-        rows.push_back("<" + hex(static_cast<uint32_t>(code)) + "><" + utf16_hex(shown_[code].text) + ">\n");
+        std::string& row = rows.emplace_back("<");
+        append_pdf_hex(row, static_cast<uint32_t>(code), 4);
+        row += "><";
+        append_pdf_utf16(row, shown_[code].text);
+        row += ">\n";
     }
     for (size_t at = 0; at < rows.size(); at += kMostInBlock) {
         const size_t count = std::min(kMostInBlock, rows.size() - at);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <map>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -22,25 +21,37 @@ public:
     [[nodiscard]] const std::string& name() const { return name_; }  ///< in the resources
     [[nodiscard]] PdfId id() const { return id_; }
 
-    /// Two-byte code for a glyph that shows `text`.
-    uint16_t code(uint16_t glyph, std::string_view text)
+    struct Code {
+        uint16_t number;  ///< of two bytes
+        bool tells;       ///< readers learn the text from it
+    };
+    /// The code for a glyph that shows `text`.
+    Code code(uint16_t glyph, std::string_view text)
     {
         if (text.size() == 1) {
             const uint16_t known = ascii_[static_cast<uint8_t>(text[0]) & 127];
-            if (known != 0 && shown_[known].glyph == glyph) return known;
+            if (known != 0 && shown_[known].glyph == glyph) return {known, true};
         }
         return find_code(glyph, text);
     }
+
+    /// The code of something that shows `text` without ink and width. Only for a font that has such.
+    uint16_t blank(std::string_view text);
+    [[nodiscard]] bool has_blanks() const { return !outlines_by_code_ && face_.has(' '); }
 
     /// Writes the subset of the face and everything about it.
     void write(PdfFile& file) const;
 
 private:
     struct Shown {
-        uint16_t glyph;
+        uint16_t glyph = 0;
         std::string text;
+        bool has_width = true;
     };
-    uint16_t find_code(uint16_t glyph, std::string_view text);
+    [[nodiscard]] bool has_room_for_more() const;
+    uint16_t add(Shown shown);
+    Code find_code(uint16_t glyph, std::string_view text);
+    Code remembered(uint16_t code, std::string_view text);
     [[nodiscard]] std::string widths() const;
     [[nodiscard]] std::string unicode_map() const;
     [[nodiscard]] std::string descriptor(const std::string& base, PdfId program) const;
@@ -51,7 +62,8 @@ private:
     bool outlines_by_code_;     ///< a face with PostScript outlines: codes are glyph numbers
     std::vector<Shown> shown_;  ///< by code
     std::array<uint16_t, 128> ascii_{};
-    std::map<std::pair<uint16_t, std::string>, uint16_t, std::less<>> codes_;
+    std::unordered_map<uint16_t, std::vector<uint16_t>> codes_;  ///< of each glyph
+    std::unordered_map<std::string, uint16_t> blanks_;
 };
 
 /// The fonts of one file.
