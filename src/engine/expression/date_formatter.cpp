@@ -9,6 +9,7 @@
 #include <array>
 #include <charconv>
 
+#include "engine/expression/date_letters.h"
 #include "engine/expression/formatter.h"
 #include "engine/expression/utf16.h"
 
@@ -165,9 +166,13 @@ void append_field(const DateTime& date, const DateTime::Parts& parts, std::strin
 
 class DateFormatter : public Formatter {
 public:
-    DateFormatter(std::unique_ptr<icu::DateFormat> format, std::unique_ptr<icu::Calendar> calendar,
-                  std::string_view pattern, std::optional<CalendarNames> names)
-        : format_(std::move(format)), calendar_(std::move(calendar)), pattern_(pattern), names_(std::move(names))
+    DateFormatter(std::unique_ptr<icu::DateFormat> format, std::unique_ptr<icu::Calendar> calendar, std::string pattern,
+                  std::optional<CalendarNames> names)
+        : format_(std::move(format)),
+          calendar_(std::move(calendar)),
+          pattern_(std::move(pattern)),
+          names_(std::move(names)),
+          shows_day_number_(shows_day_number(pattern_))
     {
     }
 
@@ -212,7 +217,14 @@ private:
     [[nodiscard]] std::string general(const DateTime& date) const
     {
         icu::UnicodeString text;
-        format_->format(moment_of(date), text);
+        if (shows_day_number_) {
+            const std::unique_ptr<icu::DateFormat> of_day(format_->clone());
+            static_cast<icu::SimpleDateFormat&>(*of_day).applyPattern(
+                icu::UnicodeString::fromUTF8(icu_date_pattern(pattern_, weekday(date))));
+            of_day->format(moment_of(date), text);
+        } else {
+            format_->format(moment_of(date), text);
+        }
         text.findAndReplace(icu::UnicodeString(char16_t{0x202F}), icu::UnicodeString(u' '));
         std::string out;
         text.toUTF8String(out);
@@ -233,24 +245,27 @@ private:
 
     std::unique_ptr<icu::DateFormat> format_;
     std::unique_ptr<icu::Calendar> calendar_;  ///< only for patterns that show the zone
-    std::string pattern_;
-    std::optional<CalendarNames> names_;  ///< only for plain patterns
+    std::string pattern_;                      ///< empty for a style of the locale
+    std::optional<CalendarNames> names_;       ///< only for plain patterns
+    bool shows_day_number_;
 };
 
 }  // namespace
 
-std::shared_ptr<const Formatter> make_date_formatter(std::string_view pattern, const std::string& locale,
+std::shared_ptr<const Formatter> make_date_formatter(std::string_view given, const std::string& locale,
                                                      const std::string& time_zone)
 {
-    if (pattern.empty()) pattern = "short,short";
-    if (pattern.size() > 1000) return nullptr;
+    if (given.size() > 1000) return nullptr;
+    std::string pattern(given.empty() ? "short,short" : given);
     const auto icu_locale = icu::Locale::createCanonical(locale.c_str());
     UErrorCode status = U_ZERO_ERROR;
     auto format = styled_format(pattern, icu_locale);
     const bool styled = format != nullptr;
-    if (!styled) {
-        format = std::make_unique<icu::SimpleDateFormat>(
-            icu::UnicodeString::fromUTF8({pattern.data(), static_cast<int32_t>(pattern.size())}), icu_locale, status);
+    if (styled) {
+        pattern.clear();
+    } else {
+        pattern = icu_date_pattern(pattern);
+        format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString::fromUTF8(pattern), icu_locale, status);
     }
     const bool zoned = !styled && shows_zone(pattern);
     const std::unique_ptr<icu::TimeZone> zone(
@@ -266,7 +281,8 @@ std::shared_ptr<const Formatter> make_date_formatter(std::string_view pattern, c
     if (latin && !styled && is_plain(pattern)) {
         names = names_of(*static_cast<const icu::SimpleDateFormat&>(*format).getDateFormatSymbols());
     }
-    return std::make_shared<DateFormatter>(std::move(format), std::move(calendar), pattern, std::move(names));
+    return std::make_shared<DateFormatter>(std::move(format), std::move(calendar), std::move(pattern),
+                                           std::move(names));
 }
 
 std::shared_ptr<const Formatter> FormatterCache::get(Kind kind, std::string_view pattern, const std::string& locale,

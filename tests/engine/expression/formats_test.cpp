@@ -146,21 +146,31 @@ TEST(DatePatterns, YearEndsLeapDaysAndHalvesOfTheDay)
     const auto at = [](int year, int month, int day, int hour = 0, int minute = 0) {
         return *DateTime::from_ymd(year, month, day, hour, minute, 0);
     };
-    for (const auto& c :
-         std::initializer_list<Case>{{"the last day", "dd.MM.yyyy", at(2025, 12, 31, 23, 59), "31.12.2025"},
-                                     {"its week is of the next year", "YYYY-'W'ww", at(2025, 12, 31), "2026-W01"},
-                                     {"the day of a leap year", "D", at(2024, 12, 31), "366"},
-                                     {"a leap day", "EEE d MMM yy", at(2024, 2, 29), "Thu 29 Feb 24"},
-                                     {"a leap day of a century", "d.M.yyyy", at(2000, 2, 29), "29.2.2000"},
-                                     {"midnight", "h:mm a", at(2026, 1, 1), "12:00 AM"},
-                                     {"noon", "h:mm a", at(2026, 1, 1, 12), "12:00 PM"},
-                                     {"midnight in other counts", "K k H", at(2026, 1, 1), "0 24 0"},
-                                     {"two digits of a round year", "yy", at(2000, 1, 1), "00"},
-                                     {"before the epoch of sheets", "dd/MM/yyyy", at(1899, 12, 31), "31/12/1899"},
-                                     {"long before", "yyyy", at(1600, 2, 29), "1600"},
-                                     {"a quoted word", "dd 'de' MMMM", at(2026, 5, 1), "01 de May"},
-                                     {"a quote", "h 'o''clock'", at(2026, 5, 1, 9), "9 o'clock"},
-                                     {"text of another script", "yyyy年M月d日", at(2026, 5, 1), "2026年5月1日"}}) {
+    for (const auto& c : std::initializer_list<Case>{
+             {"the last day", "dd.MM.yyyy", at(2025, 12, 31, 23, 59), "31.12.2025"},
+             {"its week is of the next year", "YYYY-'W'ww", at(2025, 12, 31), "2026-W01"},
+             {"the day of a leap year", "D", at(2024, 12, 31), "366"},
+             {"a leap day", "EEE d MMM yy", at(2024, 2, 29), "Thu 29 Feb 24"},
+             {"a leap day of a century", "d.M.yyyy", at(2000, 2, 29), "29.2.2000"},
+             {"midnight", "h:mm a", at(2026, 1, 1), "12:00 AM"},
+             {"noon", "h:mm a", at(2026, 1, 1, 12), "12:00 PM"},
+             {"midnight in other counts", "K k H", at(2026, 1, 1), "0 24 0"},
+             {"two digits of a round year", "yy", at(2000, 1, 1), "00"},
+             {"before the epoch of sheets", "dd/MM/yyyy", at(1899, 12, 31), "31/12/1899"},
+             {"long before", "yyyy", at(1600, 2, 29), "1600"},
+             {"a quoted word", "dd 'de' MMMM", at(2026, 5, 1), "01 de May"},
+             {"a quote", "h 'o''clock'", at(2026, 5, 1, 9), "9 o'clock"},
+             {"more letters than four", "EEEEE dd MMMMM yyyyy", at(2026, 2, 15), "Sunday 15 February 02026"},
+             {"and on their own", "LLLLLL", at(2026, 2, 15), "February"},
+             {"few letters", "E, MMM", at(2026, 2, 15), "Sun, Feb"},
+             {"an era has one form", "y GGGGG", at(2026, 2, 15), "2026 AD"},
+             {"so has half a day", "h aaaaa", at(2026, 2, 15, 13), "1 PM"},
+             {"the number of a Sunday", "u", at(2026, 2, 15), "7"},
+             {"of a Monday, in two places", "uu EEE", at(2026, 2, 16), "01 Mon"},
+             {"a quoted letter is none", "'u'EEEEE'E'", at(2026, 2, 15), "uSundayE"},
+             {"a style of the locale", "full,hide", at(2026, 2, 15), "Sunday, February 15, 2026"},
+             {"zones", "ZZZZZ zzzzz", at(2026, 2, 15), "+0000 Greenwich Mean Time"},
+             {"text of another script", "yyyy年M月d日", at(2026, 5, 1), "2026年5月1日"}}) {
         EXPECT_EQ(Pattern(c.pattern, {}).format(c.date), c.expected) << c.why;
     }
 }
