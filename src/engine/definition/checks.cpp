@@ -1,6 +1,7 @@
 #include "engine/definition/checks.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <set>
 #include <string>
@@ -53,6 +54,15 @@ private:
     const std::vector<Group>& groups_;
 };
 
+/// The variables that every report has.
+bool is_built_in(std::string_view name, const std::vector<Group>& groups)
+{
+    constexpr std::array<std::string_view, 5> kBuiltIn{"REPORT_COUNT", "PAGE_COUNT", "COLUMN_COUNT", "PAGE_NUMBER",
+                                                       "COLUMN_NUMBER"};
+    return std::ranges::find(kBuiltIn, name) != kBuiltIn.end() ||
+           std::ranges::any_of(groups, [&](const Group& group) { return name == group.name + "_COUNT"; });
+}
+
 void check_variables(const Dataset& data, const std::vector<Group>& groups)
 {
     const GroupNames names(groups);
@@ -62,9 +72,11 @@ void check_variables(const Dataset& data, const std::vector<Group>& groups)
         if (variable.increment == Moment::Group) names.require(variable.increment_group, variable.place, what);
     }
     for (const SortField& sort : data.sort_fields) {
-        const bool known = sort.by == SortField::By::Field
-                               ? std::ranges::find(data.fields, sort.name, &Field::name) != data.fields.end()
-                               : std::ranges::find(data.variables, sort.name, &Variable::name) != data.variables.end();
+        const bool known =
+            sort.by == SortField::By::Field
+                ? std::ranges::find(data.fields, sort.name, &Field::name) != data.fields.end()
+                : is_built_in(sort.name, groups) ||
+                      std::ranges::find(data.variables, sort.name, &Variable::name) != data.variables.end();
         if (!known) throw DefinitionError(sort.place, "sortField", "there is no '" + sort.name + "' to sort by");
     }
 }

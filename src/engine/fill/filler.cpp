@@ -112,7 +112,7 @@ bool Filler::next_row()
     row_on_column_ = false;
     if (!run_.rows.next()) return false;
     if (!groups_.empty()) {
-        find_group_changes();
+        run_.rows.find_group_changes(changed_);
         group_footers(false);
         resolve_groups(Moment::Old, false);
     }
@@ -135,30 +135,6 @@ void Filler::no_data()
     if (kind == WhenNoData::NoDataSection) {
         begin_report();
         place_on_pages(no_data_);
-    }
-}
-
-bool Filler::has_changed(const GroupState& group) const
-{
-    if (!group.plan.expression) return false;
-    return group.plan.expression.evaluate(run_.at(Moment::Old)) !=
-           group.plan.expression.evaluate(run_.at(Moment::Estimated));
-}
-
-void Filler::find_group_changes()
-{
-    // variables that count an inner group may decide about an outer one
-    if (plan_.estimates_for_groups) {
-        for (size_t index = 0; index < groups_.size(); ++index) {
-            changed_[index] = has_changed(groups_[index]);
-        }
-        run_.rows.variables().increment_with_groups(changed_);
-        run_.rows.estimate();
-    }
-    bool changed = false;
-    for (size_t index = 0; index < groups_.size(); ++index) {
-        changed = changed || has_changed(groups_[index]);
-        changed_[index] = changed;
     }
 }
 

@@ -53,8 +53,6 @@ private:
     bool next_row();
     void begin_part(model::Moment part);
     void no_data();
-    void find_group_changes();
-    [[nodiscard]] bool has_changed(const GroupState& group) const;
     void title();
     void background();
     void mark_new_page_or_column();

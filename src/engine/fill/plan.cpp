@@ -354,10 +354,6 @@ void PlanMaker::groups()
 
 void PlanMaker::data()
 {
-    for (const auto& sort : definition_.data.sort_fields) {
-        if (sort.by == model::SortField::By::Field) continue;
-        warn(sort.place, "sortField", "the rows are not sorted by the variable '" + sort.name + "'");
-    }
     for (auto& plan : plan_.parameters) {
         for (const auto& parameter : definition_.data.parameters) {
             if (parameter.name == plan.name) plan.default_value = compiled(parameter.default_value, "parameter");

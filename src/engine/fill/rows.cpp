@@ -1,6 +1,7 @@
 #include "engine/fill/rows.h"
 
 #include "engine/fill/arithmetic.h"
+#include "engine/fill/row_sort.h"
 
 namespace velora::engine {
 
@@ -73,36 +74,13 @@ void Rows::fill_parameters(const ParameterValues& given)
 
 void Rows::sort()
 {
-    struct Key {
-        size_t field;
-        bool descending;
-    };
-    std::vector<Key> keys;
-    for (const auto& sort_field : plan_.definition->data.sort_fields) {
-        for (size_t field = 0; field < plan_.fields.size(); ++field) {
-            if (sort_field.by == model::SortField::By::Field && plan_.fields[field].name == sort_field.name) {
-                keys.push_back({field, sort_field.descending});
-            }
-        }
-    }
-    if (keys.empty()) return;
-
-    std::vector<std::vector<Value>> rows;
+    RowSort order(plan_, shared_);
+    if (!order.needed()) return;
     while (table_.next()) {
         take_row();
-        rows.push_back(fields_);
+        order.add(fields_);
     }
-    std::stable_sort(rows.begin(), rows.end(), [&](const auto& left, const auto& right) {
-        for (const auto& key : keys) {
-            const Value& a = left[key.field];
-            const Value& b = right[key.field];
-            int order = compare_values(a, b);
-            if (a.is_null() || b.is_null()) order = static_cast<int>(b.is_null()) - static_cast<int>(a.is_null());
-            if (order != 0) return key.descending ? order > 0 : order < 0;
-        }
-        return false;
-    });
-    sorted_ = std::move(rows);
+    sorted_ = order.sorted();
     next_sorted_ = 1;
     std::fill(fields_.begin(), fields_.end(), Value());
 }
@@ -157,6 +135,27 @@ bool Rows::next()
     }
     if (filtered) fields_ = kept;
     return false;
+}
+
+void find_group_changes(const ReportPlan& plan, Variables& variables, const Environment& before,
+                        const Environment& estimated, std::vector<bool>& changed)
+{
+    const auto has_changed = [&](const GroupPlan& group) {
+        return group.expression && group.expression.evaluate(before) != group.expression.evaluate(estimated);
+    };
+    // variables that count an inner group may decide about an outer one
+    if (plan.estimates_for_groups) {
+        for (size_t index = 0; index < changed.size(); ++index) {
+            changed[index] = has_changed(plan.groups[index]);
+        }
+        variables.increment_with_groups(changed);
+        variables.estimate(estimated);
+    }
+    bool outer = false;
+    for (size_t index = 0; index < changed.size(); ++index) {
+        outer = outer || has_changed(plan.groups[index]);
+        changed[index] = outer;
+    }
 }
 
 void Rows::recalculate()

@@ -38,6 +38,11 @@ private:
     const Shared& shared_;
 };
 
+/// By group: whether it ends between the row before and the one to come, since its expression or that of a group around
+/// it changes. Variables that are incremented with a group that ends are incremented.
+void find_group_changes(const ReportPlan& plan, Variables& variables, const Environment& before,
+                        const Environment& estimated, std::vector<bool>& changed);
+
 /// The rows of a run in the order that they are printed in, with the row before and the variables.
 class Rows {
 public:
@@ -47,6 +52,12 @@ public:
 
     /// Goes to the next row that the filter lets through.
     bool next();
+
+    /// The groups that end before the row that `next` went to.
+    void find_group_changes(std::vector<bool>& changed)
+    {
+        engine::find_group_changes(plan_, variables_, old_, estimated_, changed);
+    }
 
     [[nodiscard]] const Environment& at(Moment moment) const
     {

@@ -97,7 +97,6 @@ TEST(Opening, TellsWhatIsPassedOver)
         R"(<title height="50"><element kind="chart" chartType="bar" x="0" y="0" width="90" height="50"><dataset kind="category"/>)";
     for (
         const auto& c : {
-            Case{"sorting by a variable", R"(<sortField name="v" type="Variable"/><variable name="v"/>)", "not sorted"},
             Case{"a group without a header",
                  R"(<group name="g" keepTogether="true"><expression>1</expression></group>)", "'g' has no header"},
             Case{"the colour of an axis", chart + R"(<plot valueAxisLabelColor="#FF0000"/></element></title>)",
