@@ -10,6 +10,7 @@ import java.nio.file.Path;
 import java.text.AttributedCharacterIterator.Attribute;
 import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.Comparator;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Locale;
@@ -282,7 +283,7 @@ public final class LayoutPages {
                 styled.getText();
                 Integer cut = text.getTextTruncateIndex();
                 String shown = cut == null ? full : full.substring(0, cut);
-                unless("SANSSERIF", out, "font", ask(text, "getFontName").replace("DEJAVU SANS", "SANSSERIF"));
+                unless("SANSSERIF", out, "font", ask(text, "getFontName").replaceFirst("^DEJAVU SANS$", "SANSSERIF"));
                 unless("10", out, "size", number(size(text)));
                 String face = (text.isBold() ? "bold " : "") + (text.isItalic() ? "italic " : "")
                     + (text.isUnderline() ? "underline " : "") + (text.isStrikeThrough() ? "strike " : "");
@@ -310,7 +311,10 @@ public final class LayoutPages {
 
                 /** The parts of a marked-up text that look different from the element itself. */
                 private static String runs(JRPrintText text, JRStyledText styled) {
-                    var bounds = new TreeSet<>(List.of(0, styled.length()));
+                    // those that hold for less of the text win
+        var inner = new ArrayList<JRStyledText.Run>(styled.getRuns());
+        inner.sort(Comparator.comparingInt(run -> run.startIndex - run.endIndex));
+        var bounds = new TreeSet<>(List.of(0, styled.length()));
                     for (JRStyledText.Run run : styled.getRuns()) bounds.addAll(List.of(run.startIndex, run.endIndex));
                     StringBuilder out = new StringBuilder();
                     Integer from = null;
@@ -344,8 +348,8 @@ public final class LayoutPages {
                     if (italic != text.isItalic()) out.append(italic ? " italic" : " upright");
                     if (underline != text.isUnderline()) out.append(" underline");
                     if (strike != text.isStrikeThrough()) out.append(" strike");
-                    if (looks.get(TextAttribute.SIZE) instanceof Float size && size != size(text)) {
-                        out.append(" size ").append(number(size));
+                    if (looks.get(TextAttribute.SIZE) instanceof Number size && size.floatValue() != size(text)) {
+                        out.append(" size ").append(number(size.floatValue()));
                     }
                     if (looks.get(TextAttribute.FOREGROUND) instanceof Color fore
                         && !fore.equals(text.getForecolor())) {
