@@ -82,9 +82,13 @@ public final class LayoutPages {
             return read;
         }
 
-        @Override public boolean next() { return ++at < rows.size(); }
+        @Override
+        public boolean next() {
+            return ++at < rows.size();
+        }
 
-        @Override public Object getFieldValue(JRField field) {
+        @Override
+        public Object getFieldValue(JRField field) {
             int column = names.indexOf(field.getName());
             String text = column < 0 ? "" : rows.get(at).get(column);
             if (text.isEmpty()) return null;
@@ -107,169 +111,161 @@ public final class LayoutPages {
         context.setProperty("net.sf.jasperreports.text.save.line.breaks", "true");
         int failed = 0;
         for (String definition : Arrays.asList(arguments).subList(shipped ? 1 : 0, arguments.length)) {
-                        try {
-                            JasperReport report = JasperCompileManager.compileReport(definition);
-                            if (shipped) {
-                                fillShipped(new File(definition), report);
-                            } else {
-                                write(new File(definition), report);
-                            }
-                        } catch (Exception | StackOverflowError failure) {
-                            System.err.println(
-                                definition + ": " + String.valueOf(failure.getMessage()).lines().limit(3).toList());
-                            ++failed;
-                        }
-                    }
-                    System.exit(failed == 0 ? 0 : 1);
-            }
-
-            private static void write(File definition, JasperReport report) throws Exception {
-                String rows = report.getPropertiesMap().getProperty("rows");
-                Map<String, Object> parameters = new HashMap<>();
-                parameters.put(JRParameter.REPORT_LOCALE, Locale.US);
-                parameters.put(JRParameter.REPORT_TIME_ZONE, TimeZone.getTimeZone("GMT"));
-                var source = Rows.named(definition.toPath().toAbsolutePath().getParent(), rows == null ? "1" : rows);
-                JasperPrint print = JasperFillManager.fillReport(report, parameters, source);
-
-                StringBuilder out = new StringBuilder("<pages>\n");
-                for (JRPrintPage page : print.getPages()) {
-                    out.append("<page>\n");
-                    elements(page.getElements(), print, out);
-                    out.append("</page>\n");
+            try {
+                JasperReport report = JasperCompileManager.compileReport(definition);
+                if (shipped) {
+                    fillShipped(new File(definition), report);
+                } else {
+                    write(new File(definition), report);
                 }
-                out.append("</pages>\n");
-                Path pages = Path.of(definition.getPath().replaceFirst("\\.jrxml$", ".xml"));
-                Files.writeString(pages, out, StandardCharsets.UTF_8);
+            } catch (Exception | StackOverflowError failure) {
+                System.err.println(definition + ": " + String.valueOf(failure.getMessage()).lines().limit(3).toList());
+                ++failed;
             }
+        }
+        System.exit(failed == 0 ? 0 : 1);
+    }
 
-            private static void fillShipped(File definition, JasperReport report) throws Exception {
-                String name = definition.getName().replaceFirst("\\.rpt$", ".json");
-                Rows rows = Rows.ofPipe(Path.of("tests/golden/definitions", name));
-                if (JasperFillManager.fillReport(report, new HashMap<>(), rows).getPages().isEmpty()) {
-                    throw new IllegalStateException("no page");
-                }
+    private static void write(File definition, JasperReport report) throws Exception {
+        String rows = report.getPropertiesMap().getProperty("rows");
+        Map<String, Object> parameters = new HashMap<>();
+        parameters.put(JRParameter.REPORT_LOCALE, Locale.US);
+        parameters.put(JRParameter.REPORT_TIME_ZONE, TimeZone.getTimeZone("GMT"));
+        var source = Rows.named(definition.toPath().toAbsolutePath().getParent(), rows == null ? "1" : rows);
+        JasperPrint print = JasperFillManager.fillReport(report, parameters, source);
+
+        StringBuilder out = new StringBuilder("<pages>\n");
+        for (JRPrintPage page : print.getPages()) {
+            out.append("<page>\n");
+            elements(page.getElements(), print, out);
+            out.append("</page>\n");
+        }
+        out.append("</pages>\n");
+        Path pages = Path.of(definition.getPath().replaceFirst("\\.jrxml$", ".xml"));
+        Files.writeString(pages, out, StandardCharsets.UTF_8);
+    }
+
+    private static void fillShipped(File definition, JasperReport report) throws Exception {
+        String name = definition.getName().replaceFirst("\\.rpt$", ".json");
+        Rows rows = Rows.ofPipe(Path.of("tests/golden/definitions", name));
+        if (JasperFillManager.fillReport(report, new HashMap<>(), rows).getPages().isEmpty()) {
+            throw new IllegalStateException("no page");
+        }
+    }
+
+    private static void elements(List<JRPrintElement> elements, JasperPrint print, StringBuilder out) {
+        for (JRPrintElement element : elements) {
+            String kind = kind(element);
+            out.append('<').append(kind);
+            attribute(out, "x", element.getX());
+            attribute(out, "y", element.getY());
+            attribute(out, "width", element.getWidth());
+            attribute(out, "height", element.getHeight());
+            looks(element, out);
+            if (element instanceof JRPrintText text) {
+                text(text, out);
+                out.append("</text>\n");
+            } else if (element instanceof JRPrintFrame frame && !frame.getElements().isEmpty()) {
+                out.append(">\n");
+                elements(frame.getElements(), print, out);
+                out.append("</frame>\n");
+            } else {
+                out.append("/>\n");
             }
+        }
+    }
 
-            private static void elements(List<JRPrintElement> elements, JasperPrint print, StringBuilder out) {
-                for (JRPrintElement element : elements) {
-                    String kind = kind(element);
-                    out.append('<').append(kind);
-                    attribute(out, "x", element.getX());
-                    attribute(out, "y", element.getY());
-                    attribute(out, "width", element.getWidth());
-                    attribute(out, "height", element.getHeight());
-                    looks(element, out);
-                    if (element instanceof JRPrintText text) {
-                        text(text, out);
-                        out.append("</text>\n");
-                    } else if (element instanceof JRPrintFrame frame && !frame.getElements().isEmpty()) {
-                        out.append(">\n");
-                        elements(frame.getElements(), print, out);
-                        out.append("</frame>\n");
-                    } else {
-                        out.append("/>\n");
-                    }
-                }
+    private static String kind(JRPrintElement element) {
+        if (element instanceof JRPrintText) return "text";
+        if (element instanceof JRPrintLine) return "line";
+        if (element instanceof JRPrintRectangle) return "rectangle";
+        if (element instanceof JRPrintEllipse) return "ellipse";
+        if (element instanceof JRPrintFrame) return "frame";
+        if (element instanceof JRPrintImage) return "image";
+        return "other";
+    }
+
+    private static void attribute(StringBuilder out, String name, Object value) {
+        out.append(' ').append(name).append("=\"").append(escaped(value.toString())).append('"');
+    }
+
+    private static void unless(String usual, StringBuilder out, String name, Object value) {
+        if (!usual.equals(value.toString())) attribute(out, name, value);
+    }
+
+    private static String escaped(String text) {
+        return text.replace("&", "&amp;").replace("<", "&lt;").replace("\"", "&quot;").replace("\n", "&#10;")
+            .replace("\t", "&#9;");
+    }
+
+    /** What one version of the engine calls "getMode" is "getModeValue" in another, and "getFontSize" "getFontsize". */
+    private static String ask(Object object, String getter) {
+        for (String name : List.of(getter + "Value", getter, getter.replace("Size", "size"))) {
+            try {
+                return String.valueOf(object.getClass().getMethod(name).invoke(object)).toUpperCase(Locale.ROOT);
+            } catch (NoSuchMethodException next) {
+                continue;
+            } catch (ReflectiveOperationException failure) {
+                throw new IllegalStateException(failure);
             }
+        }
+        throw new IllegalStateException(getter);
+    }
 
-            private static String kind(JRPrintElement element) {
-                if (element instanceof JRPrintText) return "text";
-                if (element instanceof JRPrintLine) return "line";
-                if (element instanceof JRPrintRectangle) return "rectangle";
-                if (element instanceof JRPrintEllipse) return "ellipse";
-                if (element instanceof JRPrintFrame) return "frame";
-                if (element instanceof JRPrintImage) return "image";
-                return "other";
-            }
+    private static float size(JRPrintText text) {
+        return Float.parseFloat(ask(text, "getFontSize"));
+    }
 
-            private static void attribute(StringBuilder out, String name, Object value) {
-                out.append(' ').append(name).append("=\"").append(escaped(value.toString())).append('"');
-            }
+    private static String color(Color color) {
+        String text = String.format("#%06x", color.getRGB() & 0xFFFFFF);
+        return color.getAlpha() == 255 ? text : text + String.format("%02x", color.getAlpha());
+    }
 
-            private static void unless(String usual, StringBuilder out, String name, Object value) {
-                if (!usual.equals(value.toString())) attribute(out, name, value);
-            }
+    private static String number(float value) {
+        return new BigDecimal(Float.toString(value)).stripTrailingZeros().toPlainString();
+    }
 
-            private static String escaped(String text) {
-                return text.replace("&", "&amp;")
-                    .replace("<", "&lt;")
-                    .replace("\"", "&quot;")
-                    .replace("\n", "&#10;")
-                    .replace("\t", "&#9;");
-            }
+    private static String pen(JRPen pen, float usual) {
+        float width = pen.getLineWidth() == null ? usual : pen.getLineWidth();
+        return width == 0 ? "none" : number(width) + " " + ask(pen, "getLineStyle") + " " + color(pen.getLineColor());
+    }
 
-            /**
-             * What one version of the engine calls "getMode" is "getModeValue" in another, and "getFontSize"
-             * "getFontsize".
-             */
-            private static String ask(Object object, String getter) {
-                for (String name : List.of(getter + "Value", getter, getter.replace("Size", "size"))) {
-                    try {
-                        return String.valueOf(object.getClass().getMethod(name).invoke(object))
-                            .toUpperCase(Locale.ROOT);
-                    } catch (NoSuchMethodException next) {
-                        continue;
-                    } catch (ReflectiveOperationException failure) {
-                        throw new IllegalStateException(failure);
-                    }
-                }
-                throw new IllegalStateException(getter);
-            }
+    private static void looks(JRPrintElement element, StringBuilder out) {
+        if (element instanceof JRPrintText || element instanceof JRCommonGraphicElement) {
+            unless("#000000", out, "fore", color(element.getForecolor()));
+        }
+        if (ask(element, "getMode").equals("OPAQUE") && !(element instanceof JRPrintLine)) {
+            boolean shape = element instanceof JRPrintRectangle || element instanceof JRPrintEllipse;
+            unless(shape ? "#ffffff" : "", out, "back", color(element.getBackcolor()));
+        } else if (element instanceof JRPrintRectangle || element instanceof JRPrintEllipse) {
+            attribute(out, "back", "none");
+        }
+        if (element instanceof JRPrintLine line) {
+            unless("TOP_DOWN", out, "direction", ask(line, "getDirection").replace("NULL", "TOP_DOWN"));
+        }
+        if (element instanceof JRPrintRectangle rectangle) unless("0", out, "radius", rectangle.getRadius());
+        if (element instanceof JRCommonGraphicElement shape && !(element instanceof JRPrintImage)) {
+            unless("1 SOLID #000000", out, "pen", pen(shape.getLinePen(), 1));
+        }
+        if (element instanceof JRBoxContainer container) box(container.getLineBox(), out);
+        if (element instanceof JRPrintAnchor anchor && anchor.getAnchorName() != null) {
+            attribute(out, "anchor", anchor.getAnchorName());
+            unless("0", out, "level", anchor.getBookmarkLevel());
+        }
+        if (element instanceof JRPrintHyperlink link) link(link, out);
+    }
 
-            private static float size(JRPrintText text) {
-                return Float.parseFloat(ask(text, "getFontSize"));
-            }
+    private static void box(JRLineBox box, StringBuilder out) {
+        String pens = String.join(", ", pen(box.getTopPen(), 0), pen(box.getLeftPen(), 0), pen(box.getBottomPen(), 0),
+            pen(box.getRightPen(), 0));
+        unless("none, none, none, none", out, "border", pens);
+        String paddings = box.getTopPadding() + " " + box.getLeftPadding() + " " + box.getBottomPadding() + " "
+            + box.getRightPadding();
+        unless("0 0 0 0", out, "padding", paddings);
+    }
 
-            private static String color(Color color) {
-                String text = String.format("#%06x", color.getRGB() & 0xFFFFFF);
-                return color.getAlpha() == 255 ? text : text + String.format("%02x", color.getAlpha());
-            }
-
-            private static String number(float value) {
-                return new BigDecimal(Float.toString(value)).stripTrailingZeros().toPlainString();
-            }
-
-            private static String pen(JRPen pen, float usual) {
-                float width = pen.getLineWidth() == null ? usual : pen.getLineWidth();
-                return width == 0 ? "none"
-                                  : number(width) + " " + ask(pen, "getLineStyle") + " " + color(pen.getLineColor());
-            }
-
-            private static void looks(JRPrintElement element, StringBuilder out) {
-                if (element instanceof JRPrintText || element instanceof JRCommonGraphicElement) {
-                    unless("#000000", out, "fore", color(element.getForecolor()));
-                }
-                if (ask(element, "getMode").equals("OPAQUE") && !(element instanceof JRPrintLine)) {
-                    boolean shape = element instanceof JRPrintRectangle || element instanceof JRPrintEllipse;
-                    unless(shape ? "#ffffff" : "", out, "back", color(element.getBackcolor()));
-                } else if (element instanceof JRPrintRectangle || element instanceof JRPrintEllipse) {
-                    attribute(out, "back", "none");
-                }
-                if (element instanceof JRPrintLine line)
-                    unless("TOP_DOWN", out, "direction", ask(line, "getDirection").replace("NULL", "TOP_DOWN"));
-                if (element instanceof JRPrintRectangle rectangle) unless("0", out, "radius", rectangle.getRadius());
-                if (element instanceof JRCommonGraphicElement shape && !(element instanceof JRPrintImage)) {
-                    unless("1 SOLID #000000", out, "pen", pen(shape.getLinePen(), 1));
-                }
-                if (element instanceof JRBoxContainer container) box(container.getLineBox(), out);
-                if (element instanceof JRPrintAnchor anchor && anchor.getAnchorName() != null) {
-                    attribute(out, "anchor", anchor.getAnchorName());
-                    unless("0", out, "level", anchor.getBookmarkLevel());
-                }
-                if (element instanceof JRPrintHyperlink link) link(link, out);
-            }
-
-            private static void box(JRLineBox box, StringBuilder out) {
-                String pens = String.join(", ", pen(box.getTopPen(), 0), pen(box.getLeftPen(), 0),
-                    pen(box.getBottomPen(), 0), pen(box.getRightPen(), 0));
-                unless("none, none, none, none", out, "border", pens);
-                String paddings = box.getTopPadding() + " " + box.getLeftPadding() + " " + box.getBottomPadding() + " "
-                    + box.getRightPadding();
-                unless("0 0 0 0", out, "padding", paddings);
-            }
-
-            private static void link(JRPrintHyperlink link, StringBuilder out) {
-                switch (ask(link, "getHyperlinkType")) {
+    private static void link(JRPrintHyperlink link, StringBuilder out) {
+        switch (ask(link, "getHyperlinkType")) {
             case "REFERENCE" -> attribute(out, "link", "reference " + link.getHyperlinkReference());
             case "LOCALANCHOR", "LOCAL_ANCHOR" -> attribute(out, "link", "anchor " + link.getHyperlinkAnchor());
             case "LOCALPAGE", "LOCAL_PAGE" -> attribute(out, "link", "page " + link.getHyperlinkPage());
@@ -279,85 +275,78 @@ public final class LayoutPages {
 
     private static void text(JRPrintText text, StringBuilder out) {
         JRStyledText styled = text.getFullStyledText(ALL);
-        String full = styled == null ? "" :
-                styled.getText();
-                Integer cut = text.getTextTruncateIndex();
-                String shown = cut == null ? full : full.substring(0, cut);
-                unless("SANSSERIF", out, "font", ask(text, "getFontName").replaceFirst("^DEJAVU SANS$", "SANSSERIF"));
-                unless("10", out, "size", number(size(text)));
-                String face = (text.isBold() ? "bold " : "") + (text.isItalic() ? "italic " : "")
-                    + (text.isUnderline() ? "underline " : "") + (text.isStrikeThrough() ? "strike " : "");
-                unless("", out, "face", face.trim());
-                unless("LEFT", out, "align", ask(text, "getHorizontalTextAlign"));
-                unless("TOP", out, "valign", ask(text, "getVerticalTextAlign"));
-                unless("NONE", out, "rotation", ask(text, "getRotation"));
-                if (!shown.isEmpty()) attribute(out, "textHeight", number(text.getTextHeight()));
-                unless("", out, "lines", lineStarts(text, shown));
-                if (!text.getMarkup().equals("none")) unless("", out, "runs", runs(text, styled));
-                out.append('>').append(escaped(shown));
-                }
+        String full = styled == null ? "" : styled.getText();
+        Integer cut = text.getTextTruncateIndex();
+        String shown = cut == null ? full : full.substring(0, cut);
+        unless("SANSSERIF", out, "font", ask(text, "getFontName").replaceFirst("^DEJAVU SANS$", "SANSSERIF"));
+        unless("10", out, "size", number(size(text)));
+        String face = (text.isBold() ? "bold " : "") + (text.isItalic() ? "italic " : "")
+            + (text.isUnderline() ? "underline " : "") + (text.isStrikeThrough() ? "strike " : "");
+        unless("", out, "face", face.trim());
+        unless("LEFT", out, "align", ask(text, "getHorizontalTextAlign"));
+        unless("TOP", out, "valign", ask(text, "getVerticalTextAlign"));
+        unless("NONE", out, "rotation", ask(text, "getRotation"));
+        if (!shown.isEmpty()) attribute(out, "textHeight", number(text.getTextHeight()));
+        unless("", out, "lines", lineStarts(text, shown));
+        if (!text.getMarkup().equals("none")) unless("", out, "runs", runs(text, styled));
+        out.append('>').append(escaped(shown));
+    }
 
-                /** Where the lines begin that no line feed of the text begins. */
-                private static String lineStarts(JRPrintText text, String shown) {
-                    if (text.getLineBreakOffsets() == null) return "";
-                    StringBuilder starts = new StringBuilder();
-                    int at = 0;
-                    for (short length : text.getLineBreakOffsets()) {
-                        at += length;
-                        if (at < shown.length()) starts.append(starts.length() == 0 ? "" : " ").append(at);
-                    }
-                    return starts.toString();
-                }
+    /** Where the lines begin that no line feed of the text begins. */
+    private static String lineStarts(JRPrintText text, String shown) {
+        if (text.getLineBreakOffsets() == null) return "";
+        StringBuilder starts = new StringBuilder();
+        int at = 0;
+        for (short length : text.getLineBreakOffsets()) {
+            at += length;
+            if (at < shown.length()) starts.append(starts.length() == 0 ? "" : " ").append(at);
+        }
+        return starts.toString();
+    }
 
-                /** The parts of a marked-up text that look different from the element itself. */
-                private static String runs(JRPrintText text, JRStyledText styled) {
-                    // those that hold for less of the text win
+    /** The parts of a marked-up text that look different from the element itself. */
+    private static String runs(JRPrintText text, JRStyledText styled) {
+        // those that hold for less of the text win
         var inner = new ArrayList<JRStyledText.Run>(styled.getRuns());
         inner.sort(Comparator.comparingInt(run -> run.startIndex - run.endIndex));
         var bounds = new TreeSet<>(List.of(0, styled.length()));
-                    for (JRStyledText.Run run : styled.getRuns()) bounds.addAll(List.of(run.startIndex, run.endIndex));
-                    StringBuilder out = new StringBuilder();
-                    Integer from = null;
-                    for (int to : bounds) {
-                        if (from != null) {
-                            Map<Attribute, Object> looks = new HashMap<>();
-                            for (JRStyledText.Run run : styled.getRuns()) {
-                                if (run.startIndex <= from && run.endIndex >= to) looks.putAll(run.attributes);
-                            }
-                            String difference = difference(text, looks);
-                            if (!difference.isEmpty()) {
-                                out.append(out.length() == 0 ? "" : ", ")
-                                    .append(from)
-                                    .append('-')
-                                    .append(to)
-                                    .append(difference);
-                            }
-                        }
-                        from = to;
-                    }
-                    return out.toString();
+        for (JRStyledText.Run run : styled.getRuns()) bounds.addAll(List.of(run.startIndex, run.endIndex));
+        StringBuilder out = new StringBuilder();
+        Integer from = null;
+        for (int to : bounds) {
+            if (from != null) {
+                Map<Attribute, Object> looks = new HashMap<>();
+                for (JRStyledText.Run run : inner) {
+                    if (run.startIndex <= from && run.endIndex >= to) looks.putAll(run.attributes);
                 }
-
-                private static String difference(JRPrintText text, Map<Attribute, Object> looks) {
-                    StringBuilder out = new StringBuilder();
-                    boolean bold = TextAttribute.WEIGHT_BOLD.equals(looks.get(TextAttribute.WEIGHT));
-                    boolean italic = TextAttribute.POSTURE_OBLIQUE.equals(looks.get(TextAttribute.POSTURE));
-                    boolean underline = TextAttribute.UNDERLINE_ON.equals(looks.get(TextAttribute.UNDERLINE));
-                    boolean strike = TextAttribute.STRIKETHROUGH_ON.equals(looks.get(TextAttribute.STRIKETHROUGH));
-                    if (bold != text.isBold()) out.append(bold ? " bold" : " light");
-                    if (italic != text.isItalic()) out.append(italic ? " italic" : " upright");
-                    if (underline != text.isUnderline()) out.append(" underline");
-                    if (strike != text.isStrikeThrough()) out.append(" strike");
-                    if (looks.get(TextAttribute.SIZE) instanceof Number size && size.floatValue() != size(text)) {
-                        out.append(" size ").append(number(size.floatValue()));
-                    }
-                    if (looks.get(TextAttribute.FOREGROUND) instanceof Color fore
-                        && !fore.equals(text.getForecolor())) {
-                        out.append(' ').append(color(fore));
-                    }
-                    if (TextAttribute.SUPERSCRIPT_SUPER.equals(looks.get(TextAttribute.SUPERSCRIPT)))
-                        out.append(" super");
-                    if (TextAttribute.SUPERSCRIPT_SUB.equals(looks.get(TextAttribute.SUPERSCRIPT))) out.append(" sub");
-                    return out.toString();
+                String difference = difference(text, looks);
+                if (!difference.isEmpty()) {
+                    out.append(out.length() == 0 ? "" : ", ").append(from).append('-').append(to).append(difference);
                 }
             }
+            from = to;
+        }
+        return out.toString();
+    }
+
+    private static String difference(JRPrintText text, Map<Attribute, Object> looks) {
+        StringBuilder out = new StringBuilder();
+        boolean bold = TextAttribute.WEIGHT_BOLD.equals(looks.get(TextAttribute.WEIGHT));
+        boolean italic = TextAttribute.POSTURE_OBLIQUE.equals(looks.get(TextAttribute.POSTURE));
+        boolean underline = TextAttribute.UNDERLINE_ON.equals(looks.get(TextAttribute.UNDERLINE));
+        boolean strike = TextAttribute.STRIKETHROUGH_ON.equals(looks.get(TextAttribute.STRIKETHROUGH));
+        if (bold != text.isBold()) out.append(bold ? " bold" : " light");
+        if (italic != text.isItalic()) out.append(italic ? " italic" : " upright");
+        if (underline != text.isUnderline()) out.append(" underline");
+        if (strike != text.isStrikeThrough()) out.append(" strike");
+        if (looks.get(TextAttribute.SIZE) instanceof Number size && size.floatValue() != size(text)) {
+            out.append(" size ").append(number(size.floatValue()));
+        }
+        if (looks.get(TextAttribute.FOREGROUND) instanceof Color fore && !fore.equals(text.getForecolor())) {
+            out.append(' ').append(color(fore));
+        }
+        if (TextAttribute.SUPERSCRIPT_SUPER.equals(looks.get(TextAttribute.SUPERSCRIPT))) out.append(" super");
+        if (TextAttribute.SUPERSCRIPT_SUB.equals(looks.get(TextAttribute.SUPERSCRIPT))) out.append(" sub");
+        return out.toString();
+    }
+}
