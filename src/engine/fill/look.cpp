@@ -1,6 +1,7 @@
 #include "engine/fill/look.h"
 
-#include <set>
+#include <algorithm>
+#include <ranges>
 
 namespace velora::engine {
 
@@ -121,16 +122,24 @@ private:
 
 using ByName = std::map<std::string_view, const model::Style*>;
 
-/// Puts the layers of a style in front of those that are there: parents first, of the conditions the first one last.
-void collect(const model::Style& style, const ByName& styles, const Names& names, std::set<std::string_view> seen,
-             StylePlan& plan)
+/// A style and those that it inherits from, itself first.
+std::vector<const model::Style*> line_of(const model::Style& style, const ByName& styles)
 {
-    if (!seen.insert(style.name).second) {
-        throw DefinitionError(style.place, "style", "style '" + style.name + "' inherits from itself");
+    std::vector<const model::Style*> line;
+    for (const auto* at = &style; at != nullptr;) {
+        if (std::ranges::find(line, at) != line.end()) {
+            throw DefinitionError(style.place, "style", "style '" + style.name + "' inherits from itself");
+        }
+        line.push_back(at);
+        const auto parent = styles.find(at->parent);
+        at = parent == styles.end() ? nullptr : parent->second;
     }
-    if (const auto parent = styles.find(style.parent); parent != styles.end()) {
-        collect(*parent->second, styles, names, seen, plan);
-    }
+    return line;
+}
+
+/// Adds the layers of a style: its attributes, then its conditions, of which the first one wins.
+void add_layers(const model::Style& style, const Names& names, StylePlan& plan)
+{
     plan.layers.push_back({{}, &style.attributes});
     for (auto condition = style.conditions.rbegin(); condition != style.conditions.rend(); ++condition) {
         if (!condition->condition.present() || plan.conditions == 64) continue;
@@ -163,11 +172,20 @@ StylePlans::StylePlans(const model::Definition& definition, const Names& names)
     for (const auto& style : definition.styles) {
         styles[style.name] = &style;
     }
+    std::vector<const model::Style*> usual;  // the default style and those that it inherits from
+    for (const auto& style : definition.styles) {
+        if (style.is_default) usual = line_of(*styles[style.name], styles);
+    }
     for (const auto& style : definition.styles) {
         StylePlan& plan = plans_[style.name];
         if (!plan.layers.empty()) continue;
         plan.name = style.name;
-        collect(*styles[style.name], styles, names, {}, plan);
+        const auto line = line_of(*styles[style.name], styles);
+        if (std::ranges::find(usual, line.back()) == usual.end()) {
+            // a style without a parent stands upon the default style, but for its conditions
+            for (const auto* base : usual | std::views::reverse) plan.layers.push_back({{}, &base->attributes});
+        }
+        for (const auto* base : line | std::views::reverse) add_layers(*base, names, plan);
         if (style.is_default) default_ = &plan;
     }
 }

@@ -48,7 +48,7 @@ std::string TextPart::shown_value(const Environment& environment)
             own_pattern_ = std::move(pattern);
             own_formatter_ = std::make_unique<Pattern>(own_pattern_, run_.rows.shared().surroundings);
         }
-        if (!own_pattern_.empty()) formatter = own_formatter_.get();
+        formatter = own_pattern_.empty() ? nullptr : own_formatter_.get();  // null: as if there were no pattern at all
     }
     const std::string none = dress_->look.blank_when_null ? "" : "null";
     if (!formatter && !run_.wants_values) return plan_.expression.text(environment).value_or(none);
@@ -204,15 +204,15 @@ void TextPart::lay_out(int stretch)
     end_ = layout_.complete ? text.size() : layout_.end;
 }
 
-/// The largest size, in tenths of a point, at which the whole text fits.
+/// The largest size, in halves of a point, at which the whole text fits.
 void TextPart::scale_font(const TextRequest& request)
 {
     TextRequest smaller = request;
     Style style = *dress_->style;
     int low = 1;
-    int high = std::max(1, static_cast<int>(style.font.size * 10));
-    const auto fits = [&](int tenths) {
-        style.font.size = static_cast<float>(tenths) / 10;
+    int high = std::max(1, static_cast<int>(style.font.size * 2));
+    const auto fits = [&](int halves) {
+        style.font.size = static_cast<float>(halves) / 2;
         smaller.style = &style;
         run_.measurer.measure(smaller, layout_);
         return layout_.complete;

@@ -10,23 +10,25 @@ namespace {
 
 constexpr float kHeightTolerance = 0.001F;  // sums of single precision heights
 
-float spaced(const Paragraph& paragraph, float height)
+/// Height of a line below another one: the spacing counts for what stands above the base line.
+float spaced(const Paragraph& paragraph, const LineMetrics& metrics)
 {
+    const float above = metrics.ascent;
     switch (paragraph.spacing) {
         case LineSpacing::Single:
-            return height;
+            return metrics.height();
         case LineSpacing::OneAndHalf:
-            return height * 1.5F;
+            return metrics.gap + above * 1.5F + metrics.descent;
         case LineSpacing::Double:
-            return height * 2;
-        case LineSpacing::AtLeast:
-            return std::max(height, paragraph.spacing_size);
-        case LineSpacing::Fixed:
-            return paragraph.spacing_size;
+            return metrics.gap + above * 2 + metrics.descent;
         case LineSpacing::Proportional:
-            return height * paragraph.spacing_size;
+            return metrics.gap + above * paragraph.spacing_size + metrics.descent;
+        case LineSpacing::AtLeast:
+            return std::max(metrics.gap + above, paragraph.spacing_size) + metrics.descent;
+        case LineSpacing::Fixed:
+            return paragraph.spacing_size + metrics.descent;
     }
-    return height;
+    return metrics.height();
 }
 
 }  // namespace
@@ -56,18 +58,19 @@ float LineBuilder::available() const
 bool LineBuilder::add(const Stretch& stretch, const LineMetrics& metrics)
 {
     const Paragraph& paragraph = request_.style->paragraph;
-    const float before = first_line_ ? paragraph.spacing_before : 0;
-    const float after = stretch.ends_paragraph ? paragraph.spacing_after : 0;
-    const float height = spaced(paragraph, metrics.height());
+    const bool first = layout_.lines.empty();
+    const float before = first && first_line_ ? paragraph.spacing_before : 0;
+    const float height = first ? metrics.height() : spaced(paragraph, metrics);
     if (layout_.height + before + height > request_.max_height + kHeightTolerance) return false;
-    if (layout_.lines.empty()) {
+    if (first) {
+        const float size = request_.style->font.size;
         layout_.leading_offset = -metrics.descent;
-        layout_.line_spacing_factor = request_.style->font.size > 0 ? height / request_.style->font.size : 0;
+        layout_.line_spacing_factor = size > 0 ? spaced(paragraph, metrics) / size : 0;
     }
     const float indent = paragraph.left_indent + (first_line_ ? paragraph.first_line_indent : 0);
     layout_.lines.push_back({stretch.begin, stretch.end, stretch.width, before + height - metrics.descent,
-                             before + height + after, indent, stretch.ends_paragraph});
-    layout_.height += before + height + after;
+                             before + height, indent, stretch.ends_paragraph});
+    layout_.height += before + height;
     layout_.width = std::max(layout_.width, stretch.width);
     layout_.end = stretch.next;
     first_line_ = false;

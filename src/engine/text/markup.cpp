@@ -142,6 +142,19 @@ void set_size(Look& look, std::string_view text)
     if (error == std::errc() && size > 0 && size < 1000) look.font.size = size;
 }
 
+/// The size of HTML's `font`: a step from 1 to 7, or as many steps from the fourth as a signed number says.
+void set_step(Look& look, std::string_view text)
+{
+    constexpr std::array<float, 7> kSteps{8, 10, 12, 14, 18, 24, 36};
+    const bool is_signed = text.starts_with('+') || text.starts_with('-');
+    int step = 0;
+    const std::string_view digits = text.substr(text.starts_with('+') ? 1 : 0);
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), step);
+    if (error != std::errc() || end != digits.data() + digits.size()) return;
+    step = std::clamp(step, -7, 7) + (is_signed ? 4 : 0);
+    look.font.size = kSteps.at(static_cast<size_t>(std::clamp(step, 1, 7) - 1));
+}
+
 void apply_attribute(Look& look, const std::string& name, const std::string& value)
 {
     const bool yes = value == "true";
@@ -199,7 +212,7 @@ constexpr std::array kInline = {
     InlineTag{"span",   [](Look&) {}},
 };
 // clang-format on
-constexpr std::array<std::string_view, 5> kBlocks = {"p", "div", "ul", "ol", "li"};
+constexpr std::array<std::string_view, 11> kBlocks = {"p", "div", "ul", "ol", "li", "h1", "h2", "h3", "h4", "h5", "h6"};
 
 class Parser {
 public:
@@ -236,15 +249,17 @@ private:
     size_t take_character(size_t at)
     {
         if (html_ && is_blank(marked_[at])) {
-            if (!plain.empty() && plain.back() != ' ' && plain.back() != '\n') plain += ' ';
+            if (!plain.empty() && plain.back() != ' ' && plain.back() != '\n' && !feed_waits_) plain += ' ';
             return 1;
         }
+        begin_line();
         return append_unescaped(marked_, at, plain);
     }
 
     bool take_tag(const Tag& tag)
     {
         if (tag.name == "br") {
+            begin_line();
             if (!tag.closing) plain += '\n';
             return true;
         }
@@ -260,18 +275,31 @@ private:
 
     void take_block(const Tag& tag)
     {
-        if (!plain.empty() && plain.back() != '\n') plain += '\n';
-        if (tag.name == "li" && !tag.closing) plain += "\u2022 ";
+        feed_waits_ = !plain.empty() && plain.back() != '\n';
+        if (tag.name != "li" || tag.closing) return;
+        begin_line();
+        plain += "\u2022 ";
+    }
+
+    /// A block ends its line when something follows it.
+    void begin_line()
+    {
+        if (feed_waits_) plain += '\n';
+        feed_waits_ = false;
     }
 
     bool open(const Tag& tag, const InlineTag& known)
     {
         if (tag.empty) return true;
+        begin_line();
+        run_begin_ = static_cast<uint32_t>(plain.size());
         Look look = open_.back().look;
         known.apply(look);
         for (const Attribute& attribute : tag.attributes) {
             if (attribute.name == "style") {
                 apply_css(look, attribute.value);
+            } else if (html_ && tag.name == "font" && attribute.name == "size") {
+                set_step(look, attribute.value);
             } else {
                 apply_attribute(look, attribute.name, attribute.value);
             }
@@ -305,6 +333,7 @@ private:
     std::vector<TextRun>& runs_;
     std::vector<Open> open_;
     uint32_t run_begin_ = 0;
+    bool feed_waits_ = false;
 };
 
 }  // namespace

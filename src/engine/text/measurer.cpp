@@ -48,6 +48,9 @@ void Measurer::measure(const TextRequest& request, TextLayout& layout)
         result = request.runs.empty() ? lay_plain(request, range, face, builder, metrics) : LayoutResult::Unsuitable;
         if (result == LayoutResult::Unsuitable) result = caches_->rich.lay(request, range, builder);
         at = range.next;
+        const bool ends_with_feed = range.next == request.text.size() && range.next > range.end;
+        // the empty line behind a line feed at the end takes room where there is some
+        if (result == LayoutResult::Done && ends_with_feed) builder.add({at, at, at, 0, true}, metrics);
     }
     layout.complete = result == LayoutResult::Done;
     if (!layout.complete && !request.whole_last_word && !layout.lines.empty()) fill_last_line(request, layout);

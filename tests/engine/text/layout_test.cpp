@@ -194,17 +194,19 @@ TEST_F(LayoutTest, LineSpacingsOfEveryKind)
         float size;
         float per_line;  ///< of the second and later ones
     };
-    const float single = measurer.line_height(style.font);
-    for (const auto& c : {Case{LineSpacing::Single, 1, single}, Case{LineSpacing::OneAndHalf, 1, single * 1.5F},
-                          Case{LineSpacing::Double, 1, single * 2}, Case{LineSpacing::Fixed, 30, 30},
-                          Case{LineSpacing::AtLeast, 5, single}, Case{LineSpacing::AtLeast, 40, 40},
-                          Case{LineSpacing::Proportional, 3, single * 3}}) {
+    const float ascent = 9.2822266F, descent = 2.3583984F;  // of the test's font at 10 points
+    for (const auto& c :
+         {Case{LineSpacing::Single, 1, ascent + descent}, Case{LineSpacing::OneAndHalf, 1, ascent * 1.5F + descent},
+          Case{LineSpacing::Double, 1, ascent * 2 + descent}, Case{LineSpacing::Fixed, 30, 30 + descent},
+          Case{LineSpacing::Fixed, 4, 4 + descent}, Case{LineSpacing::AtLeast, 5, ascent + descent},
+          Case{LineSpacing::AtLeast, 40, 40 + descent}, Case{LineSpacing::Proportional, 3, ascent * 3 + descent}}) {
         style.paragraph.spacing = c.spacing;
         style.paragraph.spacing_size = c.size;
-        lines("a\nb", 100);
-        const float two = layout.height;
+        lines("a", 100);
+        EXPECT_NEAR(layout.height, ascent + descent, 0.001F) << "the first line knows no spacing";
         lines("a\nb\nc", 100);
-        EXPECT_NEAR(layout.height - two, c.per_line, 0.01F) << static_cast<int>(c.spacing) << ' ' << c.size;
+        EXPECT_NEAR(layout.height, ascent + descent + 2 * c.per_line, 0.001F) << static_cast<int>(c.spacing);
+        EXPECT_NEAR(layout.lines[1].ascent, c.per_line - descent, 0.001F) << static_cast<int>(c.spacing);
     }
 }
 
@@ -248,13 +250,22 @@ TEST_F(LayoutTest, HtmlMarkupForgivesWhatPeopleWrite)
              {"one that was never opened", "a</b>b", "ab", 0},
              {"tags of nobody are left out", "<table><td>a</td></table>", "a", 0},
              {"blanks join", "a \n\t b", "a b", 0},
-             {"a list", "<ul><li>a</li><li>b</li></ul>", "\u2022 a\n\u2022 b\n", 0},
-             {"paragraphs part once", "<p>a</p>\n<p>b</p>", "a\nb\n", 0},
+             {"a list", "<ul><li>a</li><li>b</li></ul>", "\u2022 a\n\u2022 b", 0},
+             {"paragraphs part once", "<p>a</p>\n<p>b</p>", "a\nb", 0},
+             {"what stands behind a heading", "<h1>a</h1> b", "a\nb", 0},
+             {"a line break at the end stays", "a<br>", "a\n", 0},
              {"styles by sheet", "<span style='font-weight:bold; color: #f00'>a</span>", "a", 1},
              {"a link", "<a href='http://x?a=1&amp;b=2'>a</a>", "a", 1}}) {
         EXPECT_EQ(plain_text_of(c.marked, Markup::Html, style, runs), c.plain) << c.why;
         EXPECT_EQ(runs.size(), c.runs) << c.why;
     }
+    for (const auto& [step, size] :
+         {std::pair{"1", 8.0F}, {"4", 14.0F}, {"7", 36.0F}, {"9", 36.0F}, {"+1", 18.0F}, {"-1", 12.0F}, {"-9", 8.0F}}) {
+        plain_text_of("<font size='" + std::string(step) + "'>a</font>", Markup::Html, style, runs);
+        EXPECT_EQ(runs.at(0).font->size, size) << step;
+    }
+    plain_text_of("<font size='12pt'>a</font>", Markup::Html, style, runs);
+    EXPECT_TRUE(runs.empty()) << "no step";
     plain_text_of("<a href='http://x?a=1&amp;b=2'>a</a>", Markup::Html, style, runs);
     EXPECT_EQ(runs.at(0).link, "http://x?a=1&b=2");
 }

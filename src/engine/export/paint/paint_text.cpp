@@ -216,12 +216,11 @@ void TextPainter::paint_lines(const Text& text, const Style& style, const Place&
     ReadingOrder order(text.text);
     double y = (turned ? 0 : place.y) + area.top + vertical_offset(style, height, text.text_height);
     if (detail == nullptr || detail->lines.empty()) {
-        // The height tells where the line ends, whatever the spacing is.
+        // The height tells where the line ends, with the spacing before it.
         const Face& face = fonts_.face(style.font);
         const double scale = style.font.size / face.units_per_em();
         const TextLine all{0, static_cast<uint32_t>(text.shown().size()), 0, 0, 0, 0, true};
-        const double line =
-            text.text_height > 0 ? text.text_height - style.paragraph.spacing_after : face.line_height() * scale;
+        const double line = text.text_height > 0 ? text.text_height : face.line_height() * scale;
         const double ascent = line - face.descent() * scale;
         paint_line(text.text, all, {left, y + ascent, room, false, order.is_right_to_left(all)}, detail, style, canvas);
         return;
