@@ -4,6 +4,7 @@ import java.awt.Color;
 import java.awt.font.TextAttribute;
 import java.io.File;
 import java.math.BigDecimal;
+import java.net.URL;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
@@ -104,18 +105,44 @@ public final class LayoutPages {
         }
     }
 
+    /** Finds the subreports of a case, "parts/NAME.jasper", by making them from the definitions in its folder. */
+    private static final class Parts extends ClassLoader {
+        private Path folder;
+
+        Parts() {
+            super(LayoutPages.class.getClassLoader());
+        }
+
+        @Override
+        public URL getResource(String name) {
+            Path definition = folder == null ? null : folder.resolve(name.replaceFirst("\\.jasper$", ".jrxml"));
+            if (!name.startsWith("parts/") || !Files.exists(definition)) return super.getResource(name);
+            try {
+                Path compiled = Files.createTempFile("part", ".jasper");
+                compiled.toFile().deleteOnExit();
+                JasperCompileManager.compileReportToFile(definition.toString(), compiled.toString());
+                return compiled.toUri().toURL();
+            } catch (Exception failure) {
+                throw new IllegalStateException(name, failure);
+            }
+        }
+    }
+
     public static void main(String[] arguments) {
         boolean shipped = arguments.length > 0 && arguments[0].equals("--shipped");
         var context = DefaultJasperReportsContext.getInstance();
         context.setProperty("net.sf.jasperreports.default.font.name", "DejaVu Sans");
         context.setProperty("net.sf.jasperreports.text.save.line.breaks", "true");
         int failed = 0;
+        Parts parts = new Parts();
+        Thread.currentThread().setContextClassLoader(parts);
         for (String definition : Arrays.asList(arguments).subList(shipped ? 1 : 0, arguments.length)) {
             try {
                 JasperReport report = JasperCompileManager.compileReport(definition);
                 if (shipped) {
                     fillShipped(new File(definition), report);
                 } else {
+                    parts.folder = Path.of(definition).toAbsolutePath().getParent();
                     write(new File(definition), report);
                 }
             } catch (Exception | StackOverflowError failure) {
@@ -156,6 +183,7 @@ public final class LayoutPages {
     private static void elements(List<JRPrintElement> elements, JasperPrint print, StringBuilder out) {
         for (JRPrintElement element : elements) {
             String kind = kind(element);
+            if (kind.isEmpty()) continue;
             out.append('<').append(kind);
             attribute(out, "x", element.getX());
             attribute(out, "y", element.getY());
@@ -182,7 +210,7 @@ public final class LayoutPages {
         if (element instanceof JRPrintEllipse) return "ellipse";
         if (element instanceof JRPrintFrame) return "frame";
         if (element instanceof JRPrintImage) return "image";
-        return "other";
+        return "";  // a mark for interactive viewers
     }
 
     private static void attribute(StringBuilder out, String name, Object value) {
