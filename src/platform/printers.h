@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,12 @@ class Printers {
 public:
     virtual ~Printers() = default;
     [[nodiscard]] virtual std::vector<Printer> list() const = 0;
+    /// The one that is used where none is named; none on a machine without printers.
+    [[nodiscard]] virtual std::optional<Printer> usual() const
+    {
+        const auto all = list();
+        return all.empty() ? std::nullopt : std::optional(all.front());
+    }
 };
 
 }  // namespace velora

@@ -7,9 +7,17 @@
 #include <vector>
 
 #include "platform/export_formats.h"
+#include "values/fault.h"
 #include "values/table_source.h"
 
 namespace velora {
+
+/// A heading of a report, for a tree to find one's way by.
+struct OutlineEntry {
+    std::string text;
+    size_t page = 0;  ///< from 0
+    int level = 1;    ///< 1 at the root
+};
 
 /// Finished pages of a report, kept for a window.
 class PageView {
@@ -19,7 +27,19 @@ public:
     [[nodiscard]] virtual size_t page_count() const = 0;
     /// The page as a PNG picture at so many pixels an inch.
     [[nodiscard]] virtual std::string page_png(size_t page, double pixels_per_inch) const = 0;
+    /// The texts of the page, line by line, those of a line apart by tabs.
     [[nodiscard]] virtual std::string page_text(size_t page) const = 0;
+
+    struct Size {
+        double width = 595, height = 842;  ///< points
+    };
+    [[nodiscard]] virtual Size page_size() const { return {}; }
+    /// The bookmarks of the report, else the headings of its groups.
+    [[nodiscard]] virtual std::vector<OutlineEntry> outline() const { return {}; }
+    /// Writes the pages as they are. @throws Fault; an earlier file then stays as it was
+    virtual void Export(ExportFormat format, const std::string& path) const = 0;
+    /// All pages on the machine's usual printer. @throws Fault 429 where there is no way to print
+    virtual void PrintOut() const { throw Fault(fault::kCannotCreate, "This machine has no way to print."); }
 };
 
 /// A definition that has been opened, its data and its printer.

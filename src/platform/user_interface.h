@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/report_engine.h"
 
@@ -16,7 +18,21 @@ struct MessageBox {
     Icon icon = Icon::Exclamation;
 };
 
-/// What a person sees: message boxes and windows.
+/// What a file dialog shows.
+struct FileQuestion {
+    std::string title;
+    std::string folder;  ///< where it begins
+    std::string filter;  ///< texts and patterns in turn, separated by "|"; the first pair counts at first
+    bool several = false;
+};
+
+/// What a folder dialog shows.
+struct FolderQuestion {
+    std::string title;
+    std::string root;
+};
+
+/// What a person sees: message boxes, windows and dialogs.
 class UserInterface {
 public:
     virtual ~UserInterface() = default;
@@ -25,6 +41,16 @@ public:
 
     /// Shows finished pages in a window of their own and returns at once.
     virtual void show_pages(std::shared_ptr<PageView> pages, const std::string& caption) = 0;
+
+    // A user interface without dialogs answers as a person who cancels them.
+    /// The full paths of the chosen files; none when the person cancels.
+    virtual std::optional<std::vector<std::string>> choose_files(const FileQuestion&) { return std::nullopt; }
+    virtual std::optional<std::string> choose_folder(const FolderQuestion&) { return std::nullopt; }
+    /// The file to write; its ending says in which format.
+    virtual std::optional<std::string> choose_target(const FileQuestion&) { return std::nullopt; }
+    virtual void copy_text(const std::string& /*text*/) {}
+    /// The web site of the maker.
+    virtual void open_web_site() {}
 
     /// Long work tells how far it is; `total` is 0 where it is not known.
     virtual void progress(size_t /*done*/, size_t /*total*/) {}

@@ -134,6 +134,7 @@ void choose_printer(SessionState& state, std::string_view name)
         return is_like(lower_ascii(printer.DeviceName), pattern);
     });
     if (chosen == printers.end()) throw fault::object_not_set("Printer");  // not caught further up on purpose
+    state.current_printer = *chosen;
     auto& report = report_of(state);
     report.SelectPrinter(chosen->DriverName, chosen->DeviceName, chosen->Port);
     report.PaperOrientation(kPrintersDefault);

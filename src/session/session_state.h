@@ -9,6 +9,7 @@
 
 #include "platform/accounting.h"
 #include "platform/database.h"
+#include "platform/mail_transport.h"
 #include "platform/printers.h"
 #include "platform/region.h"
 #include "platform/report_engine.h"
@@ -49,6 +50,7 @@ struct Ports {
     std::string export_file;  ///< a host may name the file of an export itself; blank: folder and name as set up
     /// Sees the finished data pipe of a run before it is delivered; a host may leave it empty.
     std::function<void(const DataPipeRecordset&)> on_pipe;
+    MailTransport* mail = nullptr;
 };
 
 /// The state that all procedures share. It starts zeroed, each entry point overwrites what it is given, and nothing
@@ -87,6 +89,7 @@ struct SessionState {
     std::string gVerAR, gVerAP, gVerIC, gVerGL, gVerOE;
 
     std::shared_ptr<OpenedReport> gCrReport;
+    std::optional<Printer> current_printer;  ///< chosen by a run or in the options; none: the machine's usual one
 
     double gPrSubTotal = 0;
     double gPrDiscount = 0;

@@ -16,6 +16,12 @@ std::string setting(SessionState& state, std::string_view key, std::string_view 
     return state.ports.settings->get(kApplication, state.gReportSection, key, otherwise);
 }
 
+void save_setting(SessionState& state, std::string_view key, std::string_view value)
+{
+    if (state.ports.settings == nullptr) throw fault::object_not_set("settings");
+    state.ports.settings->set(kApplication, state.gReportSection, key, value);
+}
+
 std::string Encrypt(SessionState& state, std::string_view pText)
 {
     std::string result;

@@ -11,6 +11,8 @@ namespace velora {
 /// A setting of the user for the company of the session.
 std::string setting(SessionState& state, std::string_view key, std::string_view otherwise);
 
+void save_setting(SessionState& state, std::string_view key, std::string_view value);
+
 std::string Encrypt(SessionState& state, std::string_view pText);
 std::string Decrypt(SessionState& state, std::string_view pText);
 

@@ -13,6 +13,7 @@ struct FaultText {
 };
 
 constexpr auto kTexts = std::to_array<FaultText>({
+    {fault::kInvalidCall, "Invalid procedure call or argument"},
     {fault::kOverflow, "Overflow"},
     {fault::kSubscript, "Subscript out of range"},
     {fault::kDivisionByZero, "Division by zero"},
@@ -21,6 +22,8 @@ constexpr auto kTexts = std::to_array<FaultText>({
     {fault::kPathAccess, "Path/File access error"},
     {fault::kObjectNotSet, "Object variable or With block variable not set"},
     {fault::kNull, "Invalid use of Null"},
+    {fault::kNoSuchMember, "Control array element does not exist"},
+    {fault::kPropertyValue, "Invalid property value"},
     {fault::kCannotCreate, "ActiveX component can't create object"},
     {fault::kNoCurrentRow,
      "Either BOF or EOF is True, or the current record has been deleted. "
@@ -29,6 +32,7 @@ constexpr auto kTexts = std::to_array<FaultText>({
     {fault::kClosedObject, "Operation is not allowed when the object is closed."},
     {fault::kReportFile, "Invalid file name."},
     {fault::kCancelled, "Operation cancelled by user."},
+    {fault::kNoSuchElement, "Element not found"},
 });
 
 }  // namespace

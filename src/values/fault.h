@@ -22,6 +22,7 @@ private:
 
 /// The fault numbers that the logic tells apart. The texts are those that users know from the product.
 namespace fault {
+inline constexpr int32_t kInvalidCall = 5;
 inline constexpr int32_t kOverflow = 6;
 inline constexpr int32_t kSubscript = 9;
 inline constexpr int32_t kDivisionByZero = 11;
@@ -30,12 +31,15 @@ inline constexpr int32_t kFileNotFound = 53;
 inline constexpr int32_t kPathAccess = 75;
 inline constexpr int32_t kObjectNotSet = 91;
 inline constexpr int32_t kNull = 94;
+inline constexpr int32_t kNoSuchMember = 340;
+inline constexpr int32_t kPropertyValue = 380;
 inline constexpr int32_t kCannotCreate = 429;
 inline constexpr int32_t kNoCurrentRow = 3021;
 inline constexpr int32_t kNoSuchColumn = 3265;
 inline constexpr int32_t kClosedObject = 3704;
 inline constexpr int32_t kReportFile = 20507;
 inline constexpr int32_t kCancelled = 20545;
+inline constexpr int32_t kNoSuchElement = 35601;
 inline constexpr int32_t kDatabase = -2147217900;
 inline constexpr int32_t kAccounting = -2147467259;
 

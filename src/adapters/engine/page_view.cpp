@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "adapters/engine/page_copy.h"
+#include "adapters/engine/page_outline.h"
 #include "engine/export/common/page_walk.h"
+#include "engine/export/exporter.h"
 #include "engine/export/paint/page_picture.h"
 #include "engine/text/font_store.h"
 #include "values/fault.h"
@@ -26,6 +29,12 @@ public:
     [[nodiscard]] size_t page_count() const override { return pages_->pages.size(); }
     [[nodiscard]] std::string page_png(size_t page, double pixels_per_inch) const override;
     [[nodiscard]] std::string page_text(size_t page) const override;
+    [[nodiscard]] Size page_size() const override
+    {
+        return {static_cast<double>(pages_->document.page_width), static_cast<double>(pages_->document.page_height)};
+    }
+    [[nodiscard]] std::vector<OutlineEntry> outline() const override { return page_outline(*pages_); }
+    void Export(ExportFormat format, const std::string& path) const override;
 
 private:
     [[nodiscard]] const engine::Page& page(size_t number) const
@@ -41,6 +50,15 @@ private:
 std::string Pages::page_png(size_t number, double pixels_per_inch) const
 {
     return engine::page_picture(pages_->document, page(number), pixels_per_inch, *fonts_);
+}
+
+void Pages::Export(ExportFormat format, const std::string& path) const
+{
+    const engine::ExportContext context{*fonts_, {}};
+    const auto sink = engine::make_exporter(record_of(format).extension.substr(1), path, context);
+    sink->begin(pages_->document);
+    for (const engine::Page& page : pages_->pages) sink->page(copy_of(page));
+    sink->end();
 }
 
 /// The texts of the page line by line, each line from left to right.
