@@ -94,11 +94,12 @@ void copy_definitions(const fs::path& from, const fs::path& to)
     }
 }
 
-void write_report_lists(const fs::path& reports, ProfileFile& profiles)
+/// Into the folder in the making, with the paths that hold once it stands in its place.
+void write_report_lists(const fs::path& reports, const fs::path& place, ProfileFile& profiles)
 {
     for (const ReportKind& kind : report_kinds()) {
         const std::string name = list_file_name(sample::kCompanyId, kind.which);
-        write_default_list(profiles, kind.which, (reports / name).string());
+        write_default_list(profiles, kind.which, (reports / name).string(), place / "Reports");
     }
 }
 
@@ -114,7 +115,7 @@ void make_application_folder(const NewFolder& wanted, ProfileFile& lists)
         write_config(making.path());
         make_databases(making.path(), wanted.samples, wanted.empty);
         copy_definitions(wanted.definitions, making.path() / "Reports");
-        write_report_lists(making.path() / "Reports", lists);
+        write_report_lists(making.path() / "Reports", place, lists);
         making.move_into_place();
     } catch (const fs::filesystem_error& error) {
         fail(place, error.code().message() + " (" + error.path1().string() + ")");

@@ -95,7 +95,8 @@ std::string INIFile(SessionState& state, WhichReport kind)
     std::string result;
     with_failure_path(state, ErrorMessenger, "modGeneral.INIFile", [&] {
         const std::string path = application_path(state, "Reports", list_file_name(company_id(state), kind));
-        if (!profiles(state).exists(path)) write_default_list(profiles(state), kind, path);
+        if (!profiles(state).exists(path))
+            write_default_list(profiles(state), kind, path, application_path(state, "Reports"));
         result = path;
     });
     return result;
@@ -137,13 +138,14 @@ void Write_ReportList(SessionState& state)
     write_entries(profiles(state), INIFile(state, state.gWhichReport), state.gReportList);
 }
 
-void write_default_list(ProfileFile& profiles, WhichReport kind, const std::string& path)
+void write_default_list(ProfileFile& profiles, WhichReport kind, const std::string& path, const fs::path& definitions)
 {
     std::vector<ReportListEntry> entries;
     for (const ReportKind& each : report_kinds()) {
         if (each.list_file != kind_of_list(kind).list_file) continue;
         for (const std::string_view name : each.shipped) {
-            if (!name.empty()) entries.push_back({std::string(name), std::string(name) + ".rpt", each.type});
+            if (name.empty()) continue;
+            entries.push_back({std::string(name), (definitions / (std::string(name) + ".rpt")).string(), each.type});
         }
     }
     write_entries(profiles, path, entries);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -23,9 +24,10 @@ void Read_ReportList(SessionState& state);
 /// Writes `gReportList` back; sections past its end stay in the file.
 void Write_ReportList(SessionState& state);
 
-/// Writes the list that a company begins with: the reports that the product ships for the kinds of that list. Their
-/// locations are relative, so that the folder can be copied.
-void write_default_list(ProfileFile& profiles, WhichReport kind, const std::string& path);
+/// Writes the list that a company begins with: the reports that the product ships for the kinds of that list, each by
+/// its full path in the folder of the definitions. A copy of the folder finds its own by `definition_path`.
+void write_default_list(ProfileFile& profiles, WhichReport kind, const std::string& path,
+                        const std::filesystem::path& definitions);
 
 /// Name of the list file for a kind.
 std::string list_file_name(std::string_view company_id, WhichReport kind);

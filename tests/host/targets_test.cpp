@@ -153,11 +153,11 @@ TEST_F(Targets, ACopyOfAFolderPrintsWithItsOwnDefinitions)
         rightMargin="0" topMargin="0" bottomMargin="0"><title><band height="20"><element kind="staticText" x="0" y="0"
         width="100" height="20"><text>Tender</text></element></band></title></jasperReport>)");
     const std::string list = (folder / "Reports/DEMOCO_QuoteReports.ini").string();
-    const std::string relative = file_text(list);
-    EXPECT_THAT(relative, HasSubstr("Location=Quote.rpt"));
-    const std::string full = (company() / "Reports" / "Quote.rpt").string();  // as older folders hold it
-    write_text(list, std::string(relative).replace(relative.find("Quote.rpt"), 9, full));
-    for (const auto& list_text : {relative, file_text(list)}) {
+    const std::string full = (company() / "Reports" / "Quote.rpt").string();
+    const std::string copied = file_text(list);
+    ASSERT_THAT(copied, HasSubstr("Location=" + full));
+    const std::string relative = std::string(copied).replace(copied.find(full), full.size(), "Quote.rpt");
+    for (const auto& list_text : {copied, relative}) {
         write_text(list, list_text);
         const std::string file = scratch("a.txt").string();
         ASSERT_EQ(in(folder, {"quote", "52", "--output", file}).status, 0);
