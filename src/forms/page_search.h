@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "platform/report_engine.h"
+
+namespace velora::forms {
+
+/// How often each page holds the text, letter case aside; a match ends before the next one begins. All are 0 for a
+/// blank text.
+std::vector<size_t> count_on_pages(const PageView& pages, std::string_view text);
+
+}  // namespace velora::forms
