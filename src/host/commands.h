@@ -20,6 +20,7 @@ void add_render_command(CLI::App& program, CommandBody& chosen);
 void add_fields_command(CLI::App& program, CommandBody& chosen);
 void add_report_list_commands(CLI::App& program, CommandBody& chosen);
 void add_window_commands(CLI::App& program, CommandBody& chosen);
+void add_drive_command(CLI::App& program, CommandBody& chosen);
 
 /// A command whose report or window is not in this build says so.
 ExitStatus not_available(Host& host, std::string_view what);

@@ -190,10 +190,11 @@ TEST(Focus, IsLostWithoutACheckWhenTheControlOrAFrameAroundItGoes)
         const char* why;
         void (*take_away)(Noted&);
     };
-    for (const auto& c : {Case{"hidden", [](Noted& form) { form.box.set_visible(false); }},
-                          Case{"disabled", [](Noted& form) { form.box.set_enabled(false); }},
-                          Case{"its frame is hidden", [](Noted& form) { form.inner.set_visible(false); }},
-                          Case{"the frame around that is disabled", [](Noted& form) { form.frame.set_enabled(false); }}}) {
+    for (const auto& c :
+         {Case{"hidden", [](Noted& form) { form.box.set_visible(false); }},
+          Case{"disabled", [](Noted& form) { form.box.set_enabled(false); }},
+          Case{"its frame is hidden", [](Noted& form) { form.inner.set_visible(false); }},
+          Case{"the frame around that is disabled", [](Noted& form) { form.frame.set_enabled(false); }}}) {
         Noted form;
         form.box.check = [] { return false; };
         form.enter(form.box);
