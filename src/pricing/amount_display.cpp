@@ -118,9 +118,7 @@ std::shared_ptr<const ViewRow> inventory_options(SessionState& state)
     return state.cache.remember("IC0380", {}, [&]() -> std::shared_ptr<const ViewRow> {
         OpenedView view(state, "IC0380");
         view.init();
-        auto row = view.fetch() ? std::make_shared<const ViewRow>(view, kSeparatorOptions) : nullptr;
-        view.close();
-        return row;
+        return view.fetch() ? std::make_shared<const ViewRow>(view, kSeparatorOptions) : nullptr;
     });
 }
 
@@ -152,43 +150,35 @@ int16_t currency_decimals(SessionState& state, std::string_view currency)
 
 std::string Display_AccpacCurrency(SessionState& state, double value, std::string& currency, bool showSymbol)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.Display_AccpacCurrency", [&] {
+    return with_failure_path(state, ErrorMessenger, "modGeneral.Display_AccpacCurrency", [&] {
         if (trimmed(currency).empty()) currency = accounting(state).Company().HomeCurrency;
-        result = shown_amount(value, accounting(state).GetCurrency(currency), showSymbol);
+        return shown_amount(value, accounting(state).GetCurrency(currency), showSymbol);
     });
-    return result;
 }
 
 std::string Return_FormatItem(SessionState& state, std::string_view item)
 {
-    std::string result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_FormatItem", [&] {
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_FormatItem", [&] {
         const auto number = trimmed(item);
-        result = state.cache.remember("Return_FormatItem", {number}, [&] {
+        return state.cache.remember("Return_FormatItem", {number}, [&] {
             OpenedView view(state, "IC0310");
             view.browse("ITEMNO = " + quoted(number));
-            std::string formatted = view.fetch() ? view.text("FMTITEMNO") : std::string();
-            view.close();
-            return formatted;
+            return view.fetch() ? view.text("FMTITEMNO") : std::string();
         });
     });
-    return result;
 }
 
 std::string Remove_Separators(SessionState& state, std::string_view item)
 {
-    std::string result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Remove_Separators", [&] {
-        const auto options = inventory_options(state);
-        if (!options) return;
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Remove_Separators", [&] {
         std::string kept;
+        const auto options = inventory_options(state);
+        if (!options) return kept;
         for (const char character : item) {
             if (is_kept(character, *options)) kept.push_back(character);
         }
-        result = trimmed(kept);
+        return std::string(trimmed(kept));
     });
-    return result;
 }
 
 }  // namespace velora

@@ -16,7 +16,7 @@ void read_charge(const Recordset& row, MiscChargeRecord& charge)
     charge.Line = to_int16(row.value("Line"));
     charge.ChargeCode = to_text(row.value("ChargeCode"));
     charge.ChDesc = to_text(row.value("ChDesc"));
-    charge.Amount = static_cast<float>(to_number(row.value("Amount")));
+    charge.Amount = to_single(row.value("Amount"));
     for (size_t n = 0; n < kTaxSlots; ++n) {
         charge.TaxClass[n] = to_text(row.value("TaxClass" + std::to_string(n + 1)));
     }

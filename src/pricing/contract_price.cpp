@@ -48,9 +48,7 @@ std::shared_ptr<const ViewRow> find_contract(SessionState& state, std::string_vi
     return state.cache.remember("IC0274", {filter}, [&]() -> std::shared_ptr<const ViewRow> {
         OpenedView view(state, "IC0274");
         view.browse(filter);
-        auto row = view.fetch() ? std::make_shared<const ViewRow>(view, kContractFields) : nullptr;
-        view.close();
-        return row;
+        return view.fetch() ? std::make_shared<const ViewRow>(view, kContractFields) : nullptr;
     });
 }
 
@@ -65,8 +63,8 @@ float cost_plus_price(SessionState& state, const ViewRow& contract, int16_t pric
                       std::string_view price_list, std::string_view currency)
 {
     const auto method = to_int16(contract.field("COSTMETHOD"));
-    const auto percent = static_cast<float>(contract.number("PLUSPER"));
-    const auto amount = static_cast<float>(contract.number("PLUSAMT"));
+    const auto percent = to_single(contract.number("PLUSPER"));
+    const auto amount = to_single(contract.number("PLUSAMT"));
     if (method == kMarkupCost) {
         return Return_MarkupCostPrice(state, item, price_list, currency, percent, amount, price_type);
     }
@@ -77,8 +75,8 @@ float contract_price(SessionState& state, const ViewRow& contract, std::string_v
                      std::string_view currency)
 {
     const auto price_type = to_int16(contract.field("PRICETYPE"));
-    if (price_type >= 1 && price_type <= 3) return static_cast<float>(contract.number("CALCPRICE"));
-    if (price_type == kFixedPrice) return static_cast<float>(contract.number("FIXPRICE"));
+    if (price_type >= 1 && price_type <= 3) return to_single(contract.number("CALCPRICE"));
+    if (price_type == kFixedPrice) return to_single(contract.number("FIXPRICE"));
     if (price_type == kCostPlusPercent || price_type == kCostPlusAmount) {
         return cost_plus_price(state, contract, price_type, item, price_list, currency);
     }
@@ -87,7 +85,7 @@ float contract_price(SessionState& state, const ViewRow& contract, std::string_v
 
 float round_to_currency(SessionState& state, float price, std::string_view currency)
 {
-    return static_cast<float>(rounded(price, currency_decimals(state, currency)));
+    return to_single(rounded(price, currency_decimals(state, currency)));
 }
 
 /// The column of the matrix whose head is the commodity; blank when none is.
@@ -107,14 +105,12 @@ std::string_view matrix_column(OpenedView& matrix, std::string_view commodity)
 float Return_ContractPrice(SessionState& state, std::string_view item, std::string_view priceList,
                            std::string_view currency)
 {
-    float result = 0;
-    if (state.gQuote.CustFrom != 0 || trimmed(state.gQuote.AccpacID).empty()) return result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_ContractPrice", [&] {
+    if (state.gQuote.CustFrom != 0 || trimmed(state.gQuote.AccpacID).empty()) return 0;
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_ContractPrice", [&] {
         const auto contract = find_contract(state, item, priceList);
-        if (!contract || !counts(*contract, state.gQuote.quDateEnter)) return;
-        result = contract_price(state, *contract, item, priceList, currency);
+        if (!contract || !counts(*contract, state.gQuote.quDateEnter)) return 0.0F;
+        return contract_price(state, *contract, item, priceList, currency);
     });
-    return result;
 }
 
 float Return_MarkupCostPrice(SessionState& state, std::string_view item, std::string_view priceList,
@@ -128,11 +124,10 @@ float Return_MarkupCostPrice(SessionState& state, std::string_view item, std::st
         if (view.fetch()) {
             const double cost = view.number("MARKUPCOST");
             const float share = percent / 100.0F;
-            result = static_cast<float>(priceType == kCostPlusPercent ? cost + cost * share : cost + amount);
+            result = to_single(priceType == kCostPlusPercent ? cost + cost * share : cost + amount);
             // The plain name in every version of the inventory module: that is meant.
-            if (result == 0) result = static_cast<float>(view.number("BASEPRICE"));
+            if (result == 0) result = to_single(view.number("BASEPRICE"));
         }
-        view.close();
         result = round_to_currency(state, result, currency);
     });
     return result;
@@ -151,9 +146,8 @@ float Return_ContractCostPrice(SessionState& state, std::string_view item, std::
         if (view.fetch() && costMethod >= kFirstMethod && method < kLocationCosts.size()) {
             const double cost = view.number(kLocationCosts[method]);
             const double plus = priceType == kCostPlusPercent ? cost * (double{percent} / 100) : double{amount};
-            result = static_cast<float>(cost + plus);
+            result = to_single(cost + plus);
         }
-        view.close();
         result = round_to_currency(state, result, currency);
     });
     return result;
@@ -161,16 +155,13 @@ float Return_ContractCostPrice(SessionState& state, std::string_view item, std::
 
 Value Return_CIGPrice(SessionState& state, std::string_view customerCode, std::string_view commodity)
 {
-    Value result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_CIGPrice", [&] {
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_CIGPrice", [&] {
         OpenedView view(state, "MW0200");
         const auto column = matrix_column(view, commodity);
         view.cancel();
         view.browse("CCODE = " + quoted(customerCode));
-        if (view.fetch()) result = view.field(column);  // without a column this is a fault of the session
-        view.close();
+        return view.fetch() ? view.field(column) : Value();  // without a column this is a fault of the session
     });
-    return result;
 }
 
 }  // namespace velora

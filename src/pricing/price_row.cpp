@@ -63,10 +63,7 @@ std::shared_ptr<const PriceRow> find_price_row(SessionState& state, std::string_
     return state.cache.remember("IC0480", {item, priceList, currency}, [&]() -> std::shared_ptr<const PriceRow> {
         OpenedView view(state, "IC0480");
         view.browse(price_filter(item, priceList, currency));
-        auto row =
-            view.fetch() ? std::make_shared<const PriceRow>(view, has_dated_price_fields(state.gVerIC)) : nullptr;
-        view.close();
-        return row;
+        return view.fetch() ? std::make_shared<const PriceRow>(view, has_dated_price_fields(state.gVerIC)) : nullptr;
     });
 }
 
@@ -74,13 +71,13 @@ std::optional<std::string> fallback_price_list(SessionState& state, std::string_
 {
     if (numeric_value(company_default(state, "mdUsePLDef")) != 1) return std::nullopt;
     std::string price_list = to_text(company_default(state, "mdDefaultPL"));
-    if (trimmed(price_list).empty() || trimmed(price_list) == trimmed(priceList)) return std::nullopt;
+    if (trimmed(price_list) == trimmed(priceList)) return std::nullopt;
     return price_list;
 }
 
 void put_line_price_list(SessionState& state, std::string_view priceList)
 {
-    opened(state.gQuoteDetails, "gQuoteDetails").put("dePriceList", priceList);
+    if (state.gQuoteDetails) state.gQuoteDetails->put("dePriceList", priceList);
 }
 
 }  // namespace velora

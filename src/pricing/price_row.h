@@ -44,10 +44,12 @@ std::string price_filter(std::string_view item, std::string_view priceList, std:
 std::shared_ptr<const PriceRow> find_price_row(SessionState& state, std::string_view item, std::string_view priceList,
                                                std::string_view currency);
 
-/// The default price list of the company where lookups may fall back on it from `priceList`; none where not.
+/// The default price list of the company where lookups may fall back on it from `priceList`; none where not. It may be
+/// blank: a company that falls back and names no list.
 std::optional<std::string> fallback_price_list(SessionState& state, std::string_view priceList);
 
-/// Writes the price list of the current detail line; the line lives in memory only.
+/// Writes the price list of the current detail line, which lives in memory only. A report that holds no detail lines
+/// has none to write to.
 void put_line_price_list(SessionState& state, std::string_view priceList);
 
 }  // namespace velora

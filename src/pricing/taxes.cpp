@@ -65,9 +65,7 @@ std::shared_ptr<const ViewRow> find_rates(SessionState& state, std::string_view 
     return state.cache.remember("TX0004", {filter}, [&]() -> std::shared_ptr<const ViewRow> {
         OpenedView view(state, "TX0004");
         view.browse(filter);
-        auto row = view.fetch() ? std::make_shared<const ViewRow>(view, kRateFields) : nullptr;
-        view.close();
-        return row;
+        return view.fetch() ? std::make_shared<const ViewRow>(view, kRateFields) : nullptr;
     });
 }
 
@@ -82,7 +80,6 @@ void Get_TaxAuthorities(SessionState& state, std::string_view group, TaxSlots& s
         if (view.fetch()) {
             for (size_t n = 0; n < kTaxSlots; ++n) read_slot(view, n, slots[n], count);
         }
-        view.close();
     });
 }
 
@@ -99,7 +96,6 @@ void Get_APItemTaxes(SessionState& state)
             for (size_t n = 0; n < kTaxSlots; ++n) line.put(numbered(column, n), "");
         }
         take_classes(classes, state.gTaxAuthorities, line);
-        classes.close();
         complete_classes(line, state.gTaxAuthorityCount);
     });
 }
@@ -107,18 +103,16 @@ void Get_APItemTaxes(SessionState& state)
 float Return_TaxRate(SessionState& state, std::string_view authority, std::string_view buyerClass,
                      std::string_view itemClass)
 {
-    float result = 0;
     const auto by = trimmed(authority);
-    if (by.empty()) return result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_TaxRate", [&] {
+    if (by.empty()) return 0;
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_TaxRate", [&] {
         const auto rates = find_rates(state, by, trimmed(buyerClass));
-        if (!rates) return;
         const double item_class = leading_number(trimmed(itemClass));
-        for (size_t n = 0; n < kRateFields.size(); ++n) {
-            if (item_class == static_cast<double>(n + 1)) result = static_cast<float>(rates->number(kRateFields[n]));
+        for (size_t n = 0; rates && n < kRateFields.size(); ++n) {
+            if (item_class == static_cast<double>(n + 1)) return to_single(rates->field(kRateFields[n]));
         }
+        return 0.0F;
     });
-    return result;
 }
 
 }  // namespace velora

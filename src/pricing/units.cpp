@@ -25,9 +25,7 @@ bool is_unit_of_item(SessionState& state, std::string_view item, std::string_vie
     compose(units, 1, {{0, &items}});
     compose(taxes, 3, {{0, &items}});
     units.browse("ITEMNO = " + quoted(trimmed(item)) + " AND UNIT = " + std::string(trimmed(unit)));
-    const bool found = units.fetch();
-    units.close();
-    return found;
+    return units.fetch();
 }
 
 }  // namespace
@@ -35,18 +33,15 @@ bool is_unit_of_item(SessionState& state, std::string_view item, std::string_vie
 std::string Return_BaseUnit(SessionState& state, std::string_view item, std::string_view priceList,
                             std::string_view currency)
 {
-    std::string result;
-    if (trimmed(priceList).empty() || trimmed(item).empty()) return result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_BaseUnit", [&] {
+    if (trimmed(priceList).empty() || trimmed(item).empty()) return {};
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_BaseUnit", [&] {
         const std::string in_currency = currency_or_home(state, currency);
-        if (const auto row = find_price_row(state, item, priceList, in_currency)) {
-            result = row->base_unit();
-        } else if (const auto fallback = fallback_price_list(state, priceList)) {
-            put_line_price_list(state, *fallback);
-            result = Return_BaseUnit(state, item, *fallback, in_currency);
-        }
+        if (const auto row = find_price_row(state, item, priceList, in_currency)) return row->base_unit();
+        const auto fallback = fallback_price_list(state, priceList);
+        if (!fallback) return std::string();
+        put_line_price_list(state, *fallback);  // before the call, unlike with a price
+        return Return_BaseUnit(state, item, *fallback, in_currency);
     });
-    return result;
 }
 
 double Return_BaseConvFactor(SessionState& state, std::string_view item, std::string_view priceList,
@@ -69,10 +64,9 @@ double Return_BaseConvFactor(SessionState& state, std::string_view item, std::st
 
 std::string Return_VLBaseUnit(SessionState& state, int32_t itemID)
 {
-    std::string result;
-    with_failure_path(state, ErrorADO, "modGeneral.Return_VLBaseUnit", [&] {
+    return with_failure_path(state, ErrorADO, "modGeneral.Return_VLBaseUnit", [&] {
         const auto id = std::to_string(itemID);
-        result = state.cache.remember("Return_VLBaseUnit", {id}, [&] {
+        return state.cache.remember("Return_VLBaseUnit", {id}, [&] {
             const auto rows = open_query(
                 state,
                 {Command::statement("SELECT [ItemID],[itStockUnit] FROM [Items] WHERE ([ItemID]=" + id + ");"),
@@ -83,50 +77,42 @@ std::string Return_VLBaseUnit(SessionState& state, int32_t itemID)
             return unit;
         });
     });
-    return result;
 }
 
 bool Check_ItemUofM(SessionState& state, std::string_view item, std::string_view unit, bool quiet)
 {
-    bool found = false;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Check_ItemUofM", [&] {
-        found = is_unit_of_item(state, item, unit);
-        if (found || quiet) return;
-        tell(state, {"Invalid Entry",
-                     "The Unit of Measure that was entered is not a valid\r\n"
-                     "Sage Accpac Unit of Measure. Please re-enter the Unit of\r\n"
-                     "Measure or use the finder.",
-                     Icon::Exclamation});
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Check_ItemUofM", [&] {
+        const bool found = is_unit_of_item(state, item, unit);
+        if (!found && !quiet) {
+            tell(state, {"Invalid Entry",
+                         "The Unit of Measure that was entered is not a valid\r\n"
+                         "Sage Accpac Unit of Measure. Please re-enter the Unit of\r\n"
+                         "Measure or use the finder.",
+                         Icon::Exclamation});
+        }
+        return found;
     });
-    return found;
 }
 
 float Return_APFactor(SessionState& state, std::string_view item, std::string_view unit)
 {
-    float result = 0;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_APFactor", [&] {
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_APFactor", [&] {
         OpenedView view(state, "IC0750");
         // The item stands in this view without its separators, unlike in all others.
         view.browse("ITEMNO = " + quoted(Remove_Separators(state, item)));
         while (view.fetch()) {
-            if (view.text("UNIT") != trimmed(unit)) continue;
-            result = static_cast<float>(to_number(Value(view.text("FACTOR"))));
-            break;
+            if (view.text("UNIT") == trimmed(unit)) return to_single(Value(view.text("FACTOR")));
         }
-        view.close();
+        return 0.0F;
     });
-    return result;
 }
 
 std::string Return_ItemWeightUnit(SessionState& state)
 {
-    std::string result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_ItemWeightUnit", [&] {
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_ItemWeightUnit", [&] {
         OpenedView view(state, "IC0380");
-        if (view.read()) result = view.text("WEIGHTUNIT");
-        view.close();
+        return view.read() ? view.text("WEIGHTUNIT") : std::string();
     });
-    return result;
 }
 
 }  // namespace velora

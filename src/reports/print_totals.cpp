@@ -17,7 +17,7 @@ namespace velora {
 
 namespace {
 
-constexpr std::array<int32_t, 3> kTolerated{10, fault::kNull, 30009};
+constexpr std::array<int32_t, 3> kTolerated{fault::kArrayFixed, fault::kNull, fault::kInvalidRow};
 constexpr double kItemLine = 20;
 constexpr double kAccountingItem = 30;
 
@@ -140,9 +140,7 @@ private:
         const Checked unit = Checked(row.value("deQuotedPrice")) * (Checked(row.value("deConvFactor")) / divisor);
         const Checked gross = Checked(row.value("deQuantity")) * unit;
         const Checked discount(row.value("deDiscount"));
-        if (gross.fault() != 0) throw fault::of(gross.fault());
-        if (discount.fault() != 0) throw fault::of(discount.fault());
-        line.net = Fixed4::from(rounded(gross.value(), 2) - in_currency(discount.value())).to_double();
+        line.net = Fixed4::from(rounded(gross.raised(), 2) - in_currency(discount.raised())).to_double();
     }
 
     /// The cost has no unit conversion while the weight has: that is meant.
@@ -171,7 +169,7 @@ private:
     }
 
     /// Splits what is included and works out what is added. Each included tax is taken from the whole amount by its
-    /// own rate, while the base uses the sum of the rates.
+    /// own rate, while the base uses the sum of the rates. @throws Fault 11 or 6 for a rate of -100
     void tax_amount(const TaxFields& fields, TaxedAmount& into)
     {
         for (size_t n = 0; n < kTaxSlots; ++n) {
@@ -184,9 +182,10 @@ private:
         for (size_t n = 0; n < count_; ++n) {
             if (!is_one(fields.included[n])) continue;
             included_rates += rates_[n];
-            into.included[n] += into.net * rates_[n] / (100.0 + rates_[n]);
+            into.included[n] += (Checked(into.net * rates_[n]) / (100.0 + rates_[n])).raised();
         }
-        into.base = Fixed4::from(in_currency(into.net * 100 / (100.0 + included_rates)));
+        const Checked base = Checked(into.net * 100) / (100.0 + included_rates);
+        into.base = Fixed4::from(in_currency(base.raised()));
         for (size_t n = 0; n < count_; ++n) {
             if (!is_filled(fields.tax_class[n]) || !(rates_[n] > 0)) continue;
             into.tax[n] = Fixed4::from(into.base.to_double() * (double{rates_[n]} / 100));
@@ -201,7 +200,7 @@ private:
                 const double included = in_currency(amount.included[n]);
                 taxes_[n] += tax;
                 included_sum_ += included;
-                slots_[n].Amount = static_cast<float>(slots_[n].Amount + tax - included);
+                slots_[n].Amount = to_single(slots_[n].Amount + tax - included);
             }
         }
     }
@@ -268,8 +267,8 @@ void Calculate_PrintTotals(SessionState& state, int32_t pQuoteID, int16_t pCount
         if (state.gMiscCharges) totals.read_charges(*state.gMiscCharges);
         totals.publish();
         rows->Close();
-    } catch (const Fault& caught) {
-        Show_ReportError(state, caught, "Calculate_PrintTotals");
+    } catch (const std::exception& caught) {
+        Show_ReportError(state, fault::of(caught), "Calculate_PrintTotals");
     }
 }
 

@@ -22,6 +22,12 @@ public:
 
     [[nodiscard]] int32_t fault() const { return fault_; }
     [[nodiscard]] double value() const { return value_; }
+    /// The number where nothing guards the statement. @throws Fault
+    [[nodiscard]] double raised() const
+    {
+        if (fault_ != 0) throw fault::of(fault_);
+        return value_;
+    }
 
     friend Checked operator*(Checked a, Checked b) { return joined(a, b, a.value_ * b.value_); }
     friend Checked operator-(Checked a, Checked b) { return joined(a, b, a.value_ - b.value_); }

@@ -1,6 +1,7 @@
 #include "values/fault.h"
 
 #include <array>
+#include <new>
 #include <string_view>
 
 namespace velora {
@@ -15,16 +16,20 @@ struct FaultText {
 constexpr auto kTexts = std::to_array<FaultText>({
     {fault::kInvalidCall, "Invalid procedure call or argument"},
     {fault::kOverflow, "Overflow"},
+    {fault::kOutOfMemory, "Out of memory"},
     {fault::kSubscript, "Subscript out of range"},
+    {fault::kArrayFixed, "This array is fixed or temporarily locked"},
     {fault::kDivisionByZero, "Division by zero"},
     {fault::kTypeMismatch, "Type mismatch"},
     {fault::kFileNotFound, "File not found"},
     {fault::kPathAccess, "Path/File access error"},
     {fault::kObjectNotSet, "Object variable or With block variable not set"},
+    {fault::kInvalidPattern, "Invalid pattern string"},
     {fault::kNull, "Invalid use of Null"},
     {fault::kNoSuchMember, "Control array element does not exist"},
     {fault::kPropertyValue, "Invalid property value"},
     {fault::kCannotCreate, "ActiveX component can't create object"},
+    {fault::kAutomation, "Automation error"},
     {fault::kNoCurrentRow,
      "Either BOF or EOF is True, or the current record has been deleted. "
      "Requested operation requires a current record."},
@@ -32,6 +37,7 @@ constexpr auto kTexts = std::to_array<FaultText>({
     {fault::kClosedObject, "Operation is not allowed when the object is closed."},
     {fault::kReportFile, "Invalid file name."},
     {fault::kCancelled, "Operation cancelled by user."},
+    {fault::kInvalidRow, "Invalid Row value"},
     {fault::kNoSuchElement, "Element not found"},
 });
 
@@ -48,6 +54,13 @@ Fault fault::of(int32_t number, std::string where)
         if (known.number == number) return {number, std::string(known.text), std::move(where)};
     }
     return {number, "Application-defined or object-defined error", std::move(where)};
+}
+
+Fault fault::of(const std::exception& caught)
+{
+    if (const auto* known = dynamic_cast<const Fault*>(&caught)) return *known;
+    if (dynamic_cast<const std::bad_alloc*>(&caught) != nullptr) return of(kOutOfMemory);
+    return {kAutomation, "Automation error: " + std::string(caught.what())};
 }
 
 Fault fault::overflow(std::string where)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -24,21 +25,26 @@ private:
 namespace fault {
 inline constexpr int32_t kInvalidCall = 5;
 inline constexpr int32_t kOverflow = 6;
+inline constexpr int32_t kOutOfMemory = 7;
 inline constexpr int32_t kSubscript = 9;
+inline constexpr int32_t kArrayFixed = 10;
 inline constexpr int32_t kDivisionByZero = 11;
 inline constexpr int32_t kTypeMismatch = 13;
 inline constexpr int32_t kFileNotFound = 53;
 inline constexpr int32_t kPathAccess = 75;
 inline constexpr int32_t kObjectNotSet = 91;
+inline constexpr int32_t kInvalidPattern = 93;
 inline constexpr int32_t kNull = 94;
 inline constexpr int32_t kNoSuchMember = 340;
 inline constexpr int32_t kPropertyValue = 380;
 inline constexpr int32_t kCannotCreate = 429;
+inline constexpr int32_t kAutomation = 440;
 inline constexpr int32_t kNoCurrentRow = 3021;
 inline constexpr int32_t kNoSuchColumn = 3265;
 inline constexpr int32_t kClosedObject = 3704;
 inline constexpr int32_t kReportFile = 20507;
 inline constexpr int32_t kCancelled = 20545;
+inline constexpr int32_t kInvalidRow = 30009;
 inline constexpr int32_t kNoSuchElement = 35601;
 inline constexpr int32_t kDatabase = -2147217900;
 inline constexpr int32_t kAccounting = -2147467259;
@@ -55,6 +61,10 @@ Fault closed_object(std::string where = {});
 
 /// The fault of a number alone, with its text; used where a guard answered with a number and nothing was thrown.
 Fault of(int32_t number, std::string where = {});
+
+/// Whatever was raised as a fault. What something outside raised in its own way is 440 with its own words, and 7
+/// where the memory ran out: numbers that nobody tolerates, so that it ends what it broke.
+Fault of(const std::exception& caught);
 }  // namespace fault
 
 }  // namespace velora

@@ -81,6 +81,19 @@ int16_t to_int16(const Value& value)
     return to_integer<int16_t>(value);
 }
 
+float to_single(double value)
+{
+    const auto single = static_cast<float>(value);
+    if (!std::isfinite(single)) throw fault::overflow();
+    return single;
+}
+
+float to_single(const Value& value)
+{
+    if (const auto* single = value.get_if<float>()) return *single;
+    return to_single(to_number(value));
+}
+
 bool to_bool(const Value& value)
 {
     if (const auto* text = value.get_if<std::string>()) {
@@ -118,6 +131,11 @@ double numeric_value(const Value& value)
     if (value.get_if<std::string>() != nullptr) return leading_number(*value.get_if<std::string>());
     if (value.type() == Value::Type::Date) return leading_number(to_text(value));
     return to_number(value);
+}
+
+bool equals_number(const Value& value, double number)
+{
+    return !value.is_null() && to_number(value) == number;
 }
 
 std::string trimmed_text(const Value& value)

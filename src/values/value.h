@@ -56,6 +56,10 @@ double to_number(const Value& value);
 /// The number rounded half to even. @throws Fault 13, 6
 int32_t to_int32(const Value& value);
 int16_t to_int16(const Value& value);
+/// The nearest single. @throws Fault 6 beyond its range
+float to_single(double value);
+/// @throws Fault 13, 6
+float to_single(const Value& value);
 /// The number, not zero; of the texts also "True" and "False". @throws Fault 13
 bool to_bool(const Value& value);
 /// @throws Fault 13 for text that is no ISO date
@@ -64,6 +68,8 @@ DateTime to_date(const Value& value);
 std::optional<DateTime> date_in(const Value& value);
 /// The number at the start of the value's text: 0 for text that starts with none.
 double numeric_value(const Value& value);
+/// Whether the value is this number; a null equals nothing. @throws Fault 13
+bool equals_number(const Value& value, double number);
 /// The value's text without the blanks at both ends.
 std::string trimmed_text(const Value& value);
 

@@ -133,13 +133,17 @@ TEST(BasePrice, ReadsTheFieldsOfTheInventoryVersion)
 TEST(BasePrice, FallsBackOnTheDefaultPriceListOnceAndWritesItToTheLine)
 {
     PricedCompany company;
-    company.accounting(price_row("BASEPRICE=77")).product("UPDATE Defaults SET mdUsePLDef = 1");
+    company.accounting(price_row("BASEPRICE=77, BASECONV=6")).product("UPDATE Defaults SET mdUsePLDef = 1");
+    company.line->put("dePriceList", "EXPORT");
     EXPECT_EQ(company.price(0, 1, 1, "EXPORT"), 77);
     EXPECT_EQ(company.line_list(), "STD");
 
     company.line->put("dePriceList", "EXPORT");
-    EXPECT_EQ(Return_BaseConvFactor(company.ready(), "ITEM", "EXPORT", "CAD", true), 1);
+    EXPECT_EQ(Return_BaseConvFactor(company.ready(), "ITEM", "EXPORT", "CAD", true), 6);
     EXPECT_EQ(company.line_list(), "EXPORT") << "the caller asked to keep the line";
+    EXPECT_EQ(Return_BaseConvFactor(company.ready(), "ITEM", "EXPORT", "CAD", false), 6);
+    EXPECT_EQ(company.line_list(), "STD");
+    company.line->put("dePriceList", "EXPORT");
     EXPECT_EQ(Return_BaseUnit(company.ready(), "ITEM", "EXPORT", "CAD"), "EA");
     EXPECT_EQ(company.line_list(), "STD");
 
@@ -151,11 +155,53 @@ TEST(BasePrice, FallsBackOnTheDefaultPriceListOnceAndWritesItToTheLine)
     EXPECT_EQ(company.line_list(), "KEEP");
 }
 
+TEST(BasePrice, FallsBackOnABlankDefaultListByWayOfTheQuotesOwn)
+{
+    struct Case {
+        const char* why;
+        const char* quote_list;
+        float expected;
+        size_t lookups;
+    };
+    for (const auto& c :
+         {Case{"the quote's list has the price", "STD", 200, 2}, Case{"the quote's list lacks it too", "RETAIL", 0, 2},
+          Case{"the quote's list has been looked up already", "EXPORT", 0, 1}}) {
+        PricedCompany company;
+        company.accounting(price_row()).product("UPDATE Defaults SET mdUsePLDef = 1, mdDefaultPL = ' '");
+        auto& state = company.ready();
+        state.gQuote.quPriceList = c.quote_list;
+        std::string list = "EXPORT";
+        std::string currency = "CAD";
+        EXPECT_EQ(Return_BasePrice(state, "ITEM", list, currency, 0, 1, 1), c.expected) << c.why;
+        EXPECT_EQ(company.line_list(), " ") << "the default is written behind the call";
+        EXPECT_EQ(Return_BaseUnit(state, "ITEM", "EXPORT", "CAD"), "") << "a unit has no such way";
+        EXPECT_TRUE(company.boxes().empty()) << c.why;
+        size_t lookups = 0;
+        for (const auto& filter : state.log.filters()) {
+            lookups += filter.text.starts_with("IC0480") && filter.text.find("= EXPORT") == std::string::npos ? 1 : 0;
+        }
+        EXPECT_EQ(lookups, c.lookups - 1) << c.why;
+    }
+}
+
+TEST(BasePrice, IsNoneBeyondASingle)
+{
+    PricedCompany company;
+    company.accounting(price_row("BASEPRICE=1e39"));
+    EXPECT_EQ(company.price(), 0);
+    ASSERT_EQ(company.boxes().size(), 1U);
+    EXPECT_THAT(company.box_text(0), testing::StartsWith("6: Overflow"));
+    company.accounting("UPDATE IC0480 SET BASEPRICE = 200, PRICEBASE = 2, PRICEQTY1 = 9");
+    EXPECT_EQ(company.price(0, 3e38F, 2), 0) << "nor is a quantity";
+    EXPECT_EQ(company.boxes().size(), 2U);
+}
+
 TEST(BasePrice, FillsABlankPriceListAndCurrency)
 {
     PricedCompany company;
     company.accounting(price_row());
     auto& state = company.ready();
+    company.line->put("dePriceList", "");
     std::string list = " ";
     std::string currency;
     EXPECT_EQ(Return_BasePrice(state, "ITEM", list, currency, 0, 1, 1), 200);
@@ -212,13 +258,26 @@ TEST(ContractPrice, ComesBeforeThePriceList)
         float expected;
     };
     for (const auto& c :
-         {Case{"fixed", "PRICETYPE=6", 140}, Case{"calculated", "PRICETYPE=2", 150},
-          Case{"standard cost plus percent", "PRICETYPE=4", 55}, Case{"standard cost plus amount", "PRICETYPE=5", 55},
+         {Case{"fixed", "PRICETYPE=6", 140},
+          Case{"calculated", "PRICETYPE=2", 150},
+          Case{"the first kind that is calculated", "PRICETYPE=1", 150},
+          Case{"the last kind that is calculated", "PRICETYPE=3", 150},
+          Case{"standard cost plus percent", "PRICETYPE=4", 55},
+          Case{"standard cost plus amount", "PRICETYPE=5", 55},
           Case{"second cost plus percent", "PRICETYPE=4, COSTMETHOD=7", 104.5F},
           Case{"markup cost plus percent", "PRICETYPE=4, COSTMETHOD=1", 110},
           Case{"a cost method that is none: the price list decides", "PRICETYPE=4, COSTMETHOD=8", 200},
-          Case{"a kind that is none", "PRICETYPE=9", 200}, Case{"a price of zero counts as none", "FIXPRICE=0", 200},
+          Case{"a kind that is none", "PRICETYPE=9", 200},
+          Case{"a price of zero counts as none", "FIXPRICE=0", 200},
+          Case{"and so does one that comes to it", "PRICETYPE=5, PLUSAMT=-50", 200},
+          Case{"recent cost", "PRICETYPE=5, COSTMETHOD=3", 65},
+          Case{"average cost", "PRICETYPE=5, COSTMETHOD=4", 75},
+          Case{"last cost", "PRICETYPE=5, COSTMETHOD=5", 85},
+          Case{"first cost", "PRICETYPE=5, COSTMETHOD=6", 95},
+          Case{"markup cost plus amount", "PRICETYPE=5, COSTMETHOD=1", 105},
           Case{"it starts after the quote's date", "STARTDATE='2026-03-02'", 200},
+          Case{"it starts on the quote's date", "STARTDATE='2026-03-01'", 140},
+          Case{"it ends on the quote's date", "EXPIRE='2026-03-01'", 140},
           Case{"it ended before", "EXPIRE='2026-02-28'", 200},
           Case{"without a start it counts, whatever its end", "STARTDATE='', EXPIRE='2020-01-01'", 140}}) {
         PricedCompany company;
@@ -226,6 +285,30 @@ TEST(ContractPrice, ComesBeforeThePriceList)
         EXPECT_EQ(company.price(), c.expected) << c.why;
         EXPECT_TRUE(company.boxes().empty()) << c.why;
     }
+}
+
+TEST(ContractPrice, TakesTheCostOfTheLinesLocationElseOfTheQuotes)
+{
+    for (const auto& [line, quote, expected] : {std::tuple{" 1 ", "2", 55.0F}, {" ", " 2 ", 75.0F}, {"9", "2", 0.0F}}) {
+        PricedCompany company;
+        company.accounting(
+            "INSERT INTO IC0290 (ITEMNO, LOCATION, STDCOST) VALUES ('ITEM', '1', 50), ('ITEM', '2', 70);" +
+            contract("PRICETYPE=5"));
+        company.line->put("deLocation", line);
+        company.ready().gQuote.quLocation = quote;
+        EXPECT_EQ(Return_ContractPrice(company.state(), "ITEM", "STD", "CAD"), expected) << line;
+    }
+}
+
+TEST(ContractPrice, TakesThePercentOfAMarkupCostInSinglePrecision)
+{
+    PricedCompany company;
+    company.accounting(price_row("CURRENCY='BHD', MARKUPCOST=306.5") +
+                       "INSERT INTO IC0290 (ITEMNO, LOCATION, STDCOST) VALUES ('ITEM', '1', 306.5);" +
+                       contract("PRICETYPE=4, PLUSPER=33.1"));
+    EXPECT_EQ(Return_ContractPrice(company.ready(), "ITEM", "STD", "BHD"), 407.952F) << "but not that of another cost";
+    company.accounting("UPDATE IC0274 SET COSTMETHOD = 1");
+    EXPECT_EQ(Return_ContractPrice(company.state(), "ITEM", "STD", "BHD"), 407.951F);
 }
 
 TEST(ContractPrice, IsForAccountingCustomersOnly)
@@ -276,6 +359,8 @@ TEST(Units, AreCheckedAndConvertedByTheItemsOwnTable)
     EXPECT_EQ(company.boxes()[0].title, "Invalid Entry");
     EXPECT_EQ(Return_ItemWeightUnit(state), "lbs");
     EXPECT_EQ(Return_BaseConvFactor(state, "NONE", "STD", "CAD", false), 1) << "a caller can divide by it";
+    company.accounting(price_row("BASECONV=0"));
+    EXPECT_EQ(Return_BaseConvFactor(state, "ITEM", "STD", "CAD", false), 1) << "also where the row says 0";
 }
 
 }  // namespace

@@ -17,11 +17,14 @@ TEST(TaxAuthorities, CountTheHighestSlotInUse)
         "VALUES ('GAP', ' FED ', 0, ' ', 'PROV', 1)");
     TaxSlots slots;
     slots[1].Authority = "OLD";
+    slots[1].CascadeTax = true;
     int16_t count = 9;
     Get_TaxAuthorities(company.state(), "GAP", slots, count);
     EXPECT_EQ(count, 3);
     EXPECT_EQ(slots[0].Authority, "FED");
     EXPECT_EQ(slots[1].Authority, "");
+    EXPECT_FALSE(slots[1].CascadeTax);
+    EXPECT_FALSE(slots[0].CascadeTax);
     EXPECT_TRUE(slots[2].CascadeTax);
     Get_TaxAuthorities(company.state(), "NONE", slots, count);
     EXPECT_EQ(count, 0);
@@ -34,7 +37,7 @@ TEST(TaxRate, IsThatOfTheItemsClass)
     TestCompany company;
     company.accounting(
         "INSERT INTO TX0004 (AUTHORITY, TTYPE, BUYERCLASS, ITEMRATE1, ITEMRATE10) VALUES "
-        "('FED', 2, '1', 99, 99), ('FED', 1, '1', 5, 7.25)");
+        "('FED', 2, '1', 99, 99), ('FED', 1, '1', 5, 7.25), ('FED', 2, '3', 8, 8)");
     struct Case {
         const char* why;
         const char* authority;
@@ -46,7 +49,7 @@ TEST(TaxRate, IsThatOfTheItemsClass)
          {Case{"class 1 of the sales side", "FED", "1", "1", 5}, Case{"class 10", "FED", "1", "10", 7.25F},
           Case{"no class 11", "FED", "1", "11", 0}, Case{"a fraction fits no class", "FED", "1", "1.5", 0},
           Case{"a blank class", "FED", "1", "", 0}, Case{"no such buyer class", "FED", "2", "1", 0},
-          Case{"no authority", " ", "1", "1", 0}}) {
+          Case{"a buyer class of the other side", "FED", "3", "1", 0}, Case{"no authority", " ", "1", "1", 0}}) {
         EXPECT_EQ(Return_TaxRate(company.state(), c.authority, c.buyer, c.item), c.expected) << c.why;
     }
 }
@@ -115,6 +118,21 @@ TEST(MiscCharges, KeepTheirOwnDescriptionAndTakeTheirAccount)
     }
 }
 
+TEST(MiscCharges, AskTheAccountingSystemOnlyWhereThereAreAny)
+{
+    TestCompany company;
+    company.product(
+        "INSERT INTO DMiscCharge (ChargeID, QuoteID, Line, ChargeCode, ChDesc, Amount) VALUES (1, 7, 1, 'X', 'y', "
+        "1e39)");
+    auto& state = company.state();
+    std::optional<std::vector<MiscChargeRecord>> charges;
+    EXPECT_FALSE(Get_MiscChargeInfo(state, charges, 8, "USD"));
+    EXPECT_TRUE(state.log.filters().empty());
+    EXPECT_FALSE(Get_MiscChargeInfo(state, charges, 7, "USD"));
+    EXPECT_TRUE(charges) << "the array stays as far as it got";
+    EXPECT_THAT(company.box_text(0), testing::StartsWith("6: Overflow")) << "an amount beyond a single";
+}
+
 TEST(DisplayAmount, FollowsTheCurrency)
 {
     struct Case {
@@ -125,8 +143,12 @@ TEST(DisplayAmount, FollowsTheCurrency)
         const char* expected;
     };
     TestCompany company;
+    company.accounting(
+        "INSERT INTO CurrencyInfo VALUES ('AAA', ' A ', ' ', ',', 1, 3, 9), ('BBB', 'B', ',', '.', 4, 9, 3)");
     for (const auto& c :
-         {Case{"groups of three", 1234567.5, "CAD", false, "1,234,567.50"},
+         {Case{"symbol behind a blank, no sign at all, blank marks", -1234.56, "AAA", true, "1234,6 A"},
+          Case{"no symbol at all", -1.23456, "BBB", true, "(1.2346)"},
+          Case{"groups of three", 1234567.5, "CAD", false, "1,234,567.50"},
           Case{"no fraction", 1000000, "CAD", false, "1,000,000.00"},
           Case{"below a thousand", 999, "CAD", false, "999.00"}, Case{"a thousand", 1000, "CAD", false, "1,000.00"},
           Case{"nothing", 0, "CAD", false, "0.00"},

@@ -127,6 +127,21 @@ TEST(PrintTotals, ANullDropsTheStatementThatReadIt)
     }
 }
 
+TEST(PrintTotals, EndWhereARateLeavesNothingToTakeItFrom)
+{
+    for (const auto& [price, number] : {std::pair{"10", "11: Division by zero"}, {"0", "6: Overflow"}}) {
+        QuoteCompany company;
+        company.accounting("UPDATE TX0004 SET ITEMRATE1 = -100 WHERE AUTHORITY = 'FED'");
+        company.add({.price = price, .included = {"'1'", "'0'"}});
+        company.state().gPrTotal = 7;
+        totals_of(company);
+        ASSERT_EQ(company.boxes().size(), 1U);
+        EXPECT_THAT(company.box_text(0), testing::StartsWith(number));
+        EXPECT_THAT(company.box_text(0), testing::HasSubstr("modPrint.Calculate_PrintTotals"));
+        EXPECT_EQ(company.state().gPrTotal, 7);
+    }
+}
+
 TEST(PrintTotals, KeepTheMarginOfTheQuoteBeforeWhereThereIsNoSubtotal)
 {
     QuoteCompany company;
