@@ -34,9 +34,9 @@ void Export_Report(SessionState& state, std::string_view pFileName)
 {
     with_failure_path(state, ErrorMessenger, "modPrint.Export_Report", [&] {
         state.gExportOK = false;
+        if (!state.gCrReport) throw fault::object_not_set("gCrReport");
         const auto* format = chosen_format(state);
         if (format == nullptr) return;
-        if (!state.gCrReport) throw fault::object_not_set("gCrReport");
         const std::string path = export_path(state, pFileName, format->extension);
         state.gCrReport->Export(format->format, path);
         state.gExportFile = path;
@@ -46,14 +46,12 @@ void Export_Report(SessionState& state, std::string_view pFileName)
 
 std::string Replace_Slashes(SessionState& state, std::string_view pName)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modPrint.Replace_Slashes", [&] {
-        result = pName;
+    return with_failure_path(state, ErrorMessenger, "modPrint.Replace_Slashes", [&] {
+        std::string name(trimmed(pName));
         std::replace_if(
-            result.begin(), result.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
-        result = std::string(trimmed(result));
+            name.begin(), name.end(), [](char c) { return c == '/' || c == '\\'; }, '_');
+        return name;
     });
-    return result;
 }
 
 }  // namespace velora

@@ -9,14 +9,12 @@ namespace {
 bool show_in_window(SessionState& state, const std::shared_ptr<OpenedReport>& report, const std::string& caption,
                     std::string_view procedure)
 {
-    bool shown = false;
-    with_failure_path(state, ErrorMessenger, procedure, [&] {
+    return with_failure_path(state, ErrorMessenger, procedure, [&] {
         if (!report) throw fault::object_not_set("report");
         if (state.ports.user == nullptr) throw fault::of(fault::kCannotCreate, "frmViewer");
         state.ports.user->show_pages(report->View(), caption);
-        shown = true;
+        return true;
     });
-    return shown;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "gateway/view_reading.h"
 #include "session/error_messengers.h"
+#include "values/number_text.h"
 #include "values/text.h"
 
 namespace velora {
@@ -49,18 +50,14 @@ std::string browse_one(SessionState& state, const FilterLookup& lookup, std::str
         compose(*partner, 1, {{0, &view}});
     }
     view.browse(std::string(lookup.filter).append(code));
-    std::string found = view.fetch() ? view.text(lookup.field) : std::string();
-    view.close();
-    return found;
+    return view.fetch() ? view.text(lookup.field) : std::string();
 }
 
 std::string described(SessionState& state, const FilterLookup& lookup, std::string_view code)
 {
-    std::string result;
-    with_failure_path(state, ErrorACCPAC, lookup.procedure, [&] {
-        result = state.cache.remember(lookup.procedure, {code}, [&] { return browse_one(state, lookup, code); });
+    return with_failure_path(state, ErrorACCPAC, lookup.procedure, [&] {
+        return state.cache.remember(lookup.procedure, {code}, [&] { return browse_one(state, lookup, code); });
     });
-    return result;
 }
 
 std::string described_if_given(SessionState& state, const FilterLookup& lookup, std::string_view code)
@@ -73,20 +70,22 @@ std::string read_one(SessionState& state, const KeyLookup& lookup, std::string_v
 {
     OpenedView view(state, lookup.view);
     view.put_key(lookup.key, key);
-    std::string found = view.read() ? view.text(lookup.field) : std::string();
-    view.close();
-    return found;
+    return view.read() ? view.text(lookup.field) : std::string();
 }
 
 std::string keyed(SessionState& state, const KeyLookup& lookup, std::string_view code)
 {
-    std::string result;
     const auto key = trimmed(code);
-    if (key.empty()) return result;
-    with_failure_path(state, ErrorACCPAC, lookup.procedure, [&] {
-        result = state.cache.remember(lookup.procedure, {key}, [&] { return read_one(state, lookup, key); });
+    if (key.empty()) return {};
+    return with_failure_path(state, ErrorACCPAC, lookup.procedure, [&] {
+        return state.cache.remember(lookup.procedure, {key}, [&] { return read_one(state, lookup, key); });
     });
-    return result;
+}
+
+/// A location whose code is a number other than 0; a sign or a letter in front is none.
+bool is_numbered(std::string_view location)
+{
+    return !location.empty() && location.front() >= '0' && location.front() <= '9' && leading_number(location) != 0;
 }
 
 }  // namespace
@@ -138,45 +137,36 @@ std::string Return_SalesPersonName(SessionState& state, std::string_view pSalesp
 
 bool Check_APCustNumber(SessionState& state, std::string_view pCustomer)
 {
-    bool found = false;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Check_APCustNumber", [&] {
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Check_APCustNumber", [&] {
         OpenedView view(state, "AR0024");
         view.browse_uncleared(std::string("IDCUST = ").append(trimmed(pCustomer)));
-        found = view.fetch();
-        view.close();
+        return view.fetch();
     });
-    return found;
 }
 
 std::string Return_DefaultLocation(SessionState& state, std::string_view pItem)
 {
-    std::string result;
     const auto item = trimmed(pItem);
-    if (item.empty()) return result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Return_DefaultLocation", [&] {
+    if (item.empty()) return {};
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_DefaultLocation", [&] {
         OpenedView view(state, "IC0290");
         view.browse("ITEMNO = " + quoted(item));
-        while (result.empty() && view.fetch()) {
-            const Value location = view.field("LOCATION");
-            if (numeric_value(location) != 0) result = trimmed_text(location);
+        while (view.fetch()) {
+            if (auto location = view.text("LOCATION"); is_numbered(location)) return location;
         }
-        view.close();
+        return std::string();
     });
-    return result;
 }
 
 std::string Check_CustCurrencyCode(SessionState& state, std::string_view pAccountSet)
 {
-    std::string result;
-    if (trimmed(pAccountSet).empty()) return result;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.Check_CustCurrencyCode", [&] {
+    if (trimmed(pAccountSet).empty()) return {};
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.Check_CustCurrencyCode", [&] {
         OpenedView view(state, "AR0013");
         view.init();
         view.browse_uncleared(std::string("IDACCTSET = ").append(pAccountSet));
-        if (view.fetch()) result = to_text(view.field("CURNCODE"));
-        view.close();
+        return view.fetch() ? to_text(view.field("CURNCODE")) : std::string();
     });
-    return result;
 }
 
 }  // namespace velora

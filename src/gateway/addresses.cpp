@@ -14,14 +14,17 @@ namespace {
 
 /// One kind of address: the table, how it is read by key, and its column prefix.
 struct AddressKind {
+    std::string_view name;  ///< of the procedure that opens a saved row
     std::string_view procedure;
     std::string_view parameter;
     std::string_view text;
     std::string_view prefix;
 };
 
-constexpr AddressKind kBillTo{"sprBillToOne", "BTID", "SELECT * FROM BillTo WHERE (BillToID=", "bt"};
-constexpr AddressKind kShipTo{"sprShipToOne", "STID", "SELECT * FROM ShipTo WHERE (ShipToID=", "st"};
+constexpr AddressKind kBillTo{"modGeneral.Fetch_VLBillTo", "sprBillToOne", "BTID",
+                              "SELECT * FROM BillTo WHERE (BillToID=", "bt"};
+constexpr AddressKind kShipTo{"modGeneral.Fetch_VLShipTo", "sprShipToOne", "STID",
+                              "SELECT * FROM ShipTo WHERE (ShipToID=", "st"};
 
 struct AddressField {
     std::string_view field;  // behind the prefix
@@ -53,21 +56,24 @@ std::string column(const AddressKind& kind, std::string_view field)
     return std::string(kind.prefix).append(field);
 }
 
-void open_saved(SessionState& state, const AddressKind& kind, AddressRows& rows, int32_t id)
+void fetch_saved(SessionState& state, const AddressKind& kind, AddressRows& rows, int32_t id)
 {
-    rows = open_query(state,
-                      {Command::procedure(std::string(kind.procedure), {{std::string(kind.parameter), id}}),
-                       Command::statement(std::string(kind.text) + std::to_string(id) + ")")},
-                      Cursor::Client);
-    move_to_first(*rows);
+    with_failure_path(state, ErrorADO, kind.name, [&] {
+        open_query(state, rows,
+                   {Command::procedure(std::string(kind.procedure), {{std::string(kind.parameter), id}}),
+                    Command::statement(std::string(kind.text) + std::to_string(id) + ")")},
+                   Cursor::Client);
+        move_to_first(*rows);
+    });
 }
 
-/// An empty reference becomes a recordset in the table's shape with one blank row.
+/// An empty reference becomes a recordset in the table's shape with one blank row. Where the table cannot be opened
+/// that has been told already, and the row is a fault of the caller too.
 void add_row_if_empty(SessionState& state, const AddressKind& kind, AddressRows& rows)
 {
     if (rows) return;
     constexpr int32_t kNoSuchRow = -1;
-    open_saved(state, kind, rows, kNoSuchRow);
+    fetch_saved(state, kind, rows, kNoSuchRow);
     rows->AddNew();
 }
 
@@ -78,7 +84,6 @@ void fill_from_view(SessionState& state, const AddressKind& kind, Recordset& row
     if (view.read()) {
         for (const auto& [field, source] : kFromCustomerView) row.put(column(kind, field), view.text(source));
     }
-    view.close();
 }
 
 void fill_from_location(SessionState& state, Recordset& row, std::string_view customer, std::string_view code)
@@ -90,7 +95,6 @@ void fill_from_location(SessionState& state, Recordset& row, std::string_view cu
         row.put("stCode", code);
         for (const auto& [field, source] : kFromLocationView) row.put(column(kShipTo, field), view.text(source));
     }
-    view.close();
 }
 
 void fill_from_table(SessionState& state, const AddressKind& kind, AddressRows& rows, int32_t customer)
@@ -113,14 +117,12 @@ void fill_from_table(SessionState& state, const AddressKind& kind, AddressRows& 
 
 void Fetch_VLBillTo(SessionState& state, AddressRows& rows, int32_t pBillToID)
 {
-    with_failure_path(state, ErrorADO, "modGeneral.Fetch_VLBillTo",
-                      [&] { open_saved(state, kBillTo, rows, pBillToID); });
+    fetch_saved(state, kBillTo, rows, pBillToID);
 }
 
 void Fetch_VLShipTo(SessionState& state, AddressRows& rows, int32_t pShipToID)
 {
-    with_failure_path(state, ErrorADO, "modGeneral.Fetch_VLShipTo",
-                      [&] { open_saved(state, kShipTo, rows, pShipToID); });
+    fetch_saved(state, kShipTo, rows, pShipToID);
 }
 
 void Fetch_ACCPACBillTo(SessionState& state, std::string_view pCustomer, AddressRows& rows)

@@ -1,6 +1,5 @@
 #include "gateway/quote_record.h"
 
-#include <cmath>
 #include <variant>
 
 #include "gateway/accounting_lookups.h"
@@ -58,13 +57,6 @@ constexpr auto kLastColumns = std::to_array<Column>({
     {"quComplete",   &QuoteRecord::quComplete},   {"quBOfor",     &QuoteRecord::quBOfor},
 });
 // clang-format on
-
-float to_single(const Value& value)
-{
-    const auto single = static_cast<float>(to_number(value));
-    if (!std::isfinite(single)) throw fault::overflow();
-    return single;
-}
 
 /// A null is a failure of the load, but for the transfer date: an untransferred quote has none.
 DateTime read_date(const Column& column, const Value& cell)

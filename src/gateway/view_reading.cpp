@@ -10,6 +10,11 @@ OpenedView::OpenedView(SessionState& state, std::string_view view_id)
 {
 }
 
+OpenedView::~OpenedView()
+{
+    view_->Close();
+}
+
 void OpenedView::browse(std::string_view filter, bool ascending)
 {
     view_->Init();
@@ -27,6 +32,13 @@ void OpenedView::browse_uncleared(std::string_view filter)
 void OpenedView::put_key(std::string_view field, std::string_view value)
 {
     view_->PutWithoutVerification(field, Value(value));
+    keys_.append(keys_.empty() ? "" : ", ").append(field).append(" = ").append(value);
+}
+
+bool OpenedView::read()
+{
+    state_.log.filter(id_ + ": " + (keys_.empty() ? "its one row" : "key " + keys_));
+    return view_->Read();
 }
 
 std::string OpenedView::text(std::string_view name) const

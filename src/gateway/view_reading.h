@@ -15,17 +15,19 @@ namespace velora {
 class OpenedView {
 public:
     OpenedView(SessionState& state, std::string_view view_id);
+    OpenedView(const OpenedView&) = delete;
+    OpenedView& operator=(const OpenedView&) = delete;
+    ~OpenedView();
 
     /// Starts a browse from the front of the view's key order; every filter is logged.
     void browse(std::string_view filter, bool ascending = true);
     /// A browse that leaves out the initial clearing, as a few of the product's lookups do.
     void browse_uncleared(std::string_view filter);
     bool fetch() { return view_->Fetch(); }
-    bool read() { return view_->Read(); }
+    bool read();  ///< the row of the keys that were put; logged as the filters are
     void init() { view_->Init(); }
     void cancel() { view_->Cancel(); }
     void put_key(std::string_view field, std::string_view value);
-    void close() { view_->Close(); }
 
     [[nodiscard]] Value field(std::string_view name) const { return view_->field(name); }
     [[nodiscard]] std::string text(std::string_view name) const;  ///< trimmed
@@ -36,6 +38,7 @@ public:
 private:
     SessionState& state_;
     std::string id_;
+    std::string keys_;  // as put so far, for the log
     std::unique_ptr<View> view_;
 };
 

@@ -1,10 +1,13 @@
 #include "host/documents.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/explain.h"
 #include "service/print_report.h"
 #include "session/lists.h"
+#include "values/fault.h"
+#include "values/text.h"
 
 namespace velora {
 namespace {
@@ -84,7 +87,7 @@ void Documents::place_output()
     if (options_.output.empty()) {
         const std::string usual = (fs::path(state_.ports.application_folder) / "Export").string();
         const std::string chosen = of_settings("Export", usual);
-        settings.lay_over("Export", chosen.empty() ? usual : chosen);
+        settings.lay_over("Export", trimmed(chosen).empty() ? usual : chosen);
     } else if (names_folder(options_.output)) {
         require_folder(options_.output);
         const fs::path folder = fs::absolute(fs::path(options_.output) / "").lexically_normal().parent_path();
@@ -124,7 +127,13 @@ void Documents::watch_pipe()
     state_.ports.on_pipe = [this](const DataPipeRecordset& pipe) {
         rows_ = pipe.RecordCount();
         if (!pipe_) return;
-        pipe_->add(kind_.name, pipe);
+        // A fault of the run would be told as one of the report's; the run ends in silence and this in its own words.
+        try {
+            pipe_->add(kind_.name, pipe);
+        } catch (const HostError&) {
+            pipe_failure_ = std::current_exception();
+            throw fault::of(fault::kCancelled);
+        }
         pipe_filled_ = true;
     };
     host_.watch_rows([this](size_t rows) { progress_.rows(rows, rows_); });
@@ -148,7 +157,9 @@ void Documents::deliver(const std::string& label, const std::function<Selection(
 ExitStatus Documents::print(const std::function<Selection()>& select)
 {
     return host_.guard([&] {
-        switch (print_report(state_, kind_, select(), delivery_)) {
+        const RunEnd ended = print_report(state_, kind_, select(), delivery_);
+        if (pipe_failure_) std::rethrow_exception(std::exchange(pipe_failure_, nullptr));
+        switch (ended) {
             case RunEnd::Delivered:
                 return host_.user().boxes().empty() ? ExitStatus::Delivered : ExitStatus::DeliveredWithBoxes;
             case RunEnd::NoData:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -50,6 +51,7 @@ private:
     Delivery delivery_;
     std::unique_ptr<PipeFile> pipe_;
     bool pipe_filled_ = false;
+    std::exception_ptr pipe_failure_;
     RunProgress progress_;
     size_t rows_ = 0;  ///< of the pipe
     std::vector<Ended> ended_;

@@ -50,7 +50,7 @@ public:
     virtual bool Read() = 0;   ///< true when the row of the keys that were put exists
     virtual void Compose(std::span<View* const> partners) = 0;
     virtual void Cancel() = 0;
-    virtual void Close() = 0;
+    virtual void Close() noexcept = 0;
 
     /// A field of the current row; a null reads as the empty text. @throws Fault for a field that the view lacks
     [[nodiscard]] virtual Value field(std::string_view name) const = 0;

@@ -144,12 +144,12 @@ RunEnd Print_CustomerList(SessionState& state, const std::string& pReportString,
 {
     return run_report(state, "Print_CustomerList", [&] {
         open_definition(state, pReportString);
-        const auto pipe = create_pipe(state, pReportString, customer_list_fields());
+        DataPipeRecordset pipe(customer_list_fields(), state.log);
         const auto rows = open_customers(state);
         if (!move_to_first(*rows)) return no_data(state);
-        CustomerPipe(state, *rows, *pipe).fill();
+        CustomerPipe(state, *rows, pipe).fill();
         rows->Close();
-        attach_pipe(state, *pipe);
+        attach_pipe(state, pipe);
         choose_printer(state, printer_setting(state));
         return route_output(state, {pReportString, pPreview, pExportIt}, dated_name(state, "Customer List"));
     });

@@ -1,6 +1,5 @@
 #include "reports/data_pipe.h"
 
-#include <cmath>
 #include <limits>
 
 #include "reports/pipe_rows.h"
@@ -23,14 +22,6 @@ Value to_tiny(const Value& value)
         throw fault::overflow();
     }
     return number;
-}
-
-Value to_single(const Value& value)
-{
-    if (value.get_if<float>() != nullptr) return value;
-    const auto single = static_cast<float>(to_number(value));
-    if (!std::isfinite(single)) throw fault::overflow();
-    return single;
 }
 
 Value converted(const Value& value, ado::Type type)

@@ -132,14 +132,14 @@ RunEnd Print_Quote(SessionState& state, int32_t pQuoteID, const std::string& pRe
 {
     return run_report(state, "Print_Quote", [&] {
         open_definition(state, pReportString);
-        const auto pipe = create_pipe(state, pReportString, quote_fields());
+        DataPipeRecordset pipe(quote_fields(), state.log);
         if (!Fetch_QuoteInfo(state, state.gQuote, pQuoteID)) return not_found(state);
         Get_DetailPrRecordset(state, pQuoteID);
         Get_MiscChargeInfo(state, state.gMiscCharges, pQuoteID, state.gQuote.quCurCode);
         QuoteDocument document = load_quote_document(state);
         if (state.gQuoteDetails) Calculate_PrintTotals(state, pQuoteID, document.slot_count, document.slots);
-        QuotePipe(document, *pipe).fill();
-        attach_pipe(state, *pipe);
+        QuotePipe(document, pipe).fill();
+        attach_pipe(state, pipe);
         choose_printer(state, printer_setting(state));
         return route_output(state, {pReportString, pPreview, pExportIt},
                             std::string(trimmed(state.gQuote.QuoteNumber)) + " - " + bill_to_name(document));

@@ -83,8 +83,8 @@ Outcome original_base_price(Row& r)
             Return_VLBasePrice(state, to_int32(r.at(&L::ItemID)), document.currency, r.text(&L::dePriceList)));
     }
     std::string price_list = r.text(&L::dePriceList);
-    const auto quantity = static_cast<float>(to_number(r.at(&L::deQuantity)));
-    const auto factor = static_cast<float>(to_number(r.at(&L::deConvFactor)));
+    const auto quantity = to_single(r.at(&L::deQuantity));
+    const auto factor = to_single(r.at(&L::deConvFactor));
     return document.money(Return_BasePrice(state, r.text(&L::APItem), price_list, document.currency,
                                            state.gQuote.quCustomerType, quantity, factor));
 }

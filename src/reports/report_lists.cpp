@@ -92,14 +92,12 @@ std::string list_file_name(std::string_view company_id, WhichReport kind)
 
 std::string INIFile(SessionState& state, WhichReport kind)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.INIFile", [&] {
-        const std::string path = application_path(state, "Reports", list_file_name(company_id(state), kind));
+    return with_failure_path(state, ErrorMessenger, "modGeneral.INIFile", [&] {
+        std::string path = application_path(state, "Reports", list_file_name(company_id(state), kind));
         if (!profiles(state).exists(path))
             write_default_list(profiles(state), kind, path, application_path(state, "Reports"));
-        result = path;
+        return path;
     });
-    return result;
 }
 
 std::string Read_ProfileString(SessionState& state, std::string_view section, std::string_view key)

@@ -4,6 +4,7 @@
 
 #include "delivery/export.h"
 #include "delivery/viewer.h"
+#include "reports/like_pattern.h"
 #include "session/error_messengers.h"
 #include "session/settings.h"
 #include "session/value_helpers.h"
@@ -20,7 +21,6 @@ constexpr std::string_view kNotInstalled =
 constexpr std::string_view kNotFound =
     "The specified report could not be found.\r\n\nPlease ensure that the reports are located in a\r\n"
     "folder called 'Reports'. This 'Reports' folder must\r\nbe located within the main folder for the application.";
-constexpr int32_t kUnknownField = 20534;
 
 /// Lookups are remembered from here to the end of the scope.
 class CachedRun {
@@ -33,33 +33,6 @@ public:
 private:
     RunCache& cache_;
 };
-
-/// Matches the wildcards "*", "?" and "#" of the printer walk without regard to case.
-bool is_like(std::string_view text, std::string_view pattern)
-{
-    if (pattern.empty()) return text.empty();
-    if (pattern.front() == '*') {
-        for (size_t skip = 0; skip <= text.size(); ++skip) {
-            if (is_like(text.substr(skip), pattern.substr(1))) return true;
-        }
-        return false;
-    }
-    if (text.empty()) return false;
-    const bool is_digit = text.front() >= '0' && text.front() <= '9';
-    const bool fits = pattern.front() == '?' || (pattern.front() == '#' && is_digit) || pattern.front() == text.front();
-    return fits && is_like(text.substr(1), pattern.substr(1));
-}
-
-std::string missing_fields(const OpenedReport& report, const std::vector<PipeField>& fields)
-{
-    std::string missing;
-    for (const auto& asked : report.fields()) {
-        const bool known =
-            std::any_of(fields.begin(), fields.end(), [&](const PipeField& field) { return field.name == asked.name; });
-        if (!known) missing.append(missing.empty() ? "\"" : ", \"").append(asked.name).append("\"");
-    }
-    return missing;
-}
 
 OpenedReport& report_of(SessionState& state)
 {
@@ -75,8 +48,8 @@ RunEnd run_report(SessionState& state, std::string_view procedure, const std::fu
     state.run_end = RunEnd::Failed;
     try {
         state.run_end = builder();
-    } catch (const Fault& caught) {
-        state.run_end = Show_ReportError(state, caught, procedure);
+    } catch (const std::exception& caught) {
+        state.run_end = Show_ReportError(state, fault::of(caught), procedure);
     }
     return state.run_end;
 }
@@ -105,17 +78,6 @@ void open_definition(SessionState& state, const std::string& report_string)
     state.gCrReport = state.ports.engine->OpenReport(report_string);
 }
 
-std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, const std::string& report_string,
-                                               std::vector<PipeField> fields)
-{
-    if (const auto missing = missing_fields(report_of(state), fields); !missing.empty()) {
-        throw Fault(kUnknownField, "The report definition " + report_string + " asks for " + missing +
-                                       ", which the data of this report does not have. " +
-                                       "Correct the name in the definition; the command \"fields\" lists the names.");
-    }
-    return std::make_unique<DataPipeRecordset>(std::move(fields), state.log);
-}
-
 void attach_pipe(SessionState& state, const DataPipeRecordset& pipe)
 {
     if (state.ports.on_pipe) state.ports.on_pipe(pipe);
@@ -129,10 +91,9 @@ void choose_printer(SessionState& state, std::string_view name)
     const auto wanted = trimmed(name);
     if (wanted.empty()) return;
     const auto printers = state.ports.printers != nullptr ? state.ports.printers->list() : std::vector<Printer>{};
-    const std::string pattern = "*" + lower_ascii(wanted) + "*";
-    const auto chosen = std::find_if(printers.begin(), printers.end(), [&](const Printer& printer) {
-        return is_like(lower_ascii(printer.DeviceName), pattern);
-    });
+    const LikePattern pattern("*" + std::string(wanted) + "*");
+    const auto chosen =
+        std::ranges::find_if(printers, [&](const Printer& printer) { return pattern.matches(printer.DeviceName); });
     if (chosen == printers.end()) throw fault::object_not_set("Printer");  // not caught further up on purpose
     state.current_printer = *chosen;
     auto& report = report_of(state);

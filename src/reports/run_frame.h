@@ -2,10 +2,8 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "reports/data_pipe.h"
 #include "session/session_state.h"
@@ -30,14 +28,10 @@ RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_vi
 /// Opens the definition. @throws Fault 20507 when it is missing or none
 void open_definition(SessionState& state, const std::string& report_string);
 
-/// A new pipe for the opened definition. @throws Fault when the definition asks for a field that the list lacks
-std::unique_ptr<DataPipeRecordset> create_pipe(SessionState& state, const std::string& report_string,
-                                               std::vector<PipeField> fields);
-
 /// Hands the finished pipe to the first table of the definition.
 void attach_pipe(SessionState& state, const DataPipeRecordset& pipe);
 
-/// The first printer whose name holds `name`, without regard to case, prints the report; a blank name leaves the
+/// The first printer whose name holds `name`, which may carry wildcards, prints the report; a blank name leaves the
 /// definition's own. @throws Fault 91 when no printer fits
 void choose_printer(SessionState& state, std::string_view name);
 

@@ -24,10 +24,16 @@ std::string in_procedure(std::string_view head, std::string_view procedure)
         .append(kContact);
 }
 
+void show_fault(SessionState& state, int32_t number, std::string_view description, std::string_view procedure)
+{
+    show(state, kReportingError, in_procedure(std::to_string(number) + ": " + std::string(description), procedure));
+}
+
 /// A driver's message with its bracketed prefixes on lines of their own.
 std::string bracket_lines(std::string_view description)
 {
     std::string text;
+    if (description.empty()) return text;
     while (true) {
         const auto end = description.find(']');
         std::string piece(trimmed(description.substr(0, end)));
@@ -74,7 +80,8 @@ void tell(SessionState& state, const MessageBox& box)
 void ErrorMessenger(SessionState& state, int32_t pErrNum, std::string_view pErrDesc, std::string_view pProcName)
 {
     if (pErrNum == 0) return;
-    show(state, kReportingError, in_procedure(std::to_string(pErrNum) + ": " + std::string(pErrDesc), pProcName));
+    with_failure_path(state, show_fault, "modGeneral.ErrorMessenger",
+                      [&] { show_fault(state, pErrNum, pErrDesc, pProcName); });
 }
 
 void ErrorACCPAC(SessionState& state, int32_t pErrNum, std::string_view pErrDesc, std::string_view pProcName)

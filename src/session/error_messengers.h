@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "session/session_state.h"
 #include "values/fault.h"
@@ -22,16 +23,20 @@ void ErrorADO(SessionState& state, int32_t pErrNum, std::string_view pErrDesc, s
 
 using Messenger = void (*)(SessionState&, int32_t, std::string_view, std::string_view);
 
-/// The failure path of a procedure: runs `work`, reports a fault under the procedure's name and leaves.
-/// What `work` had set until then stands.
+/// The failure path of a procedure: answers with what `work` gives, or reports a fault under the procedure's name and
+/// answers blank, zero or false. A procedure that may leave with half a result sets a variable of its own in `work`.
+/// What an adapter raises and is no fault is one all the same.
 template <class Work>
-void with_failure_path(SessionState& state, Messenger messenger, std::string_view procedure, Work work)
+auto with_failure_path(SessionState& state, Messenger messenger, std::string_view procedure, Work work)
 {
+    using Result = std::invoke_result_t<Work>;
     try {
-        work();
-    } catch (const Fault& caught) {
-        messenger(state, caught.number(), caught.description(), procedure);
+        return work();
+    } catch (const std::exception& caught) {
+        const Fault fault = fault::of(caught);
+        messenger(state, fault.number(), fault.description(), procedure);
     }
+    return Result();
 }
 
 }  // namespace velora

@@ -47,13 +47,19 @@ void load(SessionState& state, const List& list, bool all)
 {
     with_failure_path(state, ErrorADO, list.procedure_name, [&] {
         auto& rows = state.*list.rows;
-        rows = open_query(state,
-                          {Command::procedure(std::string(all ? list.all_procedure : list.active_procedure)),
-                           Command::statement(std::string(all ? list.all_text : list.active_text))},
-                          Cursor::Client);
+        open_query(state, rows,
+                   {Command::procedure(std::string(all ? list.all_procedure : list.active_procedure)),
+                    Command::statement(std::string(all ? list.all_text : list.active_text))},
+                   Cursor::Client);
         move_to_first(*rows);
         rows->Disconnect();
     });
+}
+
+/// None for a kind that no list has; its rows are walked all the same.
+const ListColumns* columns_of(int16_t kind)
+{
+    return kind >= 0 && kind <= kListConfidence ? &kColumns[static_cast<size_t>(kind)] : nullptr;
 }
 
 std::string shown_text(const Recordset& list, const ListColumns& columns)
@@ -87,12 +93,12 @@ void Get_Reasons(SessionState& state, bool pAll)
 void Get_Defaults(SessionState& state)
 {
     with_failure_path(state, ErrorADO, "modGeneral.Get_Defaults", [&] {
+        state.gDefaults = unopened_recordset();
         const std::string company = company_id(state);
-        state.gDefaults = open_query(
-            state,
-            {Command::procedure("sprQuoteDefaults", {{"Comp", std::string(cut_to_characters(company, 10))}}),
-             Command::statement("SELECT * FROM Defaults WHERE (Company = '" + doubled_quotes(company) + "')")},
-            Cursor::Client);
+        open_query(state, state.gDefaults,
+                   {Command::procedure("sprQuoteDefaults", {{"Comp", std::string(cut_to_characters(company, 10))}}),
+                    Command::statement("SELECT * FROM Defaults WHERE (Company = '" + doubled_quotes(company) + "')")},
+                   Cursor::Client);
         if (move_to_first(*state.gDefaults)) state.gDefaults->Disconnect();
     });
 }
@@ -102,40 +108,34 @@ void Load_Options(SessionState& state, const std::shared_ptr<Recordset>& list, i
 {
     with_failure_path(state, ErrorMessenger, "modGeneral.Load_Options", [&] {
         auto& rows = opened(list, "list");
-        if (!move_to_first(rows) || pKind < 0 || pKind > kListConfidence) return;
-        const auto& columns = kColumns.at(static_cast<size_t>(pKind));
-        for (; !rows.at_eof(); rows.MoveNext()) add(shown_text(rows, columns), to_int32(rows.value(columns.key)));
+        if (!move_to_first(rows)) return;
+        for (const auto* columns = columns_of(pKind); !rows.at_eof(); rows.MoveNext()) {
+            if (columns != nullptr) add(shown_text(rows, *columns), to_int32(rows.value(columns->key)));
+        }
     });
 }
 
 std::string Return_ListValue(SessionState& state, const std::shared_ptr<Recordset>& list, int16_t pID, int16_t pKind)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.Return_ListValue", [&] {
+    return with_failure_path(state, ErrorMessenger, "modGeneral.Return_ListValue", [&] {
         auto& rows = opened(list, "list");
-        if (!move_to_first(rows) || pKind < 0 || pKind > kListConfidence) return;
-        const auto& columns = kColumns.at(static_cast<size_t>(pKind));
-        for (; !rows.at_eof(); rows.MoveNext()) {
-            const Value& key = rows.value(columns.key);
-            if (key.is_null() || to_number(key) != pID) continue;
-            result = shown_text(rows, columns);
-            return;
+        if (!move_to_first(rows)) return std::string();
+        for (const auto* columns = columns_of(pKind); !rows.at_eof(); rows.MoveNext()) {
+            if (columns == nullptr) continue;
+            if (equals_number(rows.value(columns->key), pID)) return shown_text(rows, *columns);
         }
+        return std::string();
     });
-    return result;
 }
 
 std::string AP_ModuleVersion(SessionState& state, std::string_view module)
 {
-    std::string version;
-    with_failure_path(state, ErrorACCPAC, "modGeneral.AP_ModuleVersion", [&] {
+    return with_failure_path(state, ErrorACCPAC, "modGeneral.AP_ModuleVersion", [&] {
         for (const auto& application : accounting(state).ActiveApplications()) {
-            if (trimmed(application.AppID) != trimmed(module)) continue;
-            version = application.AppVersion;
-            return;
+            if (trimmed(application.AppID) == trimmed(module)) return application.AppVersion;
         }
+        return std::string();
     });
-    return version;
 }
 
 void Get_ModuleVersions(SessionState& state)

@@ -23,11 +23,12 @@ inline constexpr int16_t kListReason = 1;
 inline constexpr int16_t kListType = 2;
 inline constexpr int16_t kListConfidence = 3;
 
-/// Calls `add` with the text and the key of each row in the order of the list; nothing for a kind above 3.
+/// Calls `add` with the text and the key of each row in the order of the list; for no row of a kind above 3.
 void Load_Options(SessionState& state, const std::shared_ptr<Recordset>& list, int16_t pKind,
                   const std::function<void(const std::string& text, int32_t key)>& add);
 
 /// The display text of a key: the name, or the code where the name is blank; of a reason always the code.
+/// The list stays on the row that was found, at its end where none was.
 std::string Return_ListValue(SessionState& state, const std::shared_ptr<Recordset>& list, int16_t pID, int16_t pKind);
 
 /// Fills the versions that are still blank; once filled they stay for the life of the process.

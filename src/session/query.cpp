@@ -7,13 +7,6 @@ namespace velora {
 
 namespace {
 
-std::shared_ptr<Recordset> never_opened()
-{
-    auto rows = std::make_shared<ClientRecordset>(std::vector<std::string>{}, std::vector<std::vector<Value>>{});
-    rows->Close();
-    return rows;
-}
-
 std::string shown(const Command& command)
 {
     std::string text = command.text;
@@ -26,12 +19,25 @@ std::string shown(const Command& command)
 
 }  // namespace
 
+std::shared_ptr<Recordset> unopened_recordset()
+{
+    auto rows = std::make_shared<ClientRecordset>(std::vector<std::string>{}, std::vector<std::vector<Value>>{});
+    rows->Close();
+    return rows;
+}
+
 std::shared_ptr<Recordset> open_query(SessionState& state, const Query& query, Cursor cursor)
 {
-    if (state.gEngine != eDBSQLServer && state.gEngine != eDBPervasive) return never_opened();
+    if (state.gEngine != eDBSQLServer && state.gEngine != eDBPervasive) return unopened_recordset();
     const Command& command = state.gEngine == eDBSQLServer ? query.sql_server : query.pervasive;
     state.log.query(shown(command));
     return connection(state).Open(command, cursor);
+}
+
+void open_query(SessionState& state, std::shared_ptr<Recordset>& into, const Query& query, Cursor cursor)
+{
+    into = unopened_recordset();
+    into = open_query(state, query, cursor);
 }
 
 void execute(SessionState& state, std::string_view sql_server, std::string_view pervasive)

@@ -18,6 +18,13 @@ struct Query {
 /// touch of the result is fault 3704.
 std::shared_ptr<Recordset> open_query(SessionState& state, const Query& query, Cursor cursor);
 
+/// A new recordset that nothing has opened: to ask it for its rows is fault 3704, for a column fault 3265.
+std::shared_ptr<Recordset> unopened_recordset();
+
+/// Opens a query into a variable of the state or of a caller, which holds a new recordset from the start: a query
+/// that cannot be opened leaves that one, and never the rows of an earlier load.
+void open_query(SessionState& state, std::shared_ptr<Recordset>& into, const Query& query, Cursor cursor);
+
 /// Runs a statement of the dialect in use; nothing with any other engine.
 void execute(SessionState& state, std::string_view sql_server, std::string_view pervasive);
 

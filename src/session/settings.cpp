@@ -7,8 +7,16 @@
 namespace velora {
 
 namespace {
+
 constexpr std::string_view kApplication = "Morvane\\Velora";
+
+PasswordCipher& password_cipher(SessionState& state)
+{
+    if (state.ports.cipher == nullptr) throw fault::of(fault::kCannotCreate, "PasswordCipher");
+    return *state.ports.cipher;
 }
+
+}  // namespace
 
 std::string setting(SessionState& state, std::string_view key, std::string_view otherwise)
 {
@@ -24,22 +32,14 @@ void save_setting(SessionState& state, std::string_view key, std::string_view va
 
 std::string Encrypt(SessionState& state, std::string_view pText)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.Encrypt", [&] {
-        if (state.ports.cipher == nullptr) throw fault::of(fault::kCannotCreate, "PasswordCipher");
-        result = state.ports.cipher->scramble(pText);
-    });
-    return result;
+    return with_failure_path(state, ErrorMessenger, "modGeneral.Encrypt",
+                             [&] { return password_cipher(state).scramble(pText); });
 }
 
 std::string Decrypt(SessionState& state, std::string_view pText)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.Decrypt", [&] {
-        if (state.ports.cipher == nullptr) throw fault::of(fault::kCannotCreate, "PasswordCipher");
-        result = state.ports.cipher->unscramble(pText);
-    });
-    return result;
+    return with_failure_path(state, ErrorMessenger, "modGeneral.Decrypt",
+                             [&] { return password_cipher(state).unscramble(pText); });
 }
 
 std::string application_path(const SessionState& state, std::string_view folder, std::string_view file)

@@ -1,6 +1,6 @@
 #include "session/value_helpers.h"
 
-#include <re2/re2.h>
+#include <algorithm>
 
 #include "session/error_messengers.h"
 #include "values/fault.h"
@@ -12,47 +12,86 @@ namespace {
 
 constexpr int32_t kFirstOfJanuary1900 = 2;  // serial day of "1/1/1900"
 
-std::optional<DateTime> as_date(SessionState& state, const Value& value)
+Region& region(SessionState& state)
 {
-    if (const auto* date = value.get_if<DateTime>()) return *date;
-    if (const auto* text = value.get_if<std::string>()) {
-        if (const auto date = DateTime::from_iso(trimmed(*text))) return date;
-        return state.ports.region != nullptr ? state.ports.region->read_date(trimmed(*text)) : std::nullopt;
-    }
-    return std::nullopt;
+    if (state.ports.region == nullptr) throw fault::object_not_set("region");
+    return *state.ports.region;
 }
 
+bool is_letter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool is_letter_or_digit(char c)
+{
+    return is_letter(c) || (c >= '0' && c <= '9');
+}
+
+/// What may stand inside a name: [\w\.-] of ASCII.
+bool is_inside(char c)
+{
+    return is_letter_or_digit(c) || c == '_' || c == '.' || c == '-';
+}
+
+/// Two characters at least, of which the ends may be less than what stands between them.
+template <class First, class Inside, class Last>
+bool is_run(std::string_view text, First first, Inside inside, Last last)
+{
+    return text.size() >= 2 && first(text.front()) && last(text.back()) &&
+           std::all_of(text.begin() + 1, text.end() - 1, inside);
+}
+
+/// ^[a-zA-Z][\w\.-]*[a-zA-Z0-9]@[a-zA-Z0-9][\w\.-]*[a-zA-Z0-9]\.[a-zA-Z][a-zA-Z\.]*[a-zA-Z]$
+/// The place of the closing part is open: any point may begin it.
 bool is_email_address(std::string_view address)
 {
-    static const re2::RE2 pattern(
-        R"(^[a-zA-Z][\w\.-]*[a-zA-Z0-9]@[a-zA-Z0-9][\w\.-]*[a-zA-Z0-9]\.[a-zA-Z][a-zA-Z\.]*[a-zA-Z]$)");
-    return re2::RE2::PartialMatch(re2::StringPiece(address.data(), address.size()), pattern);
+    const auto at = address.find('@');
+    if (at == std::string_view::npos) return false;
+    if (!is_run(address.substr(0, at), is_letter, is_inside, is_letter_or_digit)) return false;
+    const auto domain = address.substr(at + 1);
+    const auto in_closing = [](char c) { return is_letter(c) || c == '.'; };
+    for (auto point = domain.find('.'); point != std::string_view::npos; point = domain.find('.', point + 1)) {
+        if (is_run(domain.substr(0, point), is_letter_or_digit, is_inside, is_letter_or_digit) &&
+            is_run(domain.substr(point + 1), is_letter, in_closing, is_letter)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
 
+std::optional<DateTime> date_of(SessionState& state, const Value& value)
+{
+    if (const auto date = date_in(value)) return date;
+    const auto* text = value.get_if<std::string>();
+    if (text == nullptr) return std::nullopt;
+    return region(state).read_date(trimmed(*text), today(state).parts().year);
+}
+
+std::string plain_date(SessionState& state, const DateTime& date)
+{
+    return region(state).plain_date(date);
+}
+
 std::string Display_Date(SessionState& state, Value& pDate)
 {
-    std::string result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.Display_Date", [&] {
-        if (pDate.is_null()) return;
-        const auto date = as_date(state, pDate);
-        pDate = trimmed_text(pDate);
-        if (!date || date->serial_day() < kFirstOfJanuary1900) return;
-        if (state.ports.region == nullptr) throw fault::object_not_set("region");
-        result = state.ports.region->short_date(*date);
+    return with_failure_path(state, ErrorMessenger, "modGeneral.Display_Date", [&] {
+        if (pDate.is_null()) return std::string();
+        const auto date = date_of(state, pDate);
+        pDate = pDate.type() == Value::Type::Date ? plain_date(state, *date) : trimmed_text(pDate);
+        if (!date || date->serial_day() < kFirstOfJanuary1900) return std::string();
+        return region(state).short_date(*date);
     });
-    return result;
 }
 
 DateTime Return_TBXDate(SessionState& state, std::string& pText)
 {
-    DateTime result;
-    with_failure_path(state, ErrorMessenger, "modGeneral.Return_TBXDate", [&] {
+    return with_failure_path(state, ErrorMessenger, "modGeneral.Return_TBXDate", [&] {
         pText = std::string(trimmed(pText));
-        result = as_date(state, Value(pText)).value_or(today(state));
+        return date_of(state, Value(pText)).value_or(today(state));
     });
-    return result;
 }
 
 std::string Format_PhoneFax(std::string& pText)
@@ -67,20 +106,19 @@ std::string Format_PhoneFax(std::string& pText)
 
 bool IsValid_Email(SessionState& state, std::string_view pEmail)
 {
-    bool valid = false;
-    with_failure_path(state, ErrorMessenger, "modGeneral.IsValid_Email", [&] {
-        if (pEmail.empty()) return;
+    return with_failure_path(state, ErrorMessenger, "modGeneral.IsValid_Email", [&] {
+        if (pEmail.empty()) return false;
         for (size_t from = 0, end = 0; end != std::string_view::npos; from = end + 1) {
             end = pEmail.find(';', from);
-            valid = is_email_address(trimmed(pEmail.substr(from, end == std::string_view::npos ? end : end - from)));
-            if (valid) continue;
+            const auto piece = pEmail.substr(from, end == std::string_view::npos ? end : end - from);
+            if (is_email_address(trimmed(piece))) continue;
             tell(state, {"Invalid Email Address",
                          "You have entered an invalid Email address.\r\nPlease re-enter the Email address.",
                          Icon::Information});
-            return;
+            return false;
         }
+        return true;
     });
-    return valid;
 }
 
 DateTime today(SessionState& state)

@@ -1,11 +1,18 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "session/session_state.h"
 
 namespace velora {
+
+/// The value as a date: one that it is, or that its text is in ISO form or as people of the region write it.
+std::optional<DateTime> date_of(SessionState& state, const Value& value);
+
+/// A date as plain text of the region, with its time of day if it has one.
+std::string plain_date(SessionState& state, const DateTime& date);
 
 /// A stored date as the region's short date; the empty text for what is no date or lies before 1900.
 /// The value is replaced by its trimmed text.

@@ -120,6 +120,7 @@ TEST_F(ExportReport, AFailureKeepsTheFileOfTheExportBefore)
 TEST_F(ExportReport, WhatIsMissingIsToldUnderTheProceduresName)
 {
     state.gCrReport = nullptr;
+    set("Format", "none");
     Export_Report(state, "Q-1");
     state.ports.settings = nullptr;
     Export_Report(state, "Q-1");

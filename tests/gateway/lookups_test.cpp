@@ -65,8 +65,10 @@ TEST(DefaultLocation, IsTheFirstWhoseCodeIsANumber)
 {
     TestCompany company;
     company.accounting(
-        "INSERT INTO IC0290 (ITEMNO, LOCATION) VALUES ('X', 'A1'), ('X', '00'), ('X', '10'), ('X','20')");
-    EXPECT_EQ(Return_DefaultLocation(company.state(), "X"), "10");
+        "INSERT INTO IC0290 (ITEMNO, LOCATION) VALUES ('X', '+7'), ('X', '-5'), ('X', '.5'), ('X', '00'), ('X', '10'), "
+        "('X','20'), ('Y', 'A1')");
+    EXPECT_EQ(Return_DefaultLocation(company.state(), " X "), "10");
+    EXPECT_EQ(Return_DefaultLocation(company.state(), "Y"), "");
 }
 
 TEST_P(LookupsInBothDialects, ReadTheProductsOwnTables)
@@ -77,7 +79,7 @@ TEST_P(LookupsInBothDialects, ReadTheProductsOwnTables)
             "INSERT INTO Customer (CustomerID, CustomerNumber, cuFullName, cuCurCode, cuAccountSet) VALUES "
             "(1, 'O''NEIL', ' O''Neil Ltd ', 'USD', 'X'), (2, 'B', 'Bee', ' ', 'TRADE');"
             "INSERT INTO DLocRange (DLRID, RType, RName) VALUES (2, 0, 'b'), (1, 0, 'a'), (3, 1, 'c');"
-            "UPDATE Defaults SET anUseQuoteNum = 2")
+            "UPDATE Defaults SET Company = Company")
         .accounting("INSERT INTO AR0013 VALUES ('TRADE', 'CAD')");
     auto& state = company.state();
     EXPECT_EQ(Return_VLCustomerName(state, 1), "O'Neil Ltd");
@@ -87,7 +89,10 @@ TEST_P(LookupsInBothDialects, ReadTheProductsOwnTables)
     EXPECT_FALSE(Check_VLCustNumber(state, "x' OR '1'='1"));
     EXPECT_EQ(Return_VLCustCurCode(state, 1), "USD");
     EXPECT_EQ(Return_VLCustCurCode(state, 2), "CAD") << "that of its account set";
-    EXPECT_FALSE(Use_VLNumber(state)) << "only 1 counts";
+    for (const auto& [number, uses] : {std::pair{"2", false}, {"1", true}, {"NULL", false}}) {
+        company.product(std::string("UPDATE Defaults SET anUseQuoteNum = ") + number);
+        EXPECT_EQ(Use_VLNumber(state), uses) << number;
+    }
     std::shared_ptr<Recordset> ranges;
     Get_LocationRange(state, ranges, 0);
     ASSERT_EQ(ranges->RecordCount(), 2U);
@@ -98,8 +103,8 @@ TEST_P(LookupsInBothDialects, ReadTheProductsOwnTables)
 /// A server whose two language batches answer as told.
 class LanguageServer final : public Connection {
 public:
-    LanguageServer(int64_t language, std::vector<std::vector<Value>> languages)
-        : language_(language), languages_(std::move(languages))
+    LanguageServer(Value language, std::vector<std::vector<Value>> languages)
+        : language_(std::move(language)), languages_(std::move(languages))
     {
     }
     std::unique_ptr<Recordset> Open(const Command&, Cursor) override { throw fault::closed_object(); }
@@ -115,7 +120,7 @@ public:
     std::unique_ptr<Connection> open_reader(const QueryLimits&) override { throw fault::closed_object(); }
 
 private:
-    int64_t language_;
+    Value language_;
     std::vector<std::vector<Value>> languages_;
     std::vector<DatabaseError> errors_;
 };
@@ -124,24 +129,38 @@ TEST(DateLiterals, FollowTheServersDefaultLanguage)
 {
     struct Case {
         const char* why;
-        int64_t language;
+        Value language;
         std::vector<std::vector<Value>> languages;
         bool end_of_day;
         const char* expected;
     };
-    const std::vector<std::vector<Value>> known{{0, "mdy"}, {1, "dmy"}, {2, "ymd"}, {3, "ydm"}};
+    const std::vector<std::vector<Value>> known{{Value(), "dmy"}, {0, "mdy"}, {1, "dmy"},  {2, "ymd"},
+                                                {3, "ydm"},       {4, ""},    {5, Value()}};
     for (const auto& c :
          {Case{"day first, no leading zeros", 1, known, false, "13/3/2006"},
           Case{"the end of the day", 1, known, true, "13/3/2006 23:59:59.999"},
           Case{"month first", 0, known, false, "3/13/2006"}, Case{"year first", 2, known, false, "2006/3/13"},
           Case{"another order: the date's plain text", 3, known, false, "3/13/2006"},
+          Case{"a blank order is another one", 4, known, false, "3/13/2006"},
+          Case{"and so is a null", 5, known, true, "3/13/2006 23:59:59.999"},
           Case{"a language that is not listed", 9, known, false, ""},
+          Case{"nor is a null", Value(), known, true, " 23:59:59.999"},
           Case{"no languages at all: the date's plain text", 0, {}, false, "3/13/2006"}}) {
         TestCompany company;
         company.state().gConn = std::make_shared<LanguageServer>(c.language, c.languages);
         EXPECT_EQ(SQLServer_DateFormat(company.state(), "2006-03-13", c.end_of_day), c.expected) << c.why;
+        EXPECT_EQ(SQLServer_DateFormat(company.state(), "3/13/2006", c.end_of_day), c.expected) << "the region's own";
         EXPECT_EQ(SQLServer_DateFormat(company.state(), "no date", c.end_of_day), "");
+        EXPECT_TRUE(company.boxes().empty()) << company.box_text(0);
     }
+}
+
+TEST(DateLiterals, KeepTheTimeOfDayInPlainText)
+{
+    TestCompany company;
+    company.state().gConn = std::make_shared<LanguageServer>(0, std::vector<std::vector<Value>>{});
+    EXPECT_EQ(SQLServer_DateFormat(company.state(), *DateTime::from_iso("2006-03-13T10:30:00"), false),
+              "3/13/2006 at 10:30");
 }
 
 }  // namespace

@@ -156,5 +156,35 @@ TEST(Addresses, ANullInTheCustomersRowKeepsTheFieldsBeforeIt)
     EXPECT_THAT(company.box_text(0), testing::HasSubstr("modGeneral.Fetch_VLBDefaultAddress"));
 }
 
+TEST(Addresses, SayOfATableThatCannotBeOpenedWhoOpenedItAndWhoCalled)
+{
+    struct Case {
+        AddressKeys keys;
+        const char* opened_by;
+        const char* called_by;
+        const char* table;
+    };
+    const AddressKeys kOwn{1, "", 5, 0, 7, ""};
+    const AddressKeys kOwnShip{1, "", 5, 7, 0, ""};
+    const AddressKeys kAccounting{0, "1200", 5, 0, 7, ""};
+    const AddressKeys kAccountingShip{0, "1200", 5, 7, 0, ""};
+    for (const auto& c : {Case{kOwn, "Fetch_VLBillTo", "Fetch_VLBDefaultAddress", "BillTo"},
+                          {kOwnShip, "Fetch_VLShipTo", "Fetch_VLSDefaultAddress", "ShipTo"},
+                          {kAccounting, "Fetch_VLBillTo", "Fetch_ACCPACBillTo", "BillTo"},
+                          {kAccountingShip, "Fetch_VLShipTo", "Fetch_ACCPACShipTo", "ShipTo"}}) {
+        TestCompany company;
+        company.product(std::string("DROP TABLE ") + c.table).accounting(kAccountingCustomer);
+        const auto found = fetch_addresses(company.state(), c.keys);
+        ASSERT_EQ(company.boxes().size(), 2U) << c.called_by;
+        EXPECT_EQ(company.boxes()[0].title, "ADO Database Error");
+        EXPECT_THAT(company.box_text(0), testing::HasSubstr(std::string("modGeneral.") + c.opened_by + "."));
+        EXPECT_EQ(company.boxes()[1].title, "Reporting Error") << "the errors of the connection have been shown";
+        EXPECT_THAT(company.box_text(1), testing::StartsWith("3704: "));
+        EXPECT_THAT(company.box_text(1), testing::HasSubstr(std::string("modGeneral.") + c.called_by + "."));
+        const auto& rows = c.keys.BillToID == 0 ? found.bill_to : found.ship_to;
+        EXPECT_THROW((void)rows->column("btName"), Fault) << "a recordset that was never opened has no columns";
+    }
+}
+
 }  // namespace
 }  // namespace velora

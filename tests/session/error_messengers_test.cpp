@@ -75,5 +75,61 @@ TEST(ErrorMessengers, FallBackToTheFaultItselfAndReportTheirOwn)
     EXPECT_THAT(company.box_text(1), testing::HasSubstr("VL Report.modGeneral.ErrorADO."));
 }
 
+TEST(ErrorAdo, GivesAnErrorWithoutADescriptionNoLineForIt)
+{
+    TestCompany company;
+    company.state().gConn->Errors().push_back({"", "Provider", "42000", 7});
+    ErrorADO(company.state(), 1, "not shown", "modGeneral.X");
+    EXPECT_THAT(company.box_text(0), testing::StartsWith("\r\n\t   (Source"));
+}
+
+/// A user interface that fails once.
+class FailingUser final : public UserInterface {
+public:
+    explicit FailingUser(test::RecordingUser& user) : user_(user) {}
+    void show(const MessageBox& box) override
+    {
+        if (!failed_) {
+            failed_ = true;
+            throw Fault(75, "Path/File access error");
+        }
+        user_.show(box);
+    }
+    void show_pages(std::shared_ptr<PageView>, const std::string&) override {}
+
+private:
+    test::RecordingUser& user_;
+    bool failed_ = false;
+};
+
+TEST(ErrorMessenger, ShowsItsOwnFaultUnderItsOwnName)
+{
+    TestCompany company;
+    FailingUser failing(company.user);
+    company.state().ports.user = &failing;
+    ErrorMessenger(company.state(), 13, "Type mismatch", "modGeneral.X");
+    ASSERT_EQ(company.boxes().size(), 1U);
+    EXPECT_EQ(company.boxes()[0].title, "Reporting Error");
+    EXPECT_EQ(company.box_text(0), std::string("75: Path/File access error\r\n\nIn Procedure: VL "
+                                               "Report.modGeneral.ErrorMessenger.") +
+                                       kTail);
+}
+
+TEST(FailurePath, TakesWhateverIsRaisedAndAnswersBlank)
+{
+    TestCompany company;
+    const auto run = [&](auto work) {
+        return with_failure_path(company.state(), ErrorMessenger, "modGeneral.X", work);
+    };
+    EXPECT_EQ(run([] { return 7; }), 7);
+    EXPECT_EQ(run([]() -> int { throw fault::overflow(); }), 0);
+    EXPECT_EQ(run([]() -> std::string { throw std::runtime_error("the driver's words"); }), "");
+    EXPECT_FALSE(run([]() -> bool { throw std::bad_alloc(); }));
+    ASSERT_EQ(company.boxes().size(), 3U);
+    EXPECT_THAT(company.box_text(0), testing::StartsWith("6: Overflow\r"));
+    EXPECT_THAT(company.box_text(1), testing::StartsWith("440: Automation error: the driver's words\r"));
+    EXPECT_THAT(company.box_text(2), testing::StartsWith("7: Out of memory\r"));
+}
+
 }  // namespace
 }  // namespace velora

@@ -2,6 +2,7 @@
 #include "session/settings.h"
 #include "session/value_helpers.h"
 #include "support/test_company.h"
+#include "values/text.h"
 
 namespace velora {
 namespace {
@@ -26,7 +27,10 @@ TEST_P(InBothDialects, ListsHoldTheActiveRowsAndLiveWithoutTheConnection)
     EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 2, kListStatus), "LOST") << "no name: the code";
     EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 3, kListStatus), "") << "not active";
     EXPECT_EQ(Return_ListValue(state, state.gReasons, 1, kListReason), "PRICE") << "a reason shows its code";
+    Return_ListValue(state, state.gQuoteStatus, 2, kListStatus);
+    EXPECT_FALSE(state.gQuoteStatus->at_eof()) << "the row of the answer stays current";
     EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 1, 4), "") << "no such kind";
+    EXPECT_TRUE(state.gQuoteStatus->at_eof()) << "but its rows were walked";
     std::vector<std::string> options;
     Load_Options(state, state.gQuoteStatus, kListStatus,
                  [&](const std::string& text, int32_t key) { options.push_back(text + std::to_string(key)); });
@@ -50,6 +54,44 @@ TEST(WithoutAnEngine, NoQueryIsOpenedAndEachLoaderSaysSo)
     ASSERT_EQ(company.boxes().size(), 2U);
     EXPECT_THAT(company.box_text(0), testing::StartsWith("3704: Operation is not allowed when the object is closed."));
     EXPECT_THAT(company.box_text(1), testing::HasSubstr("modGeneral.Get_Defaults"));
+}
+
+TEST(Loaders, HoldANewRecordsetThatNothingOpenedAfterALoadThatFailed)
+{
+    TestCompany company;
+    company.product("INSERT INTO QuoteStatus (QuoteStatusID, qsName, qsActive) VALUES (1, 'Open', 1)");
+    auto& state = company.state();
+    struct Case {
+        const char* name;
+        void (*load)(SessionState&, bool);
+        std::shared_ptr<Recordset> SessionState::*rows;
+    };
+    const std::vector<Case> cases{
+        {"Get_QuoteStatus", Get_QuoteStatus, &SessionState::gQuoteStatus},
+        {"Get_QuoteType", Get_QuoteType, &SessionState::gQuoteType},
+        {"Get_QuoteConfid", Get_QuoteConfid, &SessionState::gQuoteConfid},
+        {"Get_Reasons", Get_Reasons, &SessionState::gReasons},
+        {"Get_Defaults", [](SessionState& s, bool) { Get_Defaults(s); }, &SessionState::gDefaults}};
+    for (const auto& c : cases) c.load(state, false);
+    ASSERT_TRUE(company.boxes().empty());
+    state.gConn.reset();
+    for (const auto& c : cases) {
+        company.user.boxes.clear();
+        c.load(state, false);
+        ASSERT_EQ(company.boxes().size(), 1U) << c.name;
+        EXPECT_THAT(company.box_text(0), testing::HasSubstr(std::string("VL Report.modGeneral.ErrorADO."))) << c.name;
+        ASSERT_TRUE(state.*c.rows) << c.name;
+        EXPECT_THROW((void)(state.*c.rows)->is_empty(), Fault) << c.name << ": the rows of before are gone";
+    }
+    company.user.boxes.clear();
+    EXPECT_EQ(Return_ListValue(state, state.gQuoteStatus, 1, kListStatus), "");
+    EXPECT_THAT(company.box_text(0), testing::StartsWith("3704: "));
+    try {
+        (void)company_default(state, "mdUsePLDef");
+        ADD_FAILURE();
+    } catch (const Fault& caught) {
+        EXPECT_EQ(caught.number(), fault::kNoSuchColumn);
+    }
 }
 
 TEST(ModuleVersions, StayOnceTheyAreFilled)
@@ -76,9 +118,24 @@ TEST(DisplayDate, ShowsShortDatesFrom1900On)
                    Case{"ISO text", "2026-03-09", "3/9/2026"}, Case{"no date", "soon", ""}}) {
         EXPECT_EQ(Display_Date(company.state(), c.value), c.expected) << c.why;
     }
-    std::string typed = " nonsense ";
-    EXPECT_EQ(Return_TBXDate(company.state(), typed).iso(), "2026-03-13") << "what is no date is today";
-    EXPECT_EQ(typed, "nonsense");
+    Value stored(*DateTime::from_iso("2026-03-09T10:30:00"));
+    EXPECT_EQ(Display_Date(company.state(), stored), "3/9/2026");
+    EXPECT_EQ(stored, Value("3/9/2026 at 10:30")) << "the plain text of the region stays behind";
+    stored = " 3/9/2026 ";
+    Display_Date(company.state(), stored);
+    EXPECT_EQ(stored, Value("3/9/2026"));
+}
+
+TEST(ReturnTbxDate, ReadsWhatTheRegionReadsAndTakesTodayForTheRest)
+{
+    TestCompany company;
+    for (const auto& [typed, expected] :
+         {std::pair{" nonsense ", "2026-03-13"}, std::pair{"", "2026-03-13"}, std::pair{"5/6/2025 ", "2025-05-06"},
+          std::pair{" 2025-05-06", "2025-05-06"}, std::pair{"5/6", "2026-05-06"}}) {
+        std::string text = typed;
+        EXPECT_EQ(Return_TBXDate(company.state(), text).iso(), expected) << typed;
+        EXPECT_EQ(text, trimmed(typed));
+    }
 }
 
 TEST(FormatPhoneFax, MasksTenDigitsAndLeavesTheRest)
@@ -98,10 +155,17 @@ TEST(IsValidEmail, StopsAtTheFirstBadPiece)
 {
     TestCompany company;
     auto& state = company.state();
-    EXPECT_TRUE(IsValid_Email(state, "ann.lee@example.com; bo@ex-ample.co.uk"));
+    for (const char* good :
+         {"ann.lee@example.com; bo@ex-ample.co.uk", "a1@e9.com", "x_-.9@a.b.c.de", "ann@10.c..d", "A.B@C.D.EF"}) {
+        EXPECT_TRUE(IsValid_Email(state, good)) << good;
+    }
     EXPECT_FALSE(IsValid_Email(state, ""));
     EXPECT_TRUE(company.boxes().empty()) << "no pieces, no box";
-    for (const char* bad : {"a@example.com", "ann@e.com", "ann@example.c", "ann@example.com;nobody", "ann@x.com;"}) {
+    for (const char* bad :
+         {"a@example.com", "ann@e.com", "ann@example.c", "ann@example.com;nobody", "ann@x.com;", "1nn@example.com",
+          "ann-@example.com", "an n@example.com", "änn@example.com", "ann@-xample.com", "ann@example-.com",
+          "ann@exa_mple@x.com", "ann@example.9om", "ann@example.co9", "ann@example.c-m", "ann@examplecom", "ann.com",
+          "@example.com", "ann@.example.com"}) {
         company.user.boxes.clear();
         EXPECT_FALSE(IsValid_Email(state, bad)) << bad;
         ASSERT_EQ(company.boxes().size(), 1U) << bad;

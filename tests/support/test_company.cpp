@@ -60,15 +60,22 @@ std::string EnglishRegion::short_date(const DateTime& date) const
     return std::to_string(p.month) + "/" + std::to_string(p.day) + "/" + std::to_string(p.year);
 }
 
-std::optional<DateTime> EnglishRegion::read_date(std::string_view text) const
+std::string EnglishRegion::plain_date(const DateTime& date) const
+{
+    const auto p = date.parts();
+    if (date.second_of_day() == 0) return short_date(date);
+    return short_date(date) + " at " + std::to_string(p.hour) + ":" + std::to_string(p.minute);
+}
+
+std::optional<DateTime> EnglishRegion::read_date(std::string_view text, int this_year) const
 {
     int month = 0;
     int day = 0;
-    int year = 0;
-    char rest = 0;
+    int year = this_year;
+    int read = 0;
     const std::string terminated(text);
-    if (std::sscanf(terminated.c_str(), "%d/%d/%d%c", &month, &day, &year, &rest) != 3) return std::nullopt;
-    return DateTime::from_ymd(year, month, day);
+    if (std::sscanf(terminated.c_str(), "%d/%d%n/%d%n", &month, &day, &read, &year, &read) < 2) return std::nullopt;
+    return read == static_cast<int>(text.size()) ? DateTime::from_ymd(year, month, day) : std::nullopt;
 }
 
 std::string MapSettings::get(std::string_view application, std::string_view section, std::string_view key,

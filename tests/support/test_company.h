@@ -33,7 +33,8 @@ class EnglishRegion final : public Region {
 public:
     [[nodiscard]] const NumberMarks& marks() const override { return marks_; }
     [[nodiscard]] std::string short_date(const DateTime& date) const override;
-    [[nodiscard]] std::optional<DateTime> read_date(std::string_view text) const override;
+    [[nodiscard]] std::string plain_date(const DateTime& date) const override;
+    [[nodiscard]] std::optional<DateTime> read_date(std::string_view text, int this_year) const override;
     NumberMarks marks_;
 };
 

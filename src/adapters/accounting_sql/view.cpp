@@ -21,7 +21,7 @@ public:
     bool Read() override;
     void Compose(std::span<View* const> partners) override;
     void Cancel() override;
-    void Close() override;
+    void Close() noexcept override;
     [[nodiscard]] Value field(std::string_view name) const override;
     void PutWithoutVerification(std::string_view name, const Value& value) override;
 
@@ -100,9 +100,8 @@ void SqlView::Cancel()
     forget();
 }
 
-void SqlView::Close()
+void SqlView::Close() noexcept
 {
-    require_open();
     forget();
     is_open_ = false;
 }

@@ -4,6 +4,7 @@
 
 #include "adapters/ini/ini_file.h"
 #include "values/fault.h"
+#include "values/text.h"
 
 namespace velora {
 
@@ -11,16 +12,7 @@ namespace {
 
 using ini::IniFile;
 
-constexpr size_t kProfileValueBytes = 255;
-
-std::string cut_to_bytes(std::string text, size_t most)
-{
-    if (text.size() <= most) return text;
-    size_t end = most;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    text.resize(end);
-    return text;
-}
+constexpr size_t kProfileValueCharacters = 256;  // as they have always been read; longer paths are cut
 
 class IniSettings final : public SettingsStore {
 public:
@@ -60,7 +52,7 @@ public:
 
     std::string read(const std::string& path, std::string_view section, std::string_view key) const override
     {
-        return cut_to_bytes(IniFile(path).read(section, key, ""), kProfileValueBytes);
+        return std::string(cut_to_characters(IniFile(path).read(section, key, ""), kProfileValueCharacters));
     }
 
     void write(const std::string& path, std::string_view section, std::string_view key, std::string_view value) override

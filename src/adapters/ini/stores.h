@@ -11,8 +11,7 @@ namespace velora {
 /// sections. The first value makes the file and its folder.
 std::unique_ptr<SettingsStore> ini_settings(std::string path);
 
-/// Ini files read as through a buffer of 256 bytes: of a longer value the first 255 are given, less what would be a
-/// part of a character.
+/// Ini files read as through a buffer of 256 characters: of a longer value the first 256 are given.
 std::unique_ptr<ProfileFile> ini_profiles();
 
 }  // namespace velora

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "values/date_time.h"
 
@@ -15,11 +13,9 @@ public:
 
     /// The day with its year in full, whatever the pattern says of the year.
     [[nodiscard]] std::string write(const DateTime& date) const;
-    [[nodiscard]] std::optional<DateTime> read(std::string_view text) const;
 
 private:
     std::string pattern_;
-    std::string order_;  // of "y", "M" and "d"
 };
 
 }  // namespace velora::terminal

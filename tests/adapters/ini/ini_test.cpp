@@ -87,13 +87,14 @@ TEST(IniProfiles, LongValuesAreCutOnAWholeCharacter)
         const char* why;
         size_t fill;  // one-byte characters in front
         const char* tail;
-        size_t length;
+        size_t length;  // in bytes
     };
     const Scratch scratch;
     const auto lists = ini_profiles();
-    for (const auto& c : {Case{"fits", 255, "", 255}, Case{"one too many", 255, "a", 255},
-                          Case{"a character of two bytes at the cut", 254, "éb", 254},
-                          Case{"one of three", 253, "漢b", 253}, Case{"one that ends at the cut", 252, "漢b", 255}}) {
+    for (const auto& c :
+         {Case{"fits", 256, "", 256}, Case{"one too many", 256, "a", 256},
+          Case{"characters count, not bytes", 255, "éb", 257}, Case{"nor three of them", 254, "漢bc", 258},
+          Case{"one that ends behind the cut", 256, "漢", 256}}) {
         const std::string value = std::string(c.fill, 'a') + c.tail;
         lists->write(scratch.path("l.ini"), "S", "K", value);
         EXPECT_EQ(lists->read(scratch.path("l.ini"), "S", "K"), value.substr(0, c.length)) << c.why;

@@ -25,6 +25,10 @@ TEST(Region, ShortDatesAndMarksFollowTheRegion)
         EXPECT_EQ(region->marks().decimal, c.decimal) << c.tag;
     }
     EXPECT_EQ(make_region("en-US")->short_date(*DateTime::from_ymd(1899, 12, 31)), "12/31/1899");
+    EXPECT_EQ(make_region("en-US")->plain_date(date), "3/9/2006 10:30:00 AM");
+    EXPECT_EQ(make_region("en-US")->plain_date(*DateTime::from_ymd(2006, 3, 9, 12, 0, 7)), "3/9/2006 12:00:07 PM");
+    EXPECT_EQ(make_region("de-DE")->plain_date(date), "09.03.2006 10:30:00");
+    EXPECT_EQ(make_region("de-DE")->plain_date(date.date_only()), "09.03.2006");
 }
 
 TEST(Region, DatesAreReadBack)
@@ -52,14 +56,31 @@ TEST(Region, DatesAreReadBack)
              Case{"no such day", "en-US", "2/30/2006", ""},
              Case{"no such month", "en-US", "13/13/2006", ""},
              Case{"thirteen in the afternoon", "en-US", "3/9/2006 13:00 PM", ""},
-             Case{"two numbers", "en-US", "3/2006", ""},
+             Case{"a month by its name", "en-US", "13 March 2006", "2006-03-13"},
+             Case{"in front of the day", "en-US", "March 13, 2006", "2006-03-13"},
+             Case{"a short name and year", "en-US", "13-Mar-06", "2006-03-13"},
+             Case{"a name of the region's language", "de-DE", "13. märz 2006 8:05", "2006-03-13T08:05:00"},
+             Case{"an English name anywhere", "fr-FR", "13 Dec. 2006", "2006-12-13"},
+             Case{"the year in front", "en-US", "2006 March 13", "2006-03-13"},
+             Case{"a month of a year", "en-US", "March 2006", "2006-03-01"},
+             Case{"a day of this year", "en-US", "march 13", "2026-03-13"},
+             Case{"two numbers are of this year", "en-US", "3/9", "2026-03-09"},
+             Case{"in the order of the region", "en-GB", "3/9", "2026-09-03"},
+             Case{"or the other where only that is a date", "en-US", "13/3", "2026-03-13"},
+             Case{"a month and a year", "en-US", "3/2006", "2006-03-01"},
+             Case{"points between two numbers are those of a number", "en-US", "3.13", ""},
+             Case{"where dates have no points", "de-DE", "13.3.", "2026-03-13"},
+             Case{"words of the region's own dates", "bg-BG", "9.03.2006\u202fг.", "2006-03-09"},
+             Case{"two months", "en-US", "March April 2006", ""},
+             Case{"too many numbers", "en-US", "1 March 2 2006", ""},
+             Case{"no such day of a month", "en-US", "31 April 2006", ""},
              Case{"text behind", "en-US", "3/9/2006x", ""},
              Case{"text", "en-US", "today", ""},
              Case{"a time alone", "en-US", "12:00.00 AM", ""},
              Case{"nothing", "en-US", "  ", ""},
              Case{"a number", "en-US", "38785", ""},
          }) {
-        const auto date = make_region(c.tag)->read_date(c.text);
+        const auto date = make_region(c.tag)->read_date(c.text, 2026);
         EXPECT_EQ(date ? date->iso() : "", c.expected) << c.why;
     }
 }
@@ -70,7 +91,7 @@ TEST(Region, EveryRegionReadsWhatItWrites)
     for (const char* tag : {"en-US", "en-CA", "fr-CA", "es-MX", "de-AT", "nl-NL", "pl-PL", "pt-BR", "fi-FI", "nb-NO",
                             "ko-KR", "zh-CN", "zh-Hant-TW", "hu-HU", "tr-TR", "ru-RU", "hi-IN"}) {
         const auto region = make_region(tag);
-        EXPECT_EQ(region->read_date(region->short_date(date)), date) << tag << " " << region->short_date(date);
+        EXPECT_EQ(region->read_date(region->short_date(date), 2026), date) << tag << " " << region->short_date(date);
     }
 }
 
