@@ -60,9 +60,9 @@ void fetch_saved(SessionState& state, const AddressKind& kind, AddressRows& rows
 {
     with_failure_path(state, ErrorADO, kind.name, [&] {
         open_query(state, rows,
-                   {Command::procedure(std::string(kind.procedure), {{std::string(kind.parameter), id}}),
-                    Command::statement(std::string(kind.text) + std::to_string(id) + ")")},
-                   Cursor::Client);
+                   {Command::procedure(std::string(kind.procedure),
+                                       {Command::Parameter::integer(std::string(kind.parameter), id)}),
+                    Command::statement(std::string(kind.text) + std::to_string(id) + ")")});
         move_to_first(*rows);
     });
 }
@@ -100,11 +100,9 @@ void fill_from_location(SessionState& state, Recordset& row, std::string_view cu
 void fill_from_table(SessionState& state, const AddressKind& kind, AddressRows& rows, int32_t customer)
 {
     add_row_if_empty(state, kind, rows);
-    const auto source =
-        open_query(state,
-                   {Command::procedure("sprCustomerOneID", {{"CID", customer}}),
-                    Command::statement("SELECT * FROM Customer WHERE (CustomerID=" + std::to_string(customer) + ")")},
-                   Cursor::Client);
+    const auto source = open_query(
+        state, {Command::procedure("sprCustomerOneID", {Command::Parameter::integer("CID", customer)}),
+                Command::statement("SELECT * FROM Customer WHERE (CustomerID=" + std::to_string(customer) + ")")});
     if (move_to_first(*source)) {
         for (const auto& [field, name] : kFromCustomerTable) {
             rows->put(column(kind, field), trimmed_text(source->value(name)));

@@ -15,7 +15,7 @@ Query texts(std::string sql_server, std::string pervasive)
     return {Command::statement(std::move(sql_server)), Command::statement(std::move(pervasive))};
 }
 
-std::shared_ptr<Recordset> ask_server(SessionState& state, std::string_view batch)
+std::unique_ptr<Rows> ask_server(SessionState& state, std::string_view batch)
 {
     state.log.query(batch);
     return connection(state).Execute(batch);
@@ -63,7 +63,7 @@ std::string server_literal(SessionState& state, const DateTime& date)
 template <class Read>
 auto first_row(SessionState& state, const Query& query, Read read)
 {
-    const auto rows = open_query(state, query, Cursor::Forward);
+    const auto rows = stream_query(state, query);
     auto answer = move_to_first(*rows) ? read(*rows) : decltype(read(*rows))();
     rows->Close();
     return answer;
@@ -78,7 +78,7 @@ std::string Return_VLCustomerName(SessionState& state, int32_t pCustomerID)
         return first_row(state,
                          texts("SELECT [CustomerID],[cuFullName] FROM [Customer] WHERE ([CustomerID]=" + id + ");",
                                "SELECT CustomerID,cuFullName FROM Customer WHERE CustomerID=" + id),
-                         [](const Recordset& row) { return trimmed_text(row.value("cuFullName")); });
+                         [](const Rows& row) { return trimmed_text(row.value("cuFullName")); });
     });
 }
 
@@ -91,7 +91,7 @@ bool Check_VLCustNumber(SessionState& state, std::string_view pNumber)
             state,
             texts("SELECT [CustomerID],[CustomerNumber] FROM [Customer] WHERE ([CustomerNumber] = '" + number + "');",
                   "SELECT CustomerID, CustomerNumber FROM Customer WHERE (CustomerNumber = '" + number + "')"),
-            [](const Recordset&) { return true; });
+            [](const Rows&) { return true; });
     });
 }
 
@@ -103,7 +103,7 @@ std::string Return_VLCustCurCode(SessionState& state, int32_t pCustomerID)
             state,
             texts("SELECT [CustomerID],[cuAccountSet],[cuCurCode] FROM [Customer] WHERE ([CustomerID]=" + id + ");",
                   "SELECT CustomerID,cuAccountSet,cuCurCode FROM Customer WHERE (CustomerID=" + id + ")"),
-            [&](const Recordset& row) {
+            [&](const Rows& row) {
                 std::string currency = trimmed_text(row.value("cuCurCode"));
                 return currency.empty() ? Check_CustCurrencyCode(state, to_text(row.value("cuAccountSet"))) : currency;
             });
@@ -115,9 +115,9 @@ std::string Return_VLCustomer(SessionState& state, int32_t pCustomerID)
     return with_failure_path(state, ErrorADO, "modPrint.Return_VLCustomer", [&] {
         return first_row(
             state,
-            {Command::procedure("sprCustomerOneID", {{"CID", pCustomerID}}),
+            {Command::procedure("sprCustomerOneID", {Command::Parameter::integer("CID", pCustomerID)}),
              Command::statement("SELECT * FROM Customer WHERE (CustomerID=" + std::to_string(pCustomerID) + ")")},
-            [](const Recordset& row) { return trimmed_text(row.value("CustomerNumber")); });
+            [](const Rows& row) { return trimmed_text(row.value("CustomerNumber")); });
     });
 }
 
@@ -127,7 +127,7 @@ bool Use_VLNumber(SessionState& state)
         return first_row(state,
                          texts("SELECT [anUseQuoteNum] FROM [Defaults] WHERE ([DefaultID]=1);",
                                "SELECT anUseQuoteNum FROM Defaults WHERE (DefaultID=1)"),
-                         [](const Recordset& row) { return equals_number(row.value("anUseQuoteNum"), 1); });
+                         [](const Rows& row) { return equals_number(row.value("anUseQuoteNum"), 1); });
     });
 }
 
@@ -137,8 +137,7 @@ void Get_LocationRange(SessionState& state, std::shared_ptr<Recordset>& ranges, 
         const auto kind = std::to_string(pRType);
         open_query(state, ranges,
                    texts("SELECT * FROM [DLocRange] WHERE ([RType]=" + kind + ") ORDER BY [DLRID];",
-                         "SELECT * FROM DLocRange WHERE (RType=" + kind + ") ORDER BY DLRID"),
-                   Cursor::Client);
+                         "SELECT * FROM DLocRange WHERE (RType=" + kind + ") ORDER BY DLRID"));
         if (move_to_first(*ranges)) ranges->Disconnect();
     });
 }

@@ -126,11 +126,9 @@ bool Fetch_QuoteInfo(SessionState& state, QuoteRecord& record, int32_t quoteID)
 {
     bool found = false;
     with_failure_path(state, ErrorADO, "modGeneral.Fetch_QuoteInfo", [&] {
-        const auto rows =
-            open_query(state,
-                       {Command::procedure("sprQuoteOneID", {{"QID", quoteID}}),
-                        Command::statement("SELECT * FROM Quote WHERE (QuoteID =" + std::to_string(quoteID) + ")")},
-                       Cursor::Client);
+        const auto rows = open_query(
+            state, {Command::procedure("sprQuoteOneID", {Command::Parameter::integer("QID", quoteID)}),
+                    Command::statement("SELECT * FROM Quote WHERE (QuoteID =" + std::to_string(quoteID) + ")")});
         if (move_to_first(*rows)) {
             read_record(state, *rows, record);
             found = true;

@@ -59,7 +59,7 @@ int32_t id_of_number(SessionState& state, const std::string& number)
 {
     auto query = Command::statement("SELECT QuoteID FROM Quote WHERE (QuoteNumber = ?)");
     query.parameters.push_back({"Number", std::string(trimmed(number))});
-    const auto rows = connection(state).Open(query, Cursor::Client);
+    const auto rows = connection(state).Open(query);
     if (rows->is_empty()) {
         throw HostError("Invalid Input", "The Quote number \"" + number +
                                              "\" cannot be found.\r\nPlease check the "

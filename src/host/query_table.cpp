@@ -30,7 +30,7 @@ public:
     void rewind() override
     {
         if (rows_ && !started_) return;
-        rows_ = connection_->Open(command_, Cursor::Forward);
+        rows_ = connection_->Stream(command_);
         started_ = false;
         count_ = 0;
     }
@@ -46,7 +46,7 @@ private:
     Command command_;
     size_t most_rows_;
     size_t count_ = 0;
-    std::unique_ptr<Recordset> rows_;
+    std::unique_ptr<Rows> rows_;
     std::vector<Field> fields_;
     bool started_ = false;
 };

@@ -101,7 +101,7 @@ private:
             }
             insert.parameters.push_back({{}, std::move(*value)});
         }
-        store_.Open(insert, Cursor::Client);
+        store_.Stream(insert);
     }
 
     const SchemaTable& table_;

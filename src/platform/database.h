@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "values/value.h"
+#include "platform/recordset.h"
 
 namespace velora {
 
@@ -24,9 +24,21 @@ struct DatabaseError {
 /// What to run: a statement, or a stored procedure with its arguments. Parameters stand in the order of the marks.
 struct Command {
     enum class Kind : uint8_t { Text, StoredProcedure };
+    /// An input of the command, with the type that it is declared with: a driver has to bind a null too, and a text in
+    /// the width of the procedure's own parameter.
     struct Parameter {
+        enum class Type : uint8_t { OfValue, Integer, VarChar };
+
         std::string name;
         Value value;
+        Type type = Type::OfValue;
+        uint16_t size = 0;  ///< of a VarChar, in characters
+
+        static Parameter integer(std::string name, int32_t value) { return {std::move(name), value, Type::Integer, 0}; }
+        static Parameter varchar(std::string name, uint16_t size, std::string value)
+        {
+            return {std::move(name), std::move(value), Type::VarChar, size};
+        }
     };
 
     Kind kind = Kind::Text;
@@ -40,47 +52,6 @@ struct Command {
     }
 };
 
-/// How the rows of a recordset are held.
-enum class Cursor : uint8_t {
-    Forward,  ///< walked once from the first row to the last and never held in memory
-    Client,   ///< all rows in memory: counted, positioned at will, changed in memory, kept without the connection
-};
-
-/// The rows of a query, with one current row. Column names compare without case.
-class Recordset {
-public:
-    virtual ~Recordset() = default;
-
-    [[nodiscard]] virtual bool at_bof() const = 0;  ///< before the first row; true at both ends when there is no row
-    [[nodiscard]] virtual bool at_eof() const = 0;
-    virtual void MoveFirst() = 0;
-    virtual void MoveNext() = 0;
-
-    // These four need a client cursor; a forward one answers with a fault.
-    virtual void MoveLast() = 0;
-    [[nodiscard]] virtual size_t RecordCount() const = 0;
-    virtual void AbsolutePosition(size_t position) = 0;  ///< counts from 1
-    virtual void Disconnect() = 0;                       ///< the rows live on without the connection
-
-    [[nodiscard]] virtual size_t column_count() const = 0;
-    [[nodiscard]] virtual const std::string& column_name(size_t column) const = 0;
-    /// @throws Fault 3265 when there is none of that name
-    [[nodiscard]] virtual size_t column(std::string_view name) const = 0;
-    /// Cell of the current row; the reference holds until the row changes. @throws Fault 3021 without a current row
-    [[nodiscard]] virtual const Value& value(size_t column) const = 0;
-
-    /// A new row of nulls becomes the current one. It lives in memory and never reaches the database.
-    virtual void AddNew() = 0;
-    /// Changes the current row in memory only. @throws Fault on a forward cursor
-    virtual void put(size_t column, Value value) = 0;
-
-    virtual void Close() = 0;
-
-    [[nodiscard]] bool is_empty() const { return at_bof() && at_eof(); }
-    [[nodiscard]] const Value& value(std::string_view name) const { return value(column(name)); }
-    void put(std::string_view name, Value cell) { put(column(name), std::move(cell)); }
-};
-
 /// What bounds statements that somebody else wrote.
 struct QueryLimits {
     std::chrono::milliseconds time = std::chrono::seconds(30);  ///< of the database's own work; 0 for no end
@@ -92,11 +63,16 @@ class Connection {
 public:
     virtual ~Connection() = default;
 
+    /// All rows in memory, for what counts them, goes back, or outlives the connection.
     /// @throws Fault, with the driver's report added to `Errors`
-    virtual std::unique_ptr<Recordset> Open(const Command& command, Cursor cursor) = 0;
+    virtual std::unique_ptr<Recordset> Open(const Command& command) = 0;
 
-    /// Runs a statement; what gives no rows answers an empty recordset without columns. @throws Fault as `Open`
-    virtual std::unique_ptr<Recordset> Execute(std::string_view text) = 0;
+    /// The rows as they come, none of them held. The connection may be asked for others before they are through.
+    /// @throws Fault as `Open`
+    virtual std::unique_ptr<Rows> Stream(const Command& command) = 0;
+
+    /// Runs a statement; what gives no rows answers empty ones without columns. @throws Fault as `Open`
+    virtual std::unique_ptr<Rows> Execute(std::string_view text) = 0;
 
     [[nodiscard]] virtual std::vector<DatabaseError>& Errors() = 0;
 

@@ -169,15 +169,13 @@ float Return_VLBasePrice(SessionState& state, int32_t itemID, std::string_view c
         return state.cache.remember("Return_VLBasePrice", {id, in_currency, on_list}, [&] {
             const auto quoted_currency = doubled_quotes(in_currency);
             const auto quoted_list = doubled_quotes(on_list);
-            const auto rows =
-                open_query(state,
-                           {Command::statement("SELECT [PriceID],[ipBasePrice] FROM [IPricing] WHERE ([ItemID]=" + id +
-                                               ") AND ([ipCurrency]='" + quoted_currency + "') AND ([ipPriceList]='" +
-                                               quoted_list + "');"),
-                            Command::statement("SELECT PriceID,ipBasePrice FROM IPricing WHERE (ItemID=" + id +
-                                               ") AND (ipCurrency='" + quoted_currency + "') AND (ipPriceList='" +
-                                               quoted_list + "')")},
-                           Cursor::Forward);
+            const auto rows = stream_query(
+                state, {Command::statement("SELECT [PriceID],[ipBasePrice] FROM [IPricing] WHERE ([ItemID]=" + id +
+                                           ") AND ([ipCurrency]='" + quoted_currency + "') AND ([ipPriceList]='" +
+                                           quoted_list + "');"),
+                        Command::statement("SELECT PriceID,ipBasePrice FROM IPricing WHERE (ItemID=" + id +
+                                           ") AND (ipCurrency='" + quoted_currency + "') AND (ipPriceList='" +
+                                           quoted_list + "')")});
             const float price = move_to_first(*rows) ? to_single(rows->value("ipBasePrice")) : 0;
             rows->Close();
             return price;

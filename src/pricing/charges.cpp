@@ -61,12 +61,10 @@ bool Get_MiscChargeInfo(SessionState& state, std::optional<std::vector<MiscCharg
     bool found = false;
     charges.reset();
     with_failure_path(state, ErrorACCPAC, "modGeneral.Get_MiscChargeInfo", [&] {
-        const auto rows =
-            open_query(state,
-                       {Command::procedure("sprMiscChargeAll", {{"QID", quoteID}}),
-                        Command::statement("SELECT * FROM DMiscCharge WHERE (QuoteID=" + std::to_string(quoteID) +
-                                           ") ORDER BY Line")},
-                       Cursor::Client);
+        const auto rows = open_query(
+            state, {Command::procedure("sprMiscChargeAll", {Command::Parameter::integer("QID", quoteID)}),
+                    Command::statement("SELECT * FROM DMiscCharge WHERE (QuoteID=" + std::to_string(quoteID) +
+                                       ") ORDER BY Line")});
         if (!rows->is_empty()) {
             const std::string lookup_currency(state.gMultiCurr ? trimmed(currency)
                                                                : accounting(state).Company().HomeCurrency);

@@ -67,11 +67,9 @@ std::string Return_VLBaseUnit(SessionState& state, int32_t itemID)
     return with_failure_path(state, ErrorADO, "modGeneral.Return_VLBaseUnit", [&] {
         const auto id = std::to_string(itemID);
         return state.cache.remember("Return_VLBaseUnit", {id}, [&] {
-            const auto rows = open_query(
-                state,
-                {Command::statement("SELECT [ItemID],[itStockUnit] FROM [Items] WHERE ([ItemID]=" + id + ");"),
-                 Command::statement("SELECT ItemID,itStockUnit FROM Items WHERE (ItemID=" + id + ")")},
-                Cursor::Forward);
+            const auto rows = stream_query(
+                state, {Command::statement("SELECT [ItemID],[itStockUnit] FROM [Items] WHERE ([ItemID]=" + id + ");"),
+                        Command::statement("SELECT ItemID,itStockUnit FROM Items WHERE (ItemID=" + id + ")")});
             std::string unit = move_to_first(*rows) ? trimmed_text(rows->value("itStockUnit")) : std::string();
             rows->Close();
             return unit;

@@ -76,7 +76,7 @@ Outcome by_rule(Rule rule, const Value& value, const CompanyInfo& company)
 
 class CustomerPipe {
 public:
-    CustomerPipe(SessionState& state, Recordset& rows, DataPipeRecordset& pipe)
+    CustomerPipe(SessionState& state, Rows& rows, DataPipeRecordset& pipe)
         : state_(state), rows_(rows), pipe_(pipe), statements_(state, kTolerated)
     {
         for (size_t at = 0; at < kCustomerColumns.size(); ++at) sources_[at] = rows.column(kCustomerColumns[at].source);
@@ -118,18 +118,17 @@ private:
     }
 
     SessionState& state_;
-    Recordset& rows_;
+    Rows& rows_;
     DataPipeRecordset& pipe_;
     Statements statements_;
     std::array<size_t, kCustomerColumns.size()> sources_{};
 };
 
-std::shared_ptr<Recordset> open_customers(SessionState& state)
+std::unique_ptr<Rows> open_customers(SessionState& state)
 {
-    return open_query(state,
-                      {Command::statement("SELECT * FROM [Customer] WHERE ([Exported] = 0) ORDER BY [CustomerNumber];"),
-                       Command::statement("SELECT * FROM Customer WHERE (Exported = 0) ORDER BY CustomerNumber")},
-                      Cursor::Forward);
+    return stream_query(
+        state, {Command::statement("SELECT * FROM [Customer] WHERE ([Exported] = 0) ORDER BY [CustomerNumber];"),
+                Command::statement("SELECT * FROM Customer WHERE (Exported = 0) ORDER BY CustomerNumber")});
 }
 
 RunEnd no_data(SessionState& state)

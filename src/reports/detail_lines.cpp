@@ -28,12 +28,11 @@ void load_details(SessionState& state, int32_t quote)
     Statements statements(state, kToleratedByFetch);
     statements.attempt("gQuoteDetails", [&] {
         open_query(state, state.gQuoteDetails,
-                   {Command::procedure("sprDetailsCommInsAll", {{"QID", quote}}),
+                   {Command::procedure("sprDetailsCommInsAll", {Command::Parameter::integer("QID", quote)}),
                     Command::statement("SELECT Details.*,CommIns.CoInType,CommIns.CommIns FROM Details LEFT OUTER JOIN "
                                        "CommIns ON Details.QuoteID = CommIns.QuoteID AND Details.Line = CommIns.Line "
                                        "WHERE (Details.QuoteID =" +
-                                       std::to_string(quote) + ") ORDER BY Details.QuoteID, Details.Line")},
-                   Cursor::Client);
+                                       std::to_string(quote) + ") ORDER BY Details.QuoteID, Details.Line")});
     });
     if (state.gQuoteDetails->is_empty()) {
         state.gQuoteDetails->Close();

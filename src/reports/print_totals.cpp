@@ -257,11 +257,9 @@ void Calculate_PrintTotals(SessionState& state, int32_t pQuoteID, int16_t pCount
 {
     try {
         const auto rows =
-            open_query(state,
-                       {Command::procedure("sprDetailAll", {{"QID", pQuoteID}}),
-                        Command::statement("SELECT * FROM Details WHERE (QuoteID =" + std::to_string(pQuoteID) +
-                                           ") ORDER BY QuoteID, Line")},
-                       Cursor::Client);
+            open_query(state, {Command::procedure("sprDetailAll", {Command::Parameter::integer("QID", pQuoteID)}),
+                               Command::statement("SELECT * FROM Details WHERE (QuoteID =" + std::to_string(pQuoteID) +
+                                                  ") ORDER BY QuoteID, Line")});
         PrintTotals totals(state, pCount, pSlots);
         if (!rows->is_empty()) totals.read_lines(*rows);
         if (state.gMiscCharges) totals.read_charges(*state.gMiscCharges);

@@ -13,8 +13,8 @@ namespace {
 std::string tax_group_of(SessionState& state, int32_t quote_id)
 {
     auto query = Command::statement("SELECT quTaxGroup FROM Quote WHERE (QuoteID = ?)");
-    query.parameters.push_back({"QID", quote_id});
-    const auto rows = connection(state).Open(query, Cursor::Client);
+    query.parameters.push_back(Command::Parameter::integer("QID", quote_id));
+    const auto rows = connection(state).Open(query);
     if (rows->is_empty() || rows->value("quTaxGroup").is_null()) return {};
     return trimmed_text(rows->value("quTaxGroup"));
 }

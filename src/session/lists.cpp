@@ -49,8 +49,7 @@ void load(SessionState& state, const List& list, bool all)
         auto& rows = state.*list.rows;
         open_query(state, rows,
                    {Command::procedure(std::string(all ? list.all_procedure : list.active_procedure)),
-                    Command::statement(std::string(all ? list.all_text : list.active_text))},
-                   Cursor::Client);
+                    Command::statement(std::string(all ? list.all_text : list.active_text))});
         move_to_first(*rows);
         rows->Disconnect();
     });
@@ -95,10 +94,11 @@ void Get_Defaults(SessionState& state)
     with_failure_path(state, ErrorADO, "modGeneral.Get_Defaults", [&] {
         state.gDefaults = unopened_recordset();
         const std::string company = company_id(state);
-        open_query(state, state.gDefaults,
-                   {Command::procedure("sprQuoteDefaults", {{"Comp", std::string(cut_to_characters(company, 10))}}),
-                    Command::statement("SELECT * FROM Defaults WHERE (Company = '" + doubled_quotes(company) + "')")},
-                   Cursor::Client);
+        open_query(
+            state, state.gDefaults,
+            {Command::procedure("sprQuoteDefaults",
+                                {Command::Parameter::varchar("Comp", 10, std::string(cut_to_characters(company, 10)))}),
+             Command::statement("SELECT * FROM Defaults WHERE (Company = '" + doubled_quotes(company) + "')")});
         if (move_to_first(*state.gDefaults)) state.gDefaults->Disconnect();
     });
 }

@@ -1,6 +1,6 @@
 #include "gateway/accounting_lookups.h"
 #include "gateway/database_lookups.h"
-#include "platform/client_recordset.h"
+#include "platform/recordset.h"
 #include "support/test_company.h"
 
 namespace velora {
@@ -107,14 +107,15 @@ public:
         : language_(std::move(language)), languages_(std::move(languages))
     {
     }
-    std::unique_ptr<Recordset> Open(const Command&, Cursor) override { throw fault::closed_object(); }
-    std::unique_ptr<Recordset> Execute(std::string_view text) override
+    std::unique_ptr<Recordset> Open(const Command&) override { throw fault::closed_object(); }
+    std::unique_ptr<Rows> Stream(const Command&) override { throw fault::closed_object(); }
+    std::unique_ptr<Rows> Execute(std::string_view text) override
     {
         if (text == "sp_helplanguage") {
-            return std::make_unique<ClientRecordset>(std::vector<std::string>{"langid", "dateformat"}, languages_);
+            return std::make_unique<Recordset>(std::vector<std::string>{"langid", "dateformat"}, languages_);
         }
-        return std::make_unique<ClientRecordset>(std::vector<std::string>{"config_value"},
-                                                 std::vector<std::vector<Value>>{{language_}});
+        return std::make_unique<Recordset>(std::vector<std::string>{"config_value"},
+                                           std::vector<std::vector<Value>>{{language_}});
     }
     std::vector<DatabaseError>& Errors() override { return errors_; }
     std::unique_ptr<Connection> open_reader(const QueryLimits&) override { throw fault::closed_object(); }

@@ -1,4 +1,4 @@
-#include "platform/client_recordset.h"
+#include "platform/recordset.h"
 #include "pricing/base_price.h"
 #include "pricing/contract_price.h"
 #include "pricing/price_row.h"
@@ -16,8 +16,8 @@ class PricedCompany : public TestCompany {
 public:
     explicit PricedCompany(WhichEngine engine_in_use = eDBSQLServer) : TestCompany(engine_in_use)
     {
-        line = std::make_shared<ClientRecordset>(std::vector<std::string>{"dePriceList", "deLocation"},
-                                                 std::vector<std::vector<Value>>{{"STD", "1"}});
+        line = std::make_shared<Recordset>(std::vector<std::string>{"dePriceList", "deLocation"},
+                                           std::vector<std::vector<Value>>{{"STD", "1"}});
     }
     SessionState& ready()
     {
@@ -36,7 +36,7 @@ public:
     }
     std::string line_list() { return to_text(line->value("dePriceList")); }
 
-    std::shared_ptr<ClientRecordset> line;
+    std::shared_ptr<Recordset> line;
 };
 
 /// One price row; what a case does not name keeps a harmless value.

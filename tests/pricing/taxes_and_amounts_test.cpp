@@ -1,4 +1,4 @@
-#include "platform/client_recordset.h"
+#include "platform/recordset.h"
 #include "pricing/amount_display.h"
 #include "pricing/charges.h"
 #include "pricing/taxes.h"
@@ -79,7 +79,7 @@ TEST(ItemTaxes, FillTheLineFromTheItemAndDefaultTheRest)
         }
         std::vector<Value> row(names.size(), Value("9"));
         row[0] = " ITEM ";
-        state.gQuoteDetails = std::make_shared<ClientRecordset>(names, std::vector<std::vector<Value>>{row});
+        state.gQuoteDetails = std::make_shared<Recordset>(names, std::vector<std::vector<Value>>{row});
         Get_APItemTaxes(state);
         for (size_t n = 0; n < 5; ++n) {
             EXPECT_EQ(to_text(state.gQuoteDetails->value(1 + n)), c.classes[n]) << c.why << ", slot " << n + 1;

@@ -2,9 +2,9 @@
 
 #include <sqlite3.h>
 
-#include "adapters/sqlite/forward_recordset.h"
 #include "adapters/sqlite/procedures.h"
 #include "adapters/sqlite/schema.h"
+#include "adapters/sqlite/statement_rows.h"
 #include "adapters/sqlite_core/schema_writer.h"
 
 namespace velora {
@@ -18,6 +18,17 @@ using sqlite::StatementPool;
 constexpr int kUnknownProcedure = 2812;  // the number that a server gives it
 
 class SqliteConnection final : public Connection {
+    /// Runs a command; what the driver refuses is a fault with an entry in the errors.
+    template <class Run>
+    auto reported(const Command& command, Run run)
+    {
+        try {
+            return run();
+        } catch (const DriverError& error) {
+            throw report(errors_, error, command.text);
+        }
+    }
+
 public:
     /// @param path  empty for a database in memory
     SqliteConnection(Database database, std::string path, const SqliteOptions& options)
@@ -25,18 +36,26 @@ public:
     {
     }
 
-    std::unique_ptr<Recordset> Open(const Command& command, Cursor cursor) override
+    std::unique_ptr<Recordset> Open(const Command& command) override
     {
-        try {
-            return run(command, cursor);
-        } catch (const DriverError& error) {
-            throw report(errors_, error, command.text);
-        }
+        return reported(command, [&] {
+            auto statement = prepared(command);
+            return all_rows(statement);
+        });
     }
 
-    std::unique_ptr<Recordset> Execute(std::string_view text) override
+    std::unique_ptr<Rows> Stream(const Command& command) override
     {
-        return Open(Command::statement(std::string(text)), Cursor::Forward);
+        return reported(command, [&]() -> std::unique_ptr<Rows> {
+            auto statement = prepared(command);
+            if (statement->column_count() == 0) return all_rows(statement);
+            return std::make_unique<sqlite::StatementRows>(std::move(statement), errors_);
+        });
+    }
+
+    std::unique_ptr<Rows> Execute(std::string_view text) override
+    {
+        return Stream(Command::statement(std::string(text)));
     }
 
     std::vector<DatabaseError>& Errors() override { return *errors_; }
@@ -48,8 +67,9 @@ public:
     }
 
 private:
-    std::unique_ptr<Recordset> run(const Command& command, Cursor cursor);
-    std::string statement_text(const Command& command) const;
+    [[nodiscard]] StatementPool::Loan prepared(const Command& command);
+    [[nodiscard]] std::string statement_text(const Command& command) const;
+    static std::unique_ptr<Recordset> all_rows(StatementPool::Loan& statement);
 
     std::shared_ptr<StatementPool> pool_;
     sqlite::ErrorList errors_ = std::make_shared<std::vector<DatabaseError>>();
@@ -76,7 +96,7 @@ void bind_parameters(StatementPool::Loan& statement, const Command& command)
     for (int at = 0; at < given; ++at) statement->bind(at + 1, command.parameters[static_cast<size_t>(at)].value);
 }
 
-std::unique_ptr<Recordset> all_rows(StatementPool::Loan& statement)
+std::unique_ptr<Recordset> SqliteConnection::all_rows(StatementPool::Loan& statement)
 {
     std::vector<std::vector<Value>> rows;
     while (statement->step()) {
@@ -88,15 +108,14 @@ std::unique_ptr<Recordset> all_rows(StatementPool::Loan& statement)
     for (size_t column = 0; column < statement->column_count(); ++column) {
         names.push_back(statement->columns()->name(column));
     }
-    return std::make_unique<ClientRecordset>(std::move(names), std::move(rows));
+    return std::make_unique<Recordset>(std::move(names), std::move(rows));
 }
 
-std::unique_ptr<Recordset> SqliteConnection::run(const Command& command, Cursor cursor)
+StatementPool::Loan SqliteConnection::prepared(const Command& command)
 {
     auto statement = pool_->lend(statement_text(command));
     bind_parameters(statement, command);
-    if (cursor == Cursor::Client || statement->column_count() == 0) return all_rows(statement);
-    return std::make_unique<sqlite::ForwardRecordset>(std::move(statement), errors_);
+    return statement;
 }
 
 Database::Options database_options(const SqliteOptions& options)

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "adapters/sqlite_core/database.h"
-#include "platform/client_recordset.h"
+#include "platform/recordset.h"
 
 struct sqlite3_stmt;
 

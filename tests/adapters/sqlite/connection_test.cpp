@@ -9,12 +9,17 @@ using test::Scratch;
 
 namespace {
 
-std::unique_ptr<Recordset> query(Connection& connection, const std::string& text, Cursor cursor = Cursor::Forward)
+std::unique_ptr<Rows> query(Connection& connection, const std::string& text)
 {
-    return connection.Open(Command::statement(text), cursor);
+    return connection.Stream(Command::statement(text));
 }
 
-std::vector<std::string> first_column(Recordset& rows)
+std::unique_ptr<Recordset> in_memory(Connection& connection, const std::string& text)
+{
+    return connection.Open(Command::statement(text));
+}
+
+std::vector<std::string> first_column(Rows& rows)
 {
     std::vector<std::string> texts;
     for (; !rows.at_eof(); rows.MoveNext()) texts.push_back(to_text(rows.value(size_t{0})));
@@ -64,8 +69,8 @@ TEST(SqliteConnection, StoredProceduresAnswerTheirRows)
                           Case{"sprDetailsCommInsAll", {7}, {"7", "7", "7"}}}) {
         auto command = Command::procedure(c.name);
         for (const auto& value : c.parameters) command.parameters.push_back({"P", value});
-        EXPECT_EQ(first_column(*connection->Open(command, Cursor::Forward)), c.expected) << c.name;
-        EXPECT_EQ(first_column(*connection->Open(command, Cursor::Client)), c.expected) << c.name;
+        EXPECT_EQ(first_column(*connection->Stream(command)), c.expected) << c.name;
+        EXPECT_EQ(first_column(*connection->Open(command)), c.expected) << c.name;
     }
 }
 
@@ -108,22 +113,20 @@ TEST(SqliteConnection, ParametersCarryAnyValueUnchanged)
         const std::vector<Command::Parameter> parameters{{"name", text}, {"id", 5}};
         connection->Execute("DELETE FROM Customer");
         connection->Open(
-            {Command::Kind::Text, "INSERT INTO Customer (cuFullName, CustomerID) VALUES (?, ?)", parameters},
-            Cursor::Forward);
-        const auto rows = connection->Open(
-            {Command::Kind::Text, "SELECT * FROM Customer WHERE cuFullName = ? AND CustomerID = ?", parameters},
-            Cursor::Forward);
+            {Command::Kind::Text, "INSERT INTO Customer (cuFullName, CustomerID) VALUES (?, ?)", parameters});
+        const auto rows = connection->Stream(
+            {Command::Kind::Text, "SELECT * FROM Customer WHERE cuFullName = ? AND CustomerID = ?", parameters});
         ASSERT_FALSE(rows->is_empty()) << text;
         EXPECT_EQ(rows->value("cuFullName"), Value(text));
     }
 }
 
-TEST(SqliteConnection, AForwardCursorReadsTheTableWhileItIsWalked)
+TEST(SqliteConnection, StreamedRowsReadTheTableWhileItIsWalked)
 {
     const auto connection = open_sqlite_in_memory();
     connection->Execute("INSERT INTO Customer (CustomerID) VALUES (1), (2)");
     const auto streamed = query(*connection, "SELECT CustomerID FROM Customer");
-    const auto held = query(*connection, "SELECT CustomerID FROM Customer", Cursor::Client);
+    const auto held = in_memory(*connection, "SELECT CustomerID FROM Customer");
     connection->Execute("INSERT INTO Customer (CustomerID) VALUES (3)");
     EXPECT_THAT(first_column(*streamed), testing::ElementsAre("1", "2", "3"))
         << "rows held at opening would lack the third";
@@ -132,23 +135,10 @@ TEST(SqliteConnection, AForwardCursorReadsTheTableWhileItIsWalked)
     EXPECT_EQ(streamed->value("CustomerID"), Value(1)) << "going back to the first row runs the query again";
 }
 
-TEST(SqliteConnection, AForwardCursorRefusesWhatNeedsAllRows)
-{
-    const auto connection = with_statuses();
-    const auto rows = query(*connection, "SELECT * FROM QuoteStatus");
-    const auto refuses = [&](auto action) { EXPECT_EQ(fault_of([&] { action(*rows); }).number(), 3251); };
-    refuses([](Recordset& r) { r.MoveLast(); });
-    refuses([](Recordset& r) { (void)r.RecordCount(); });
-    refuses([](Recordset& r) { r.AbsolutePosition(1); });
-    refuses([](Recordset& r) { r.AddNew(); });
-    refuses([](Recordset& r) { r.put("qsCode", "Z"); });
-    EXPECT_EQ(to_text(rows->value("qsCode")), "L");
-}
-
-TEST(SqliteConnection, AClientCursorLivesOnAndItsChangesStayInMemory)
+TEST(SqliteConnection, ARecordsetLivesOnAndItsChangesStayInMemory)
 {
     auto connection = with_statuses();
-    const auto rows = query(*connection, "SELECT * FROM QuoteStatus ORDER BY QuoteStatusID", Cursor::Client);
+    const auto rows = in_memory(*connection, "SELECT * FROM QuoteStatus ORDER BY QuoteStatusID");
     rows->Disconnect();
     rows->put("qsName", "Changed");
     rows->AddNew();
@@ -165,16 +155,16 @@ TEST(SqliteConnection, AClientCursorLivesOnAndItsChangesStayInMemory)
 TEST(SqliteConnection, EmptyClosedAndForeignAccessFails)
 {
     const auto connection = with_statuses();
-    for (const auto cursor : {Cursor::Forward, Cursor::Client}) {
-        const auto empty = query(*connection, "SELECT * FROM Reason", cursor);
-        EXPECT_TRUE(empty->is_empty());
-        EXPECT_EQ(fault_of([&] { (void)empty->value("reCode"); }).number(), fault::kNoCurrentRow);
-        EXPECT_EQ(fault_of([&] { empty->MoveFirst(); }).number(), fault::kNoCurrentRow);
-        const auto rows = query(*connection, "SELECT * FROM QuoteStatus", cursor);
-        EXPECT_EQ(fault_of([&] { (void)rows->value("reCode"); }).number(), fault::kNoSuchColumn);
-        rows->Close();
-        EXPECT_EQ(fault_of([&] { (void)rows->at_eof(); }).number(), fault::kClosedObject);
-    }
+    const auto check = [](Rows& empty, Rows& rows) {
+        EXPECT_TRUE(empty.is_empty());
+        EXPECT_EQ(fault_of([&] { (void)empty.value("reCode"); }).number(), fault::kNoCurrentRow);
+        EXPECT_EQ(fault_of([&] { empty.MoveFirst(); }).number(), fault::kNoCurrentRow);
+        EXPECT_EQ(fault_of([&] { (void)rows.value("reCode"); }).number(), fault::kNoSuchColumn);
+        rows.Close();
+        EXPECT_EQ(fault_of([&] { (void)rows.at_eof(); }).number(), fault::kClosedObject);
+    };
+    check(*query(*connection, "SELECT * FROM Reason"), *query(*connection, "SELECT * FROM QuoteStatus"));
+    check(*in_memory(*connection, "SELECT * FROM Reason"), *in_memory(*connection, "SELECT * FROM QuoteStatus"));
 }
 
 TEST(SqliteConnection, FailuresAreReportedAsADriverDoes)
@@ -201,7 +191,7 @@ TEST(SqliteConnection, FailuresAreReportedAsADriverDoes)
                   "07002"},
          }) {
         connection->Errors().clear();
-        const auto fault = fault_of([&] { connection->Open(c.command, Cursor::Forward); });
+        const auto fault = fault_of([&] { connection->Stream(c.command); });
         EXPECT_EQ(fault.number(), fault::kDatabase) << c.command.text;
         EXPECT_EQ(fault.description(), c.description);
         EXPECT_EQ(fault.where(), c.command.text);

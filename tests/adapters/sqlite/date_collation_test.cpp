@@ -81,8 +81,7 @@ TEST(DateCollation, QueriesCompareDatesWhateverTheLiteral)
              Case{"the empty text comes before all dates", "quDateEnter < '1/1/1900'", 1},
          }) {
         const auto rows =
-            connection->Open(velora::Command::statement(std::string("SELECT * FROM [Quote]WHERE ") + c.condition),
-                             velora::Cursor::Client);
+            connection->Open(velora::Command::statement(std::string("SELECT * FROM [Quote]WHERE ") + c.condition));
         EXPECT_EQ(rows->RecordCount(), c.rows) << c.why;
     }
 }

@@ -31,7 +31,7 @@ struct Company {
 std::string read_all(Connection& connection, const std::string& text)
 {
     std::string cells;
-    const auto rows = connection.Open(Command::statement(text), Cursor::Forward);
+    const auto rows = connection.Stream(Command::statement(text));
     for (; !rows->at_eof(); rows->MoveNext()) cells += to_text(rows->value(size_t{0})) + ";";
     return cells;
 }

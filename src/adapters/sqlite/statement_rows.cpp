@@ -1,20 +1,8 @@
-#include "adapters/sqlite/forward_recordset.h"
+#include "adapters/sqlite/statement_rows.h"
 
 namespace velora::sqlite {
 
-namespace {
-
-constexpr int32_t kNotSupported = 3251;
-
-Fault needs_client_cursor(const char* operation)
-{
-    return {kNotSupported, "Current Recordset does not support it: a forward cursor only moves to the next row.",
-            operation};
-}
-
-}  // namespace
-
-ForwardRecordset::ForwardRecordset(StatementPool::Loan statement, ErrorList errors)
+StatementRows::StatementRows(StatementPool::Loan statement, ErrorList errors)
     : statement_(std::move(statement)),
       columns_((*statement_)->columns()),
       errors_(std::move(errors)),
@@ -25,19 +13,19 @@ ForwardRecordset::ForwardRecordset(StatementPool::Loan statement, ErrorList erro
     is_empty_ = !has_row_;
 }
 
-bool ForwardRecordset::at_bof() const
+bool StatementRows::at_bof() const
 {
     require_open();
     return is_empty_;
 }
 
-bool ForwardRecordset::at_eof() const
+bool StatementRows::at_eof() const
 {
     require_open();
     return !has_row_;
 }
 
-void ForwardRecordset::MoveFirst()
+void StatementRows::MoveFirst()
 {
     require_open();
     if (is_empty_) throw fault::no_current_row();
@@ -48,14 +36,14 @@ void ForwardRecordset::MoveFirst()
     step();
 }
 
-void ForwardRecordset::MoveNext()
+void StatementRows::MoveNext()
 {
     require_open();
     if (!has_row_) throw fault::no_current_row();
     step();
 }
 
-void ForwardRecordset::step()
+void StatementRows::step()
 {
     try {
         has_row_ = (*statement_)->step();
@@ -66,7 +54,7 @@ void ForwardRecordset::step()
     }
 }
 
-const Value& ForwardRecordset::value(size_t column) const
+const Value& StatementRows::value(size_t column) const
 {
     require_open();
     if (!has_row_) throw fault::no_current_row();
@@ -78,44 +66,14 @@ const Value& ForwardRecordset::value(size_t column) const
     return cell.value;
 }
 
-void ForwardRecordset::MoveLast()
-{
-    throw needs_client_cursor("MoveLast");
-}
-
-size_t ForwardRecordset::RecordCount() const
-{
-    throw needs_client_cursor("RecordCount");
-}
-
-void ForwardRecordset::AbsolutePosition(size_t)
-{
-    throw needs_client_cursor("AbsolutePosition");
-}
-
-void ForwardRecordset::Disconnect()
-{
-    throw needs_client_cursor("Disconnect");
-}
-
-void ForwardRecordset::AddNew()
-{
-    throw needs_client_cursor("AddNew");
-}
-
-void ForwardRecordset::put(size_t, Value)
-{
-    throw needs_client_cursor("put");
-}
-
-void ForwardRecordset::Close()
+void StatementRows::Close()
 {
     require_open();
     statement_.reset();
     has_row_ = false;
 }
 
-void ForwardRecordset::require_open() const
+void StatementRows::require_open() const
 {
     if (!statement_) throw fault::closed_object();
 }

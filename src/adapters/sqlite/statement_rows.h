@@ -2,33 +2,27 @@
 
 #include "adapters/sqlite/driver_report.h"
 #include "adapters/sqlite_core/statement.h"
+#include "platform/rows.h"
 
 namespace velora::sqlite {
 
 /// Rows as they come from the statement: only the current one exists, and its cells are read when they are asked for.
-class ForwardRecordset final : public Recordset {
+class StatementRows final : public Rows {
 public:
     /// Steps to the first row. @throws DriverError
-    ForwardRecordset(StatementPool::Loan statement, ErrorList errors);
+    StatementRows(StatementPool::Loan statement, ErrorList errors);
 
     [[nodiscard]] bool at_bof() const override;
     [[nodiscard]] bool at_eof() const override;
     /// Runs the statement anew when the first row has been left.
     void MoveFirst() override;
     void MoveNext() override;
-    void MoveLast() override;
-    [[nodiscard]] size_t RecordCount() const override;
-    void AbsolutePosition(size_t position) override;
-    void Disconnect() override;
     [[nodiscard]] size_t column_count() const override { return columns_->count(); }
     [[nodiscard]] const std::string& column_name(size_t column) const override { return columns_->name(column); }
     [[nodiscard]] size_t column(std::string_view name) const override { return columns_->find(name); }
     [[nodiscard]] const Value& value(size_t column) const override;
-    void AddNew() override;
-    void put(size_t column, Value value) override;
     void Close() override;
-    using Recordset::put;
-    using Recordset::value;
+    using Rows::value;
 
 private:
     struct Cell {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
-#include "platform/database.h"
+#include "platform/rows.h"
 #include "values/text.h"
 
 namespace velora {
@@ -22,28 +25,32 @@ private:
     std::unordered_map<std::string, size_t, NameHash, NameEqual> positions_;
 };
 
-/// A recordset whose rows all live in memory; every driver hands out its client cursors as one of these.
-class ClientRecordset final : public Recordset {
+/// Rows that all live in memory: counted, positioned at will, kept without the connection. A row may be added and
+/// changed; that never reaches the database. Every driver hands out this one.
+class Recordset final : public Rows {
 public:
-    ClientRecordset(std::vector<std::string> column_names, std::vector<std::vector<Value>> rows);
+    Recordset(std::vector<std::string> column_names, std::vector<std::vector<Value>> rows);
 
     [[nodiscard]] bool at_bof() const override;
     [[nodiscard]] bool at_eof() const override;
     void MoveFirst() override;
     void MoveNext() override;
-    void MoveLast() override;
-    [[nodiscard]] size_t RecordCount() const override;
-    void AbsolutePosition(size_t position) override;
-    void Disconnect() override;
+    void MoveLast();
+    [[nodiscard]] size_t RecordCount() const;
+    void AbsolutePosition(size_t position);  ///< counts from 1
+    void Disconnect();                       ///< the rows live on without the connection
     [[nodiscard]] size_t column_count() const override { return names_.count(); }
     [[nodiscard]] const std::string& column_name(size_t column) const override { return names_.name(column); }
     [[nodiscard]] size_t column(std::string_view name) const override { return names_.find(name); }
     [[nodiscard]] const Value& value(size_t column) const override;
-    void AddNew() override;
-    void put(size_t column, Value value) override;
+    using Rows::value;
+
+    /// A new row of nulls becomes the current one.
+    void AddNew();
+    void put(size_t column, Value value);
+    void put(std::string_view name, Value value) { put(column(name), std::move(value)); }
+
     void Close() override;
-    using Recordset::put;
-    using Recordset::value;
 
 private:
     void require_open() const;
