@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite_core/date_collation.h"
 #include "adapters/terminal/date_pattern.h"
+#include "adapters/terminal/typed_date.h"
 #include "values/date_time.h"
 
 /// Any bytes as a date in every reader: what is read is a day of the calendar, and reads back from its own text.
@@ -18,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         static_cast<void>(sqlite::date_key(text, order));
     }
     for (const char* pattern : {"M/d/yy", "dd.MM.y", "y-MM-dd", "d. 'de' M y", ""}) {
-        if (const auto date = terminal::DatePattern(pattern).read(text)) {
+        const terminal::TypedDate reader(pattern, {{"march", 3}, {"m\u00e4rz", 3}});
+        if (const auto date = reader.read(text, 2026)) {
             if (!DateTime::from_iso(date->iso())) __builtin_trap();
         }
     }

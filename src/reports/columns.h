@@ -1,10 +1,14 @@
 #pragma once
 
+#include <initializer_list>
 #include <span>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "reports/data_pipe.h"
+#include "reports/query_row.h"
 #include "reports/statement.h"
 
 namespace velora {
@@ -31,41 +35,94 @@ constexpr bool well_formed(const Columns& columns)
     return true;
 }
 
-template <class AnyColumn>
-void append_fields(std::vector<PipeField>& fields, std::span<const AnyColumn> columns)
+// Values of sources with a `row` that is a QueryRow. A null is a fault that drops the field, but for the last.
+
+template <ColumnName Name, class Source>
+Outcome as_stored(Source& source)
 {
-    for (const auto& column : columns) fields.push_back({column.name, column.type, column.size});
+    return Outcome::cell(source.row.template at<Name>());
 }
 
-/// Writes the outcome of one statement into the row in hand.
-inline void write_field(DataPipeRecordset& pipe, Statements& statements, size_t field, const Outcome& outcome)
+template <ColumnName Name, class Source>
+Outcome trimmed_column(Source& source)
 {
-    if (!outcome.writes()) return;
-    const int32_t number = outcome.fault() != 0 ? outcome.fault() : pipe.put(field, outcome.value());
-    statements.settle(pipe.fields()[field].name, number);
+    return trimmed_cell(source.row.template at<Name>());
 }
 
-/// Fills the fields from `first` on, each by a statement of its own.
+template <ColumnName Name, class Source>
+Outcome unless_null(Source& source)
+{
+    const Value& cell = source.row.template at<Name>();
+    return cell.is_null() ? Outcome::unwritten() : Outcome::cell(cell);
+}
+
+/// A table of columns as one kind of report has it: its own, or another kind's with changes, each named by its field.
+/// What depends on the run is changed when the run begins.
+/// @throws std::logic_error everywhere for a field that the table lacks
 template <class Source>
-void write_columns(DataPipeRecordset& pipe, Statements& statements, size_t first,
-                   std::span<const Column<Source>> columns, Source& source)
-{
-    for (size_t at = 0; at < columns.size(); ++at) {
-        statements.attempt(columns[at].name,
-                           [&] { write_field(pipe, statements, first + at, columns[at].value(source)); });
+class ColumnList {
+public:
+    ColumnList(std::span<const Column<Source>> table) : columns_(table.begin(), table.end()) {}
+
+    ColumnList& leave_out(std::initializer_list<std::string_view> fields)
+    {
+        for (const auto field : fields) columns_.erase(find(field));
+        return *this;
     }
-}
+    /// All fields from the one to the other.
+    ColumnList& leave_out_from(std::string_view first, std::string_view last)
+    {
+        const auto begin = find(first);
+        const auto end = find(last) + 1;
+        if (end <= begin) throw std::logic_error("field \"" + std::string(last) + "\" stands before the first");
+        columns_.erase(begin, end);
+        return *this;
+    }
+    /// These fields alone, in this order.
+    ColumnList& pick(std::initializer_list<std::string_view> fields)
+    {
+        std::vector<Column<Source>> picked;
+        for (const auto field : fields) picked.push_back(*find(field));
+        columns_ = std::move(picked);
+        return *this;
+    }
+    ColumnList& resize(std::string_view field, uint16_t size)
+    {
+        find(field)->size = size;
+        return *this;
+    }
+    ColumnList& retype(std::string_view field, ado::Type type, uint16_t size = 0)
+    {
+        find(field)->type = type;
+        return resize(field, size);
+    }
+    ColumnList& revalue(std::string_view field, Outcome (*value)(Source&))
+    {
+        find(field)->value = value;
+        return *this;
+    }
+    ColumnList& insert_behind(std::string_view field, std::initializer_list<Column<Source>> added)
+    {
+        columns_.insert(find(field) + 1, added.begin(), added.end());
+        return *this;
+    }
+    ColumnList& append(std::initializer_list<Column<Source>> added)
+    {
+        columns_.insert(columns_.end(), added.begin(), added.end());
+        return *this;
+    }
 
-/// Keeps the fields as they are for the rows to come: values of the whole document are worked out once.
-inline void carry_fields(DataPipeRecordset& pipe, size_t first, size_t count)
-{
-    for (size_t field = first; field < first + count; ++field) pipe.carry(field);
-}
+    [[nodiscard]] const std::vector<Column<Source>>& columns() const { return columns_; }
 
-/// The value without blanks at both ends; a null stays a null.
-inline Value trimmed_value(const Value& value)
-{
-    return value.is_null() ? Value() : Value(trimmed_text(value));
-}
+private:
+    auto find(std::string_view field)
+    {
+        const auto found = std::ranges::find(columns_, field, &Column<Source>::name);
+        if (found == columns_.end()) throw std::logic_error("no field \"" + std::string(field) + "\" to change");
+        return found;
+    }
+
+    std::vector<Column<Source>> columns_;
+};
 
 }  // namespace velora

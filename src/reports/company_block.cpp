@@ -8,46 +8,58 @@ namespace velora {
 
 namespace {
 
+template <std::string CompanyInfo::*Member>
+Outcome text(CompanyBlock& block)
+{
+    const std::string& value = block.company.*Member;
+    return block.trims ? trimmed(value) : std::string_view(value);
+}
+
+template <std::string CompanyInfo::*Member>
+Outcome phone(CompanyBlock& block)
+{
+    return phone_text(block.company, Value(block.company.*Member));
+}
+
 // clang-format off
-template <uint16_t FaxSize>
 constexpr auto kCompanyColumns = std::to_array<Column<CompanyBlock>>({
-    // name                    type           size  value
-    {"Company Name",          ado::VarChar,     60, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Name); }},
-    {"Company Address1",      ado::VarChar,     60, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Address1); }},
-    {"Company Address2",      ado::VarChar,     60, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Address2); }},
-    {"Company Address3",      ado::VarChar,     60, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Address3); }},
-    {"Company Address4",      ado::VarChar,     60, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Address4); }},
-    {"Company City",          ado::VarChar,     30, [](CompanyBlock& b) -> Outcome { return b.text(b.company.City); }},
-    {"Company Prov/State",    ado::VarChar,     30, [](CompanyBlock& b) -> Outcome { return b.text(b.company.State); }},
-    {"Company PC/Zip",        ado::VarChar,     20, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Zip); }},
-    {"Company Country",       ado::VarChar,     30, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Country); }},
-    {"Company Location Type", ado::VarChar,      6, [](CompanyBlock& b) -> Outcome { return b.text(b.company.LocationType); }},
-    {"Company Location Code", ado::VarChar,     30, [](CompanyBlock& b) -> Outcome { return b.text(b.company.LocationCode); }},
-    {"Company Phone",         ado::VarChar,     30, [](CompanyBlock& b) -> Outcome { return phone_text(b.company, b.company.Phone); }},
-    {"Company Fax",           ado::VarChar, FaxSize, [](CompanyBlock& b) -> Outcome { return phone_text(b.company, b.company.Fax); }},
-    {"Company Contact",       ado::VarChar,     60, [](CompanyBlock& b) -> Outcome { return b.text(b.company.Contact); }},
-    {"Company Country Code",  ado::VarChar,      6, [](CompanyBlock& b) -> Outcome { return b.text(b.company.CountryCode); }},
-    {"Company Home Currency", ado::VarChar,      3, [](CompanyBlock& b) -> Outcome { return b.text(b.company.HomeCurrency); }},
-    {"Company MultiCurrency", ado::Boolean,      0, [](CompanyBlock& b) -> Outcome { return b.company.Multicurrency; }},
+    // name                    type        size  value
+    {"Company Name",          ado::VarChar,  60, text<&CompanyInfo::Name>},
+    {"Company Address1",      ado::VarChar,  60, text<&CompanyInfo::Address1>},
+    {"Company Address2",      ado::VarChar,  60, text<&CompanyInfo::Address2>},
+    {"Company Address3",      ado::VarChar,  60, text<&CompanyInfo::Address3>},
+    {"Company Address4",      ado::VarChar,  60, text<&CompanyInfo::Address4>},
+    {"Company City",          ado::VarChar,  30, text<&CompanyInfo::City>},
+    {"Company Prov/State",    ado::VarChar,  30, text<&CompanyInfo::State>},
+    {"Company PC/Zip",        ado::VarChar,  20, text<&CompanyInfo::Zip>},
+    {"Company Country",       ado::VarChar,  30, text<&CompanyInfo::Country>},
+    {"Company Location Type", ado::VarChar,   6, text<&CompanyInfo::LocationType>},
+    {"Company Location Code", ado::VarChar,  30, text<&CompanyInfo::LocationCode>},
+    {"Company Phone",         ado::VarChar,  30, phone<&CompanyInfo::Phone>},
+    {"Company Fax",           ado::VarChar, 120, phone<&CompanyInfo::Fax>},
+    {"Company Contact",       ado::VarChar,  60, text<&CompanyInfo::Contact>},
+    {"Company Country Code",  ado::VarChar,   6, text<&CompanyInfo::CountryCode>},
+    {"Company Home Currency", ado::VarChar,   3, text<&CompanyInfo::HomeCurrency>},
+    {"Company MultiCurrency", ado::Boolean,   0, [](CompanyBlock& b) -> Outcome { return b.company.Multicurrency; }},
 });
 // clang-format on
-static_assert(well_formed(kCompanyColumns<120>));
+static_assert(well_formed(kCompanyColumns));
 
 }  // namespace
 
-std::span<const Column<CompanyBlock>> quote_company_columns()
+std::span<const Column<CompanyBlock>> company_columns()
 {
-    return kCompanyColumns<120>;
+    return kCompanyColumns;
 }
 
-std::span<const Column<CompanyBlock>> list_company_columns()
+ColumnList<CompanyBlock> list_company_columns()
 {
-    return kCompanyColumns<30>;
+    return ColumnList(company_columns()).resize("Company Fax", 30);
 }
 
-Value phone_text(const CompanyInfo& company, const Value& number)
+Outcome phone_text(const CompanyInfo& company, const Value& number)
 {
-    if (!company.PhoneFormat || number.is_null()) return number;
+    if (!company.PhoneFormat || number.is_null()) return Outcome(number);
     std::string text = to_text(number);
     return Format_PhoneFax(text);
 }

@@ -3,7 +3,6 @@
 #include <span>
 
 #include "reports/columns.h"
-#include "values/text.h"
 
 namespace velora {
 
@@ -11,16 +10,15 @@ namespace velora {
 struct CompanyBlock {
     const CompanyInfo& company;
     bool trims;  ///< the documents trim its texts as all of theirs, the lists show them as they stand
-
-    [[nodiscard]] Value text(const std::string& value) const { return trims ? Value(trimmed(value)) : Value(value); }
 };
 
-/// 17 fields; the fax of the quote reports has room for 120 characters, that of the list reports for 30.
-std::span<const Column<CompanyBlock>> quote_company_columns();
-std::span<const Column<CompanyBlock>> list_company_columns();
+/// The 17 fields of the documents.
+std::span<const Column<CompanyBlock>> company_columns();
+/// Those of the lists, whose fax has room for 30 characters and not for 120.
+ColumnList<CompanyBlock> list_company_columns();
 
 /// A phone or fax number, in the mask if the company wants it so, else as it stands.
-Value phone_text(const CompanyInfo& company, const Value& number);
+Outcome phone_text(const CompanyInfo& company, const Value& number);
 
 /// The letter of a discount level; nothing to write for a number that is none.
 Outcome discount_letter(double level);

@@ -10,6 +10,8 @@ namespace velora {
 
 namespace {
 
+constexpr Builder kBuilder{"Custom_Reports", kToleratedByOrders};
+
 bool file_exists(const std::string& path)
 {
     std::error_code ignored;
@@ -30,15 +32,15 @@ RunEnd not_found(SessionState& state)
 RunEnd Custom_Reports(SessionState& state, const std::string& pReportString, const std::string& pReportName,
                       bool pPreview, bool pExportIt)
 {
-    return run_report(state, "Custom_Reports", [&] {
+    return run_report(state, kBuilder, {pReportString, false, pExportIt}, [&](ReportRun& run) {
         if (!file_exists(pReportString)) return not_found(state);
-        open_definition(state, pReportString);
-        choose_printer(state, printer_setting(state));
-        if (pPreview && !pExportIt) {
-            const bool shown = InitializeCustom(state, state.gCrReport, "Velora - Custom Report");
-            return shown ? RunEnd::Delivered : RunEnd::Failed;
-        }
-        return route_output(state, {pReportString, false, pExportIt}, dated_name(state, pReportName));
+        run.open_definition();
+        run.choose_printer();
+        if (!pPreview || pExportIt) return run.route([&] { return dated_name(state, pReportName); });
+        bool shown = false;
+        run.statements().attempt("InitializeCustom",
+                                 [&] { shown = InitializeCustom(state, state.gCrReport, "Velora - Custom Report"); });
+        return shown ? RunEnd::Delivered : RunEnd::Failed;
     });
 }
 

@@ -3,163 +3,122 @@
 #include <array>
 
 #include "reports/company_block.h"
+#include "reports/pipe_writer.h"
 #include "reports/run_frame.h"
-#include "session/error_messengers.h"
 #include "session/query.h"
 
 namespace velora {
 
 namespace {
 
-constexpr std::array<int32_t, 2> kTolerated{fault::kSubscript, fault::kNull};
+constexpr Builder kBuilder{"Print_CustomerList", kToleratedByLists};
 
-/// How a column of `Customer` goes into its field.
-enum class Rule : uint8_t {
-    AsStored,    ///< a null is a fault that drops the field
-    UnlessNull,  ///< a null is no fault
-    Phone,
-    DiscountLevel,
+/// The customer in hand.
+struct CustomerRow {
+    const CompanyInfo& company;
+    QueryRow row;
 };
 
-struct CustomerColumn {
-    std::string_view name;
-    ado::Type type;
-    uint16_t size;
-    std::string_view source;
-    Rule rule;
-};
+template <ColumnName Name>
+Outcome phone(CustomerRow& r)
+{
+    return phone_text(r.company, r.row.at<Name>());
+}
+
+Outcome discount_type(CustomerRow& r)
+{
+    const Value& level = r.row.at<"cuCustType">();
+    return level.is_null() ? Outcome::failed(fault::kNull) : discount_letter(to_number(level));
+}
 
 // clang-format off
-constexpr auto kCustomerColumns = std::to_array<CustomerColumn>({
-    {"Customer Number",        ado::VarChar,  20, "CustomerNumber", Rule::AsStored},
-    {"Short Name",             ado::VarChar,  20, "cuShortName",    Rule::AsStored},
-    {"Full Name",              ado::VarChar,  60, "cuFullName",     Rule::AsStored},
-    {"Address 1",              ado::VarChar,  60, "cuAddress1",     Rule::AsStored},
-    {"Address 2",              ado::VarChar,  60, "cuAddress2",     Rule::AsStored},
-    {"Address 3",              ado::VarChar,  60, "cuAddress3",     Rule::UnlessNull},
-    {"Address 4",              ado::VarChar,  60, "cuAddress4",     Rule::UnlessNull},
-    {"City",                   ado::VarChar,  30, "cuCity",         Rule::AsStored},
-    {"Prov/State",             ado::VarChar, 320, "cuProvState",    Rule::AsStored},  // wider than any other: definitions rely on it
-    {"Country",                ado::VarChar,  30, "cuCountry",      Rule::AsStored},
-    {"PC/Zip Code",            ado::VarChar,  20, "cuPCZip",        Rule::AsStored},
-    {"Phone",                  ado::VarChar,  30, "cuPhone",        Rule::Phone},
-    {"Fax",                    ado::VarChar,  30, "cuFax",          Rule::Phone},
-    {"Contact",                ado::VarChar,  60, "cuContact",      Rule::AsStored},
-    {"Contact Email",          ado::VarChar,  50, "cuEmail1",       Rule::AsStored},
-    {"Customer Email",         ado::VarChar,  50, "cuEmail2",       Rule::AsStored},
-    {"Group Code",             ado::VarChar,  15, "cuGroupCode",    Rule::AsStored},
-    {"Price List",             ado::VarChar,  15, "cuPriceList",    Rule::AsStored},
-    {"Account Set",            ado::VarChar,  15, "cuAccountSet",   Rule::AsStored},
-    {"Terms Code",             ado::VarChar,  15, "cuTermsCode",    Rule::AsStored},
-    {"Tax Group",              ado::VarChar,  15, "cuTaxGroup",     Rule::AsStored},
-    {"Customer Discount Type", ado::VarChar,  10, "cuCustType",     Rule::DiscountLevel},
-    {"Rate Type",              ado::VarChar,  10, "cuRateType",     Rule::UnlessNull},
-    {"Tax Class 1",            ado::VarChar,  20, "cuTaxClass1",    Rule::AsStored},
-    {"Tax Class 2",            ado::VarChar,  20, "cuTaxClass2",    Rule::AsStored},
-    {"Tax Class 3",            ado::VarChar,  20, "cuTaxClass3",    Rule::AsStored},
-    {"Tax Class 4",            ado::VarChar,  20, "cuTaxClass4",    Rule::AsStored},
-    {"Tax Class 5",            ado::VarChar,  20, "cuTaxClass5",    Rule::AsStored},
-    {"Registration No 1",      ado::VarChar,  20, "cuRegNumber1",   Rule::AsStored},
-    {"Registration No 2",      ado::VarChar,  20, "cuRegNumber2",   Rule::AsStored},
-    {"Registration No 3",      ado::VarChar,  20, "cuRegNumber3",   Rule::AsStored},
-    {"Registration No 4",      ado::VarChar,  20, "cuRegNumber4",   Rule::AsStored},
-    {"Registration No 5",      ado::VarChar,  20, "cuRegNumber5",   Rule::AsStored},
+constexpr auto kCustomerColumns = std::to_array<Column<CustomerRow>>({
+    // name                     type         size  value
+    {"Customer Number",        ado::VarChar,  20, as_stored<"CustomerNumber">},
+    {"Short Name",             ado::VarChar,  20, as_stored<"cuShortName">},
+    {"Full Name",              ado::VarChar,  60, as_stored<"cuFullName">},
+    {"Address 1",              ado::VarChar,  60, as_stored<"cuAddress1">},
+    {"Address 2",              ado::VarChar,  60, as_stored<"cuAddress2">},
+    {"Address 3",              ado::VarChar,  60, unless_null<"cuAddress3">},
+    {"Address 4",              ado::VarChar,  60, unless_null<"cuAddress4">},
+    {"City",                   ado::VarChar,  30, as_stored<"cuCity">},
+    {"Prov/State",             ado::VarChar, 320, as_stored<"cuProvState">},  // wider than any other: definitions rely on it
+    {"Country",                ado::VarChar,  30, as_stored<"cuCountry">},
+    {"PC/Zip Code",            ado::VarChar,  20, as_stored<"cuPCZip">},
+    {"Phone",                  ado::VarChar,  30, phone<"cuPhone">},
+    {"Fax",                    ado::VarChar,  30, phone<"cuFax">},
+    {"Contact",                ado::VarChar,  60, as_stored<"cuContact">},
+    {"Contact Email",          ado::VarChar,  50, as_stored<"cuEmail1">},
+    {"Customer Email",         ado::VarChar,  50, as_stored<"cuEmail2">},
+    {"Group Code",             ado::VarChar,  15, as_stored<"cuGroupCode">},
+    {"Price List",             ado::VarChar,  15, as_stored<"cuPriceList">},
+    {"Account Set",            ado::VarChar,  15, as_stored<"cuAccountSet">},
+    {"Terms Code",             ado::VarChar,  15, as_stored<"cuTermsCode">},
+    {"Tax Group",              ado::VarChar,  15, as_stored<"cuTaxGroup">},
+    {"Customer Discount Type", ado::VarChar,  10, discount_type},
+    {"Rate Type",              ado::VarChar,  10, unless_null<"cuRateType">},
+    {"Tax Class 1",            ado::VarChar,  20, as_stored<"cuTaxClass1">},
+    {"Tax Class 2",            ado::VarChar,  20, as_stored<"cuTaxClass2">},
+    {"Tax Class 3",            ado::VarChar,  20, as_stored<"cuTaxClass3">},
+    {"Tax Class 4",            ado::VarChar,  20, as_stored<"cuTaxClass4">},
+    {"Tax Class 5",            ado::VarChar,  20, as_stored<"cuTaxClass5">},
+    {"Registration No 1",      ado::VarChar,  20, as_stored<"cuRegNumber1">},
+    {"Registration No 2",      ado::VarChar,  20, as_stored<"cuRegNumber2">},
+    {"Registration No 3",      ado::VarChar,  20, as_stored<"cuRegNumber3">},
+    {"Registration No 4",      ado::VarChar,  20, as_stored<"cuRegNumber4">},
+    {"Registration No 5",      ado::VarChar,  20, as_stored<"cuRegNumber5">},
 });
 // clang-format on
 static_assert(well_formed(kCustomerColumns));
 
-Outcome by_rule(Rule rule, const Value& value, const CompanyInfo& company)
-{
-    if (rule == Rule::Phone) return phone_text(company, value);
-    return value.is_null() ? Outcome::failed(fault::kNull) : discount_letter(to_number(value));
-}
-
-class CustomerPipe {
-public:
-    CustomerPipe(SessionState& state, Rows& rows, DataPipeRecordset& pipe)
-        : state_(state), rows_(rows), pipe_(pipe), statements_(state, kTolerated)
-    {
-        for (size_t at = 0; at < kCustomerColumns.size(); ++at) sources_[at] = rows.column(kCustomerColumns[at].source);
-    }
-
-    void fill()
-    {
-        CompanyBlock company{accounting(state_).Company(), false};
-        for (size_t number = 1; !rows_.at_eof(); rows_.MoveNext(), ++number) {
-            statements_.at_row(number);
-            pipe_.AddNew();
-            if (number == 1) {
-                write_columns(pipe_, statements_, 0, list_company_columns(), company);
-                carry_fields(pipe_, 0, list_company_columns().size());
-            }
-            write_customer(company.company);
-            pipe_.Update();
-            if (state_.ports.user != nullptr && number % 4096 == 0) state_.ports.user->progress(number, 0);
-        }
-    }
-
-private:
-    void write_customer(const CompanyInfo& company)
-    {
-        const size_t first = list_company_columns().size();
-        for (size_t at = 0; at < kCustomerColumns.size(); ++at) {
-            const auto& column = kCustomerColumns[at];
-            const Value& value = rows_.value(sources_[at]);
-            if (column.rule == Rule::AsStored) {
-                statements_.settle(column.name, pipe_.put(first + at, value));
-            } else if (column.rule == Rule::UnlessNull) {
-                if (!value.is_null()) statements_.settle(column.name, pipe_.put(first + at, value));
-            } else {
-                statements_.attempt(column.name, [&] {
-                    write_field(pipe_, statements_, first + at, by_rule(column.rule, value, company));
-                });
-            }
-        }
-    }
-
-    SessionState& state_;
-    Rows& rows_;
-    DataPipeRecordset& pipe_;
-    Statements statements_;
-    std::array<size_t, kCustomerColumns.size()> sources_{};
+struct CustomerFields : PipeLayout {
+    Section<CompanyBlock> company = add(list_company_columns());
+    Section<CustomerRow> customer = add(ColumnList<CustomerRow>(kCustomerColumns));
 };
 
-std::unique_ptr<Rows> open_customers(SessionState& state)
+std::unique_ptr<Rows> customers_to_list(SessionState& state)
 {
     return stream_query(
         state, {Command::statement("SELECT * FROM [Customer] WHERE ([Exported] = 0) ORDER BY [CustomerNumber];"),
                 Command::statement("SELECT * FROM Customer WHERE (Exported = 0) ORDER BY CustomerNumber")});
 }
 
-RunEnd no_data(SessionState& state)
+void write_rows(ReportRun& run, const CustomerFields& fields, Rows& rows, DataPipeRecordset& pipe)
 {
-    tell(state, {"No Data Found", "There are no Customers in the database to place on the report.", Icon::Information});
-    return RunEnd::NoData;
+    CompanyBlock company{accounting(run.state()).Company(), false};
+    CustomerRow customer{company.company, QueryRow(rows)};
+    PipeWriter writer(run.state(), pipe, run.statements());
+    for (; !rows.at_eof(); rows.MoveNext()) {
+        writer.row([&] {
+            writer.write_once(fields.company, company);
+            writer.write(fields.customer, customer);
+        });
+    }
 }
 
 }  // namespace
 
 RunEnd Print_CustomerList(SessionState& state, const std::string& pReportString, bool pPreview, bool pExportIt)
 {
-    return run_report(state, "Print_CustomerList", [&] {
-        open_definition(state, pReportString);
-        DataPipeRecordset pipe(customer_list_fields(), state.log);
-        const auto rows = open_customers(state);
-        if (!move_to_first(*rows)) return no_data(state);
-        CustomerPipe(state, *rows, pipe).fill();
+    return run_report(state, kBuilder, {pReportString, pPreview, pExportIt}, [&](ReportRun& run) {
+        run.open_definition();
+        const CustomerFields fields;
+        DataPipeRecordset pipe(fields.fields(), state.log);
+        const auto rows = customers_to_list(state);
+        if (!move_to_first(*rows)) {
+            return no_data(state, "There are no Customers in the database to place on the report.");
+        }
+        write_rows(run, fields, *rows, pipe);
         rows->Close();
-        attach_pipe(state, pipe);
-        choose_printer(state, printer_setting(state));
-        return route_output(state, {pReportString, pPreview, pExportIt}, dated_name(state, "Customer List"));
+        run.attach(pipe);
+        run.choose_printer();
+        return run.route([&] { return dated_name(state, "Customer List"); });
     });
 }
 
 std::vector<PipeField> customer_list_fields()
 {
-    std::vector<PipeField> fields;
-    append_fields(fields, list_company_columns());
-    append_fields(fields, std::span<const CustomerColumn>(kCustomerColumns));
-    return fields;
+    return CustomerFields().fields();
 }
 
 }  // namespace velora

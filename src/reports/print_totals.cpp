@@ -8,6 +8,8 @@
 #include "pricing/taxes.h"
 #include "pricing/units.h"
 #include "reports/detail_lines.h"
+#include "reports/line_kinds.h"
+#include "reports/query_row.h"
 #include "reports/run_frame.h"
 #include "reports/statement.h"
 #include "session/query.h"
@@ -18,8 +20,6 @@ namespace velora {
 namespace {
 
 constexpr std::array<int32_t, 3> kTolerated{fault::kArrayFixed, fault::kNull, fault::kInvalidRow};
-constexpr double kItemLine = 20;
-constexpr double kAccountingItem = 30;
 
 /// What one line or charge comes to.
 struct TaxedAmount {
@@ -36,6 +36,31 @@ struct TaxFields {
     std::array<Value, kTaxSlots> included;
 };
 
+/// Where the tax fields of a line stand, the slots 1 to 5 in order.
+class TaxColumns {
+public:
+    explicit TaxColumns(const Rows& rows)
+    {
+        for (size_t n = 0; n < kTaxSlots; ++n) {
+            classes_[n] = rows.column("deTaxClass" + std::to_string(n + 1));
+            included_[n] = rows.column("deTaxIncl" + std::to_string(n + 1));
+        }
+    }
+    [[nodiscard]] TaxFields of(const Rows& rows) const
+    {
+        TaxFields fields;
+        for (size_t n = 0; n < kTaxSlots; ++n) {
+            fields.tax_class[n] = rows.value(classes_[n]);
+            fields.included[n] = rows.value(included_[n]);
+        }
+        return fields;
+    }
+
+private:
+    std::array<size_t, kTaxSlots> classes_{};
+    std::array<size_t, kTaxSlots> included_{};
+};
+
 bool is_one(const Value& flag)
 {
     return !flag.is_null() && trimmed_text(flag) == "1";
@@ -44,11 +69,6 @@ bool is_one(const Value& flag)
 bool is_filled(const Value& text)
 {
     return !text.is_null() && !trimmed_text(text).empty();
-}
-
-bool equals(const Value& number, double expected)
-{
-    return !number.is_null() && numeric_value(number) == expected;
 }
 
 class PrintTotals {
@@ -61,10 +81,15 @@ public:
     void read_lines(Recordset& rows)
     {
         lines_.resize(rows.RecordCount());
-        for (rows.MoveFirst(); !rows.at_eof(); rows.MoveNext()) {
-            statements_.at_row(at_ + 1);
-            if (equals(rows.value("deDType"), kItemLine)) add_line(rows, lines_[at_]);
-            ++at_;
+        const QueryRow row(rows);
+        const TaxColumns taxes(rows);
+        rows.MoveFirst();
+        for (size_t at = 0; at < lines_.size(); ++at, rows.MoveNext()) {
+            statements_.at_row(at + 1);
+            if (!is_item_line(row.at<"deDType">())) continue;
+            price_line(row, lines_[at]);
+            sum_line(row);
+            tax_amount(taxes.of(rows), lines_[at]);
         }
         statements_.at_row(0);
     }
@@ -93,67 +118,55 @@ private:
         return rounded(value, currency_decimals(state_, state_.gQuote.quCurCode));
     }
 
-    void add_line(Recordset& row, TaxedAmount& line)
+    void price_line(const QueryRow& row, TaxedAmount& line)
     {
-        price_line(row, line);
-        sum_line(row);
-        TaxFields fields;
-        for (size_t n = 0; n < kTaxSlots; ++n) {
-            fields.tax_class[n] = row.value("deTaxClass" + std::to_string(n + 1));
-            fields.included[n] = row.value("deTaxIncl" + std::to_string(n + 1));
-        }
-        tax_amount(fields, line);
-    }
-
-    void price_line(Recordset& row, TaxedAmount& line)
-    {
-        const Value& kind = row.value("deIType");
+        const Value& kind = row.at<"deIType">();
         if (kind.is_null()) return statements_.settle("deIType", fault::kNull);
-        if (numeric_value(kind) == kAccountingItem) return price_accounting_line(row, line);
+        if (is_accounting_item(kind)) return price_accounting_line(row, line);
         statements_.attempt("line net", [&] {
-            if (to_int32(row.value("ItemID")) == 0) return;
+            if (to_int32(row.at<"ItemID">()) == 0) return;
             set_net(row, Checked(1), line);
         });
     }
 
-    void price_accounting_line(Recordset& row, TaxedAmount& line)
+    void price_accounting_line(const QueryRow& row, TaxedAmount& line)
     {
         statements_.attempt("item details", [&] {
-            if (row.value("dePriceList").is_null()) {
+            if (row.at<"dePriceList">().is_null()) {
                 Fetch_PrItemDetails(state_, trimmed(state_.gQuote.quCurCode), false);
             }
         });
         statements_.attempt("BaseConv", [&] {
-            base_conv_ = Return_BaseConvFactor(state_, to_text(row.value("APItem")), to_text(row.value("dePriceList")),
+            base_conv_ = Return_BaseConvFactor(state_, row.text<"APItem">(), row.text<"dePriceList">(),
                                                state_.gQuote.quCurCode, false);
         });
         statements_.attempt("line net", [&] {
-            if (trimmed_text(row.value("APItem")).empty()) return;
+            if (trimmed_text(row.at<"APItem">()).empty()) return;
             set_net(row, Checked(base_conv_), line);
         });
     }
 
     /// The gross amount has two decimals whatever the currency, the discount those of the currency. One statement:
     /// a null in any of its columns leaves the line at zero.
-    void set_net(const Recordset& row, Checked divisor, TaxedAmount& line)
+    void set_net(const QueryRow& row, Checked divisor, TaxedAmount& line)
     {
-        const Checked unit = Checked(row.value("deQuotedPrice")) * (Checked(row.value("deConvFactor")) / divisor);
-        const Checked gross = Checked(row.value("deQuantity")) * unit;
-        const Checked discount(row.value("deDiscount"));
+        const Checked unit = row.number<"deQuotedPrice">() * (row.number<"deConvFactor">() / divisor);
+        const Checked gross = row.number<"deQuantity">() * unit;
+        const Checked discount = row.number<"deDiscount">();
         line.net = Fixed4::from(rounded(gross.raised(), 2) - in_currency(discount.raised())).to_double();
     }
 
     /// The cost has no unit conversion while the weight has: that is meant.
-    void sum_line(const Recordset& row)
+    void sum_line(const QueryRow& row)
     {
         statements_.attempt("cost sum", [&] {
-            const double cost = to_number(row.value("deQuantity")) * to_number(row.value("deCost"));
+            const double cost = to_number(row.at<"deQuantity">()) * to_number(row.at<"deCost">());
             cost_sum_ = Fixed4::from(cost_sum_.to_double() + cost);
         });
-        statements_.attempt("discount sum", [&] { discount_sum_ += in_currency(to_number(row.value("deDiscount"))); });
+        statements_.attempt("discount sum", [&] { discount_sum_ += in_currency(to_number(row.at<"deDiscount">())); });
         statements_.attempt("weight sum", [&] {
-            weight_sum_ += to_number(row.value("deWeight")) *
-                           (to_number(row.value("deQuantity")) * to_number(row.value("deConvFactor")));
+            weight_sum_ += to_number(row.at<"deWeight">()) *
+                           (to_number(row.at<"deQuantity">()) * to_number(row.at<"deConvFactor">()));
         });
     }
 
@@ -233,7 +246,6 @@ private:
     size_t count_;
     TaxSlots& slots_;
     Statements statements_;
-    size_t at_ = 0;
 
     // A statement that falls away leaves these as the line before left them.
     double base_conv_ = 0;

@@ -22,12 +22,6 @@ Outcome text(std::string_view value)
     return trimmed(value);
 }
 
-Outcome address_field(const AddressRows& rows, std::string_view column)
-{
-    auto& row = opened(rows, "address");
-    return row.at_eof() ? Value() : trimmed_value(row.value(column));
-}
-
 template <size_t N>
 Outcome salesperson_name(Document& d)
 {
@@ -113,29 +107,6 @@ constexpr auto kHeaderColumns = std::to_array<Column<Document>>({
     {"Customer Salesperson Name3", ado::VarChar,   60, salesperson_name<2>},
     {"Customer Salesperson Name4", ado::VarChar,   60, salesperson_name<3>},
     {"Customer Salesperson Name5", ado::VarChar,   60, salesperson_name<4>},
-    {"BillTo Name",                ado::VarChar,   60, [](Document& d) -> Outcome { return d.bill_to("btName"); }},
-    {"BillTo Address1",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.bill_to("btAddress1"); }},
-    {"BillTo Address2",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.bill_to("btAddress2"); }},
-    {"BillTo Address3",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.bill_to("btAddress3"); }},
-    {"BillTo Address4",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.bill_to("btAddress4"); }},
-    {"BillTo City",                ado::VarChar,   30, [](Document& d) -> Outcome { return d.bill_to("btCity"); }},
-    {"BillTo Prov/State",          ado::VarChar,   30, [](Document& d) -> Outcome { return d.bill_to("btProvState"); }},
-    {"BillTo Country",             ado::VarChar,   30, [](Document& d) -> Outcome { return d.bill_to("btCountry"); }},
-    {"BillTo PCZip",               ado::VarChar,   20, [](Document& d) -> Outcome { return d.bill_to("btPCZip"); }},
-    {"BillTo Phone",               ado::VarChar,   30, [](Document& d) -> Outcome { return d.phone(d.bill_to("btPhone")); }},
-    {"BillTo Fax",                 ado::VarChar,   30, [](Document& d) -> Outcome { return d.phone(d.bill_to("btFax")); }},
-    {"BillTo Contact",             ado::VarChar,   60, [](Document& d) -> Outcome { return d.bill_to("btContact"); }},
-    {"ShipTo Name",                ado::VarChar,   60, [](Document& d) -> Outcome { return d.ship_to("stName"); }},
-    {"ShipTo Address1",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.ship_to("stAddress1"); }},
-    {"ShipTo Address2",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.ship_to("stAddress2"); }},
-    {"ShipTo Address3",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.ship_to("stAddress3"); }},
-    {"ShipTo Address4",            ado::VarChar,   60, [](Document& d) -> Outcome { return d.ship_to("stAddress4"); }},
-    {"ShipTo City",                ado::VarChar,   30, [](Document& d) -> Outcome { return d.ship_to("stCity"); }},
-    {"ShipTo Prov/State",          ado::VarChar,   30, [](Document& d) -> Outcome { return d.ship_to("stProvState"); }},
-    {"ShipTo Country",             ado::VarChar,   30, [](Document& d) -> Outcome { return d.ship_to("stCountry"); }},
-    {"ShipTo PCZip",               ado::VarChar,   20, [](Document& d) -> Outcome { return d.ship_to("stPCZip"); }},
-    {"ShipTo Phone",               ado::VarChar,   30, [](Document& d) -> Outcome { return d.phone(d.ship_to("stPhone")); }},
-    {"ShipTo Contact",             ado::VarChar,   60, [](Document& d) -> Outcome { return d.ship_to("stContact"); }},
 });
 static_assert(well_formed(kHeaderColumns));
 
@@ -179,21 +150,6 @@ Value QuoteDocument::money(double amount)
     return Display_AccpacCurrency(state, amount, currency, false);
 }
 
-Value QuoteDocument::bill_to(std::string_view column) const
-{
-    return address_field(addresses.bill_to, column).value();
-}
-
-Value QuoteDocument::ship_to(std::string_view column) const
-{
-    return address_field(addresses.ship_to, column).value();
-}
-
-Value QuoteDocument::phone(const Value& number) const
-{
-    return phone_text(accounting(state).Company(), number);
-}
-
 std::span<const Column<QuoteDocument>> quote_header_columns()
 {
     return kHeaderColumns;
@@ -204,14 +160,19 @@ std::span<const Column<QuoteDocument>> quote_total_columns()
     return kTotalColumns;
 }
 
+AddressBlock quote_addresses(SessionState& state)
+{
+    const auto& quote = state.gQuote;
+    return {accounting(state).Company(), fetch_addresses(state, {quote.CustFrom, quote.AccpacID, quote.CustomerID,
+                                                                 quote.BillToID, quote.ShipToID, quote.quShipToLoc})};
+}
+
 QuoteDocument load_quote_document(SessionState& state)
 {
     QuoteDocument document{state};
     const auto& quote = state.gQuote;
     Get_TaxAuthorities(state, quote.quTaxGroup, document.slots, document.slot_count);
     for (size_t n = 0; n < kTaxSlots; ++n) document.slots[n].TaxClass = quote.quTaxClass[n];
-    document.addresses = fetch_addresses(
-        state, {quote.CustFrom, quote.AccpacID, quote.CustomerID, quote.BillToID, quote.ShipToID, quote.quShipToLoc});
     document.currency = document_currency(state);
     return document;
 }

@@ -40,16 +40,83 @@ OpenedReport& report_of(SessionState& state)
     return *state.gCrReport;
 }
 
+RunEnd delivered_if(bool delivered)
+{
+    return delivered ? RunEnd::Delivered : RunEnd::Failed;
+}
+
 }  // namespace
 
-RunEnd run_report(SessionState& state, std::string_view procedure, const std::function<RunEnd()>& builder)
+void ReportRun::open_definition()
+{
+    statements_.attempt("OpenReport", [&] {
+        if (state_.ports.engine == nullptr) throw fault::of(fault::kCannotCreate, "ReportEngine");
+        state_.gCrReport = state_.ports.engine->OpenReport(delivery_.report_string);
+    });
+}
+
+void ReportRun::attach(const DataPipeRecordset& pipe)
+{
+    statements_.attempt("SetDataSource", [&] {
+        if (state_.ports.on_pipe) state_.ports.on_pipe(pipe);
+        report_of(state_).SetDataSource(pipe.table());
+    });
+}
+
+void ReportRun::choose_printer(const Text& name)
+{
+    constexpr int kPrintersDefault = 0;
+    constexpr int kAutomatic = 7;
+    std::string wanted;
+    statements_.attempt("printer name", [&] { wanted = trimmed(name()); });
+    if (wanted.empty()) return;
+    statements_.attempt("SelectPrinter", [&] { select_printer(wanted); });
+    statements_.attempt("PaperOrientation", [&] { report_of(state_).PaperOrientation(kPrintersDefault); });
+    statements_.attempt("PaperSource", [&] { report_of(state_).PaperSource(kAutomatic); });
+}
+
+void ReportRun::choose_printer()
+{
+    choose_printer([&] { return setting(state_, "Name", ""); });
+}
+
+void ReportRun::select_printer(std::string_view name)
+{
+    const LikePattern pattern("*" + std::string(name) + "*");
+    const auto printers = state_.ports.printers != nullptr ? state_.ports.printers->list() : std::vector<Printer>{};
+    const auto chosen =
+        std::ranges::find_if(printers, [&](const Printer& printer) { return pattern.matches(printer.DeviceName); });
+    if (chosen == printers.end()) throw fault::object_not_set("Printer");  // not caught further up on purpose
+    state_.current_printer = *chosen;
+    report_of(state_).SelectPrinter(chosen->DriverName, chosen->DeviceName, chosen->Port);
+}
+
+RunEnd ReportRun::route(const Text& export_name)
+{
+    bool went = false;
+    if (delivery_.export_it) {
+        went = statements_.attempt("Export_Report", [&] { Export_Report(state_, export_name()); });
+        return delivered_if(went && state_.gExportOK);
+    }
+    if (delivery_.preview) {
+        statements_.attempt("InitializeTTX", [&] {
+            went = InitializeTTX(state_, state_.gCrReport, "Velora - " + delivery_.report_string);
+        });
+        return delivered_if(went);
+    }
+    return delivered_if(statements_.attempt("PrintOut", [&] { report_of(state_).PrintOut(); }));
+}
+
+RunEnd run_report(SessionState& state, const Builder& builder, const Delivery& delivery,
+                  const std::function<RunEnd(ReportRun&)>& build)
 {
     const CachedRun cached(state.cache);
     state.run_end = RunEnd::Failed;
     try {
-        state.run_end = builder();
+        ReportRun run(state, builder, delivery);
+        state.run_end = build(run);
     } catch (const std::exception& caught) {
-        state.run_end = Show_ReportError(state, fault::of(caught), procedure);
+        state.run_end = Show_ReportError(state, fault::of(caught), builder.procedure);
     }
     return state.run_end;
 }
@@ -72,53 +139,10 @@ RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_vi
     return RunEnd::Failed;
 }
 
-void open_definition(SessionState& state, const std::string& report_string)
+RunEnd no_data(SessionState& state, std::string_view text)
 {
-    if (state.ports.engine == nullptr) throw fault::of(fault::kCannotCreate, "ReportEngine");
-    state.gCrReport = state.ports.engine->OpenReport(report_string);
-}
-
-void attach_pipe(SessionState& state, const DataPipeRecordset& pipe)
-{
-    if (state.ports.on_pipe) state.ports.on_pipe(pipe);
-    report_of(state).SetDataSource(pipe.table());
-}
-
-void choose_printer(SessionState& state, std::string_view name)
-{
-    constexpr int kPrintersDefault = 0;
-    constexpr int kAutomatic = 7;
-    const auto wanted = trimmed(name);
-    if (wanted.empty()) return;
-    const auto printers = state.ports.printers != nullptr ? state.ports.printers->list() : std::vector<Printer>{};
-    const LikePattern pattern("*" + std::string(wanted) + "*");
-    const auto chosen =
-        std::ranges::find_if(printers, [&](const Printer& printer) { return pattern.matches(printer.DeviceName); });
-    if (chosen == printers.end()) throw fault::object_not_set("Printer");  // not caught further up on purpose
-    state.current_printer = *chosen;
-    auto& report = report_of(state);
-    report.SelectPrinter(chosen->DriverName, chosen->DeviceName, chosen->Port);
-    report.PaperOrientation(kPrintersDefault);
-    report.PaperSource(kAutomatic);
-}
-
-std::string printer_setting(SessionState& state)
-{
-    return setting(state, "Name", "");
-}
-
-RunEnd route_output(SessionState& state, const Delivery& delivery, std::string_view export_name)
-{
-    if (delivery.export_it) {
-        Export_Report(state, export_name);
-        return state.gExportOK ? RunEnd::Delivered : RunEnd::Failed;
-    }
-    if (delivery.preview) {
-        const bool shown = InitializeTTX(state, state.gCrReport, "Velora - " + delivery.report_string);
-        return shown ? RunEnd::Delivered : RunEnd::Failed;
-    }
-    report_of(state).PrintOut();
-    return RunEnd::Delivered;
+    tell(state, {"No Data Found", std::string(text), Icon::Information});
+    return RunEnd::NoData;
 }
 
 std::string dated_name(SessionState& state, std::string_view name)

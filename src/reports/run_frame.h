@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "reports/data_pipe.h"
+#include "reports/statement.h"
 #include "session/session_state.h"
 #include "values/fault.h"
 
@@ -18,28 +21,62 @@ struct Delivery {
     bool export_it = false;
 };
 
+// The fault numbers after which a builder goes on with its next statement. They differ on purpose.
+inline constexpr std::array<int32_t, 2> kToleratedByLists{fault::kSubscript, fault::kNull};
+inline constexpr std::array<int32_t, 3> kToleratedByOrders{fault::kOverflow, fault::kSubscript, fault::kNull};
+inline constexpr std::array<int32_t, 4> kToleratedByQuotes{fault::kOverflow, fault::kSubscript, fault::kDivisionByZero,
+                                                           fault::kNull};
+
+/// A builder, by the name that its messages give it.
+struct Builder {
+    std::string_view procedure;
+    std::span<const int32_t> tolerated;
+};
+
+/// The steps that all builders share, each a statement of the run: a fault that the builder tolerates drops it.
+class ReportRun {
+public:
+    ReportRun(SessionState& state, const Builder& builder, const Delivery& delivery)
+        : state_(state), delivery_(delivery), statements_(state, builder.tolerated)
+    {
+    }
+
+    [[nodiscard]] SessionState& state() { return state_; }
+    [[nodiscard]] const Delivery& delivery() const { return delivery_; }
+    [[nodiscard]] Statements& statements() { return statements_; }
+
+    /// @throws Fault 20507 when the definition is missing or none
+    void open_definition();
+    /// Hands the finished pipe to the first table of the definition.
+    void attach(const DataPipeRecordset& pipe);
+
+    using Text = std::function<std::string()>;
+    /// The first printer whose name holds `name`, which may carry wildcards, prints the report; a blank name leaves the
+    /// definition's own. @throws Fault 91 when no printer fits
+    void choose_printer(const Text& name);
+    /// The printer of the user's settings.
+    void choose_printer();
+    /// Sends the report on its way. @param export_name  without folder and extension
+    RunEnd route(const Text& export_name);
+
+private:
+    void select_printer(std::string_view name);
+
+    SessionState& state_;
+    const Delivery& delivery_;
+    Statements statements_;
+};
+
 /// Runs a builder with the lookups of the run cached. A fault that the builder did not tolerate ends in
 /// `Show_ReportError` under the procedure's name. The answer also stays in the state, for hosts of the public class.
-RunEnd run_report(SessionState& state, std::string_view procedure, const std::function<RunEnd()>& builder);
+RunEnd run_report(SessionState& state, const Builder& builder, const Delivery& delivery,
+                  const std::function<RunEnd(ReportRun&)>& build);
 
 /// Tells the user why a run ended; a user who cancelled it is told nothing.
 RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_view procedure);
 
-/// Opens the definition. @throws Fault 20507 when it is missing or none
-void open_definition(SessionState& state, const std::string& report_string);
-
-/// Hands the finished pipe to the first table of the definition.
-void attach_pipe(SessionState& state, const DataPipeRecordset& pipe);
-
-/// The first printer whose name holds `name`, which may carry wildcards, prints the report; a blank name leaves the
-/// definition's own. @throws Fault 91 when no printer fits
-void choose_printer(SessionState& state, std::string_view name);
-
-/// The printer of the user's settings.
-std::string printer_setting(SessionState& state);
-
-/// Sends the report on its way. @param export_name  without folder and extension
-RunEnd route_output(SessionState& state, const Delivery& delivery, std::string_view export_name);
+/// Tells that there is nothing to put on a list.
+RunEnd no_data(SessionState& state, std::string_view text);
 
 /// "yyyymmdd - name": how the exports of list reports are called.
 std::string dated_name(SessionState& state, std::string_view name);

@@ -1,69 +1,17 @@
 #pragma once
 
-#include <cmath>
+#include <algorithm>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
+#include "reports/checked.h"
 #include "session/session_state.h"
 #include "values/fault.h"
+#include "values/text.h"
 
 namespace velora {
-
-/// A number, or the fault that working it out ended in. The first fault wins; nothing is thrown for a null.
-class Checked {
-public:
-    Checked(double value) : value_(value), fault_(std::isfinite(value) ? 0 : fault::kOverflow) {}
-    /// A cell of a row: fault 94 for a null. @throws Fault 13 for text that is no number
-    explicit Checked(const Value& cell)
-        : value_(cell.is_null() ? 0 : to_number(cell)), fault_(cell.is_null() ? fault::kNull : 0)
-    {
-    }
-
-    [[nodiscard]] int32_t fault() const { return fault_; }
-    [[nodiscard]] double value() const { return value_; }
-    /// The number where nothing guards the statement. @throws Fault
-    [[nodiscard]] double raised() const
-    {
-        if (fault_ != 0) throw fault::of(fault_);
-        return value_;
-    }
-
-    friend Checked operator*(Checked a, Checked b) { return joined(a, b, a.value_ * b.value_); }
-    friend Checked operator-(Checked a, Checked b) { return joined(a, b, a.value_ - b.value_); }
-    friend Checked operator+(Checked a, Checked b) { return joined(a, b, a.value_ + b.value_); }
-    /// Nothing by nothing is an overflow, anything else by nothing a division by zero.
-    friend Checked operator/(Checked a, Checked b)
-    {
-        if (a.fault_ == 0 && b.fault_ == 0 && b.value_ == 0) {
-            return failed(a.value_ == 0 ? fault::kOverflow : fault::kDivisionByZero);
-        }
-        return joined(a, b, b.value_ == 0 ? 0 : a.value_ / b.value_);
-    }
-    [[nodiscard]] Checked absolute() const
-    {
-        Checked result = *this;
-        result.value_ = std::abs(value_);
-        return result;
-    }
-    static Checked failed(int32_t number)
-    {
-        Checked result = 0;
-        result.fault_ = number;
-        return result;
-    }
-
-private:
-    static Checked joined(Checked a, Checked b, double value)
-    {
-        if (a.fault_ != 0) return a;
-        if (b.fault_ != 0) return b;
-        return value;
-    }
-
-    double value_;
-    int32_t fault_;
-};
 
 /// What a statement that fills a field comes to: a value, a fault, or nothing to write.
 class Outcome {
@@ -75,6 +23,13 @@ public:
     {
     }
 
+    /// A cell that stands where it is until the statement is done, so that its text is copied once and not twice.
+    static Outcome cell(const Value& cell)
+    {
+        Outcome result{Value()};
+        result.cell_ = &cell;
+        return result;
+    }
     static Outcome failed(int32_t number)
     {
         Outcome result{Value()};
@@ -96,13 +51,22 @@ public:
 
     [[nodiscard]] bool writes() const { return writes_; }
     [[nodiscard]] int32_t fault() const { return fault_; }
-    [[nodiscard]] const Value& value() const { return value_; }
+    [[nodiscard]] const Value& value() const { return cell_ != nullptr ? *cell_ : value_; }
 
 private:
     Value value_;
+    const Value* cell_ = nullptr;
     int32_t fault_ = 0;
     bool writes_ = true;
 };
+
+/// The cell without blanks at both ends; a null stays a null.
+inline Outcome trimmed_cell(const Value& cell)
+{
+    const auto* text = cell.get_if<std::string>();
+    const bool stands_as_it_is = text != nullptr ? trimmed(*text).size() == text->size() : cell.is_null();
+    return stands_as_it_is ? Outcome::cell(cell) : Outcome(trimmed_text(cell));
+}
 
 /// The statements of one procedure: a fault of its tolerated set drops the one statement and is logged, any other
 /// ends the procedure.
@@ -110,7 +74,7 @@ class Statements {
 public:
     Statements(SessionState& state, std::span<const int32_t> tolerated) : state_(state), tolerated_(tolerated) {}
 
-    void at_row(size_t row) { row_ = row; }
+    void at_row(size_t row) { row_ = row; }  ///< of the pipe, from 1; 0 outside a row
 
     /// Runs one statement; false when it fell away.
     template <class Work>

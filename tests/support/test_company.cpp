@@ -9,6 +9,7 @@
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/schema.h"
 #include "adapters/sqlite_core/database.h"
+#include "adapters/sqlite_core/statement.h"
 #include "values/fault.h"
 
 namespace velora::test {
@@ -38,6 +39,18 @@ void run_sql(const fs::path& file, const std::string& sql)
 {
     // A scratch file need not survive a power cut, and each wait for the disk would count.
     sqlite::Database::open(file.string(), {}).run("PRAGMA synchronous = OFF; PRAGMA journal_mode = MEMORY; " + sql);
+}
+
+/// A value for a column of a declared type: as it reads, and as a literal.
+std::pair<std::string, std::string> marked(const std::string& type, const std::string& number,
+                                           const std::string& column)
+{
+    if (type.starts_with("TEXT")) return {number + " " + column, "'  " + number + " " + column + " '"};
+    if (type.starts_with("INTEGER")) return {"10" + number, "10" + number};
+    if (!type.starts_with("DATE")) return {number + ".25", number + ".25"};
+    const auto date = DateTime(*DateTime::from_iso("2026-01-01")).serial_day() + std::stoi(number);
+    const std::string iso = DateTime(date, 0).iso();
+    return {iso, "'" + iso + "'"};
 }
 
 constexpr const char* kCompanyRows = R"(
@@ -186,6 +199,25 @@ TestCompany& TestCompany::product(const std::string& sql)
 TestCompany& TestCompany::accounting(const std::string& sql)
 {
     run_sql(folder_ / kAccounting, sql);
+    return *this;
+}
+
+TestCompany& TestCompany::mark(const std::string& table, const std::set<std::string>& keep)
+{
+    bool is_product = false;
+    for (const auto& known : product_tables()) is_product = is_product || known.name == table;
+    const auto database = sqlite::Database::open((folder_ / (is_product ? kProduct : kAccounting)).string(), {});
+    sqlite::Statement columns(database, "SELECT name, type FROM pragma_table_info('" + table + "')");
+    std::string assignments;
+    for (int ordinal = 1; columns.step(); ++ordinal) {
+        const std::string column = to_text(columns.value(0));
+        const std::string number = std::to_string(ordinal);
+        if (keep.contains(column)) continue;
+        const auto [shown, literal] = marked(to_text(columns.value(1)), number, column);
+        markers_[table + "." + column] = shown;
+        assignments += (assignments.empty() ? "" : ", ") + column + " = " + literal;
+    }
+    database.run("UPDATE \"" + table + "\" SET " + assignments);
     return *this;
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -125,6 +126,11 @@ public:
     TestCompany& product(const std::string& sql);
     TestCompany& accounting(const std::string& sql);
 
+    /// Gives every column of a table's rows a value of its own, texts with blanks around them, but for those to keep.
+    TestCompany& mark(const std::string& table, const std::set<std::string>& keep);
+    /// What `mark` put into "Table.column", as it reads trimmed; as a literal, with the blanks around it.
+    [[nodiscard]] const std::string& marker(const std::string& column) const { return markers_.at(column); }
+
     /// The state with both stores open; they are opened at the first call, so write the rows before.
     SessionState& state();
     /// Connection and session for an operation that is handed them.
@@ -147,6 +153,7 @@ private:
     std::filesystem::path folder_;
     SessionState state_;
     WhichEngine dialect_;
+    std::map<std::string, std::string> markers_;
     bool opened_ = false;
 };
 
