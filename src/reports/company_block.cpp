@@ -11,14 +11,13 @@ namespace {
 template <std::string CompanyInfo::*Member>
 Outcome text(CompanyBlock& block)
 {
-    const std::string& value = block.company.*Member;
-    return block.trims ? trimmed(value) : std::string_view(value);
+    return block.shown(block.company.*Member);
 }
 
 template <std::string CompanyInfo::*Member>
 Outcome phone(CompanyBlock& block)
 {
-    return phone_text(block.company, Value(block.company.*Member));
+    return phone_text(block.company, Value(block.shown(block.company.*Member)));
 }
 
 // clang-format off

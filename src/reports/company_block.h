@@ -3,6 +3,7 @@
 #include <span>
 
 #include "reports/columns.h"
+#include "values/text.h"
 
 namespace velora {
 
@@ -10,6 +11,8 @@ namespace velora {
 struct CompanyBlock {
     const CompanyInfo& company;
     bool trims;  ///< the documents trim its texts as all of theirs, the lists show them as they stand
+
+    [[nodiscard]] std::string_view shown(std::string_view text) const { return trims ? trimmed(text) : text; }
 };
 
 /// The 17 fields of the documents.

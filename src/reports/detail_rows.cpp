@@ -61,7 +61,7 @@ Outcome row_type(Row& r)
 
 Outcome item_type(Row& r)
 {
-    return r.is_accounting_item() ? "Sage Accpac" : "Velora";
+    return shows_accounting_item(r.row.at<"deIType">()) ? "Sage Accpac" : "Velora";
 }
 
 Outcome line_number(Row& r)
@@ -83,7 +83,7 @@ Outcome item_number(Row& r)
         std::string customers = trimmed_text(r.row.at<"deCustItem">());
         if (!customers.empty()) return customers;
     }
-    if (r.is_accounting_item()) return Return_FormatItem(r.state, r.row.text<"APItem">());
+    if (shows_accounting_item(r.row.at<"deIType">())) return Return_FormatItem(r.state, r.row.text<"APItem">());
     return trimmed_cell(r.row.at<"APItem">());
 }
 

@@ -13,12 +13,19 @@ inline bool is_item_line(const Value& detail_type)
     return !detail_type.is_null() && numeric_value(detail_type) == kItemLine;
 }
 
-/// `deIType`: an item of the accounting system; any other number is one of the product's own.
+/// `deIType`, where a price hangs on it: an item of the accounting system; any other number is one of the product's
+/// own.
 /// @throws Fault 94 for a null
 inline bool is_accounting_item(const Value& item_type)
 {
     constexpr double kAccountingItem = 30;
     return numeric_value(item_type) == kAccountingItem;
+}
+
+/// The same where it is only shown: a null is one of the product's own, too.
+inline bool shows_accounting_item(const Value& item_type)
+{
+    return !item_type.is_null() && is_accounting_item(item_type);
 }
 
 }  // namespace velora

@@ -130,9 +130,15 @@ TEST(QuoteReport, LeavesAFieldNullWhereItsStatementFallsAway)
           Case{"an item kind that is none counts as an own item",
                {.item_kind = 77},
                {{"Detail Item Type", "Velora"}, {"Detail Item Number", "ITEM"}}},
-          Case{"a null item kind",
+          Case{"a null item kind is an own item that no price hangs on",
                {.more = "deIType = NULL"},
-               {{"Detail Item Type", "<null>"}, {"Detail Desc", "A thing"}}},
+               {{"Detail Item Type", "Velora"},
+                {"Detail Item Number", "ITEM"},
+                {"Detail Unit Price", "<null>"},
+                {"Detail Original Base Price", "<null>"},
+                {"Detail Pricing UofM", "EA"},
+                {"Detail Amount", "10.00"},
+                {"Detail Desc", "A thing"}}},
           Case{"no shipping date", {}, {{"Detail Shipping Date", "<null>"}}}}) {
         QuoteCompany company;
         const auto& rows = company.add(c.line).print();
@@ -236,19 +242,28 @@ TEST(QuoteReport, SaysWhyItIsNotPrinted)
     EXPECT_EQ(company.box_text(0),
               "The selected Quote information could not be found.\r\nThe report will be cancelled.");
 
+    const auto expect_box = [&](const char* text, const char* why) {
+        ASSERT_EQ(company.boxes().size(), 1U) << why;
+        EXPECT_EQ(company.boxes()[0].title, "Reporting Error");
+        EXPECT_EQ(company.boxes()[0].icon, Icon::Critical);
+        EXPECT_EQ(company.box_text(0), text) << why;
+        company.user.boxes.clear();
+    };
+    constexpr const char* kNotInstalled =
+        "A Reporting error has occured.\r\nPlease ensure that the program is installed corectly.\r\n\nPlease contact "
+        "Morvane if this error occurs frequently.";
     company.user.boxes.clear();
     company.print(1);
-    ASSERT_EQ(company.boxes().size(), 1U) << "a quote without lines";
-    EXPECT_THAT(company.box_text(0),
-                testing::StartsWith(
-                    "A Reporting error has occured.\r\nPlease ensure that the program is installed corectly.\r\n\n"));
-    EXPECT_EQ(company.boxes()[0].icon, Icon::Critical);
-
-    company.user.boxes.clear();
+    expect_box(kNotInstalled, "a quote without lines");
     Print_Quote(company.state(), 1, "missing.rpt", 0, false, true);
-    EXPECT_THAT(company.box_text(0),
-                testing::StartsWith("The specified report could not be found.\r\n\nPlease ensure"));
+    expect_box(
+        "The specified report could not be found.\r\n\nPlease ensure that the reports are located in a\r\nfolder "
+        "called 'Reports'. This 'Reports' folder must\r\nbe located within the main folder for the application.",
+        "no definition");
     EXPECT_TRUE(company.engine.report->calls.empty());
+    company.state().ports.engine = nullptr;
+    company.print(1);
+    expect_box(kNotInstalled, "no engine");
 }
 
 TEST(QuoteReport, IsPrintedThoughItsDefinitionAsksForAnUnknownField)
@@ -385,6 +400,9 @@ TEST(CustomReport, HasABoxOfItsOwnForAMissingFile)
     Custom_Reports(company.state(), "nowhere.rpt", "Mine", false, true);
     EXPECT_EQ(company.boxes().at(0).title, "Report Not Found");
     EXPECT_EQ(company.boxes().at(0).icon, Icon::Critical);
+    EXPECT_EQ(company.box_text(0),
+              "The selected Report could not be found.\r\nThe Report may have been moved or deleted.\r\nPlease first "
+              "remove and then add the Report again.");
 
     company.settings.set("Morvane\\Velora", "TESTCO_Report", "Format", "6");
     const std::string any_file = std::string(VELORA_SOURCE_DIR) + "/README.md";
