@@ -26,19 +26,19 @@ public:
     /// A cell that stands where it is until the statement is done, so that its text is copied once and not twice.
     static Outcome cell(const Value& cell)
     {
-        Outcome result{Value()};
+        Outcome result;
         result.cell_ = &cell;
         return result;
     }
     static Outcome failed(int32_t number)
     {
-        Outcome result{Value()};
+        Outcome result;
         result.fault_ = number;
         return result;
     }
     static Outcome unwritten()
     {
-        Outcome result{Value()};
+        Outcome result;
         result.writes_ = false;
         return result;
     }
@@ -54,6 +54,8 @@ public:
     [[nodiscard]] const Value& value() const { return cell_ != nullptr ? *cell_ : value_; }
 
 private:
+    Outcome() = default;
+
     Value value_;
     const Value* cell_ = nullptr;
     int32_t fault_ = 0;
