@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -47,6 +49,8 @@ inline constexpr auto kShipped = std::to_array<Shipped>({
     {"Back Order Items",    "back-orders"},
 });
 // clang-format on
+
+class EachDefinition : public testing::TestWithParam<Shipped> {};
 
 /// Rows in memory that a test may change before the report reads them.
 class HeldRows final : public TableSource {
@@ -99,22 +103,30 @@ struct Filled {
     [[nodiscard]] size_t count() const { return pages.pages.size(); }
 };
 
-inline Filled fill_shipped(const std::string& name, TableSource& rows)
+/// Fills a shipped definition; what it warns of is returned.
+inline std::vector<std::string> fill_shipped(const std::string& name, TableSource& rows, engine::PageSink& sink)
 {
     static engine::FontStore fonts(VELORA_SOURCE_DIR "/fonts");
     static engine::Measurer measurer(fonts);
-    Filled out;
+    std::vector<std::string> warnings;
     std::vector<engine::Warning> met;
     const engine::Report report(
         std::make_shared<engine::model::Definition>(engine::read_definition_file(definition_file(name), met)));
-    for (const auto& warning : met) out.warnings.push_back(warning.line());
-    out.warnings.insert(out.warnings.end(), report.warnings().begin(), report.warnings().end());
+    for (const auto& warning : met) warnings.push_back(warning.line());
+    warnings.insert(warnings.end(), report.warnings().begin(), report.warnings().end());
 
     engine::FillOptions options;
     options.surroundings.now = *DateTime::from_ymd(2026, 6, 8);
     options.created = options.surroundings.now;
-    options.warn = [&](const std::string& text) { out.warnings.push_back(text); };
-    engine::fill(report, rows, measurer, options, out.pages);
+    options.warn = [&](const std::string& text) { warnings.push_back(text); };
+    engine::fill(report, rows, measurer, options, sink);
+    return warnings;
+}
+
+inline Filled fill_shipped(const std::string& name, TableSource& rows)
+{
+    Filled out;
+    out.warnings = fill_shipped(name, rows, out.pages);
     return out;
 }
 

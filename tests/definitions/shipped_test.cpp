@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class EachDefinition : public testing::TestWithParam<Shipped> {};
-
 std::string test_name(const testing::TestParamInfo<Shipped>& info)
 {
     std::string name = info.param.name;

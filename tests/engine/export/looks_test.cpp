@@ -7,7 +7,7 @@
 #include "engine/export/paint/bitmap.h"
 #include "engine/export/paint/page_picture.h"
 #include "engine/export/sample_pages.h"
-#include "engine/export/tool_run.h"
+#include "support/tool_run.h"
 
 namespace velora::engine {
 namespace {

@@ -3,8 +3,8 @@
 #include "engine/export/export_run.h"
 #include "engine/export/made_png.h"
 #include "engine/export/sample_pages.h"
-#include "engine/export/tool_run.h"
 #include "support/base64_reader.h"
+#include "support/tool_run.h"
 
 namespace velora::engine {
 namespace {

@@ -9,7 +9,7 @@
 #include "engine/export/paint/bitmap.h"
 #include "engine/export/paint/page_picture.h"
 #include "engine/export/sample_pages.h"
-#include "engine/export/tool_run.h"
+#include "support/tool_run.h"
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -200,30 +200,6 @@ TEST(Export, AFileThatCannotGrowIsReportedByNameAndLeavesNothing)
     std::signal(SIGXFSZ, handler);
     EXPECT_NE(message.find("grown.txt: File too large"), std::string::npos) << message;
     EXPECT_FALSE(std::filesystem::exists(target));
-}
-
-TEST(Txt, ColumnsStandBelowEachOtherAndPagesArePartedByFormFeeds)
-{
-    SamplePages sample;
-    Style right = sample.style();
-    right.font.size = 8;
-    right.horizontal = HorizontalAlign::Right;
-    Style left = right;
-    left.horizontal = HorizontalAlign::Left;
-    const char* rows[][2] = {{"Valve", "1,234.50"}, {"Ü-Pipe", "7.00"}};
-    int y = 20;
-    for (const auto& [item, price] : rows) {
-        sample.add_text({20, y, 100, 12}, item, left);
-        sample.add_text({120, y, 60, 12}, price, right);
-        y += 12;
-    }
-    const auto sink = make_exporter("txt", SamplePages::scratch() / "grid.txt", {sample.fonts, {}});
-    sink->begin(sample.document);
-    sink->page(std::move(sample.page));
-    sink->page({});
-    sink->end();
-    EXPECT_EQ(bytes_of(SamplePages::scratch() / "grid.txt"),
-              "\n\n    Valve                     1,234.50\n    Ü-Pipe                        7.00\n\f");
 }
 
 }  // namespace

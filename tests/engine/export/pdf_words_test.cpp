@@ -4,8 +4,8 @@
 
 #include "engine/export/export_run.h"
 #include "engine/export/sample_pages.h"
-#include "engine/export/tool_run.h"
 #include "engine/text/utf8.h"
+#include "support/tool_run.h"
 #include "values/text.h"
 
 namespace velora::engine {

@@ -2,9 +2,9 @@
 
 #include "engine/export/export_run.h"
 #include "engine/export/sample_pages.h"
-#include "engine/export/tool_run.h"
 #include "support/print_xml_reader.h"
 #include "support/same_page.h"
+#include "support/tool_run.h"
 #include "values/fault.h"
 
 namespace velora::engine {

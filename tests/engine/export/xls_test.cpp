@@ -1,9 +1,11 @@
 #include <random>
 
 #include "engine/export/export_run.h"
+#include "engine/export/sample_pages.h"
 #include "engine/export/sample_quote.h"
 #include "engine/export/xls/xls_pattern.h"
 #include "engine/export/xls_reading.h"
+#include "support/readers.h"
 
 namespace velora::engine {
 namespace {
@@ -97,6 +99,28 @@ TEST(Xls, MergedRangesNeverOverlapAndNoTextIsLost)
     }
     for (const auto& [place, times] : covered) ASSERT_EQ(times, 1) << "a workbook with such ranges counts as damaged";
     EXPECT_GE(book.sheets[0].cells.size(), 120U);
+}
+
+TEST(Xls, ATextInLinesHasTheHeightThatASpreadsheetNeedsForIt)
+{
+    struct Case {
+        const char *why, *text;
+        int width;
+        double least, most;  ///< height of its rows, where a line takes 11.64
+    };
+    for (const auto& c : {
+             Case{"lines that leave room stay as they are", "one\ntwo\nthree", 60, 40, 40},
+             Case{"one that just fits breaks once more", "aaaaaaaaaaaa bb cccccccccccc bb", 90, 47, 47},
+             Case{"as many as it needs", "a b c d e f g h i j k l m n o p q r s t u v w x y z", 30, 129, 129},
+         }) {
+        SamplePages sample;
+        sample.add_text({20, 20, c.width, 40}, c.text, sample.style());
+        const auto heights = readers::xls_book(sample.print("lines.xls")).line("heights");
+        double all = 0;
+        for (const std::string& height : heights) all += std::stod(height);
+        EXPECT_GE(all, c.least) << c.why;
+        EXPECT_LE(all, c.most) << c.why;
+    }
 }
 
 TEST(Xls, LongAndForeignTextsComeBackAcrossRecordEnds)

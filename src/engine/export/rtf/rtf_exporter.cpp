@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "engine/export/common/drawing_words.h"
 #include "engine/export/common/link_address.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/common/two_part_file.h"
@@ -82,7 +83,7 @@ void RtfExporter::element(const Element& element, const Place& place)
     if (const auto* content = std::get_if<Image>(&element.content)) image(*content, style, place);
     if (const auto* content = std::get_if<Graphic>(&element.content)) {
         const auto picture = content->drawing ? drawings_.picture(*content->drawing, style) : nullptr;
-        if (picture) shapes_.picture(out_, box_of(place), picture->bytes);
+        if (picture) shapes_.picture(out_, box_of(place), picture->bytes, drawing_words(*content->drawing));
     }
 }
 

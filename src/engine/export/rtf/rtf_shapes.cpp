@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "engine/export/rtf/rtf_tables.h"
+
 namespace velora::engine {
 namespace {
 
@@ -90,7 +92,7 @@ void RtfShapes::line(std::string& out, Point from, Point to, const Pen& pen)
     out += "}}\n";
 }
 
-void RtfShapes::picture(std::string& out, const RtfBox& box, std::string_view bytes)
+void RtfShapes::picture(std::string& out, const RtfBox& box, std::string_view bytes, std::string_view description)
 {
     const bool is_png = bytes.starts_with("\x89PNG");
     open(out, Kind::Picture, box);
@@ -98,6 +100,11 @@ void RtfShapes::picture(std::string& out, const RtfBox& box, std::string_view by
                        twips(box.width), twips(box.height));
     append_hex(out, bytes);
     out += "}}}";
+    if (!description.empty()) {
+        std::string words;
+        rtf_append(words, description);
+        property(out, "wzDescription", words);
+    }
     property(out, "fLine", 0);
     out += "}}\n";
 }

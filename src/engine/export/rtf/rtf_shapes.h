@@ -26,7 +26,7 @@ public:
     void closed(std::string& out, Kind kind, const RtfBox& box, const Color* fill, const Pen& pen, float radius = 0);
     void line(std::string& out, Point from, Point to, const Pen& pen);
     /// The picture is stretched over the box.
-    void picture(std::string& out, const RtfBox& box, std::string_view bytes);
+    void picture(std::string& out, const RtfBox& box, std::string_view bytes, std::string_view description = {});
     /// A text box without fill and border; `text` is rich text made of paragraphs.
     void text(std::string& out, const RtfBox& box, Rotation rotation, std::string_view text);
 

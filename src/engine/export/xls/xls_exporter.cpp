@@ -16,7 +16,10 @@ constexpr int32_t kSlack = 14;  ///< points that rounding to whole pixels may ad
 class XlsExporter : public PageSink {
 public:
     XlsExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
-        : file_(std::move(file)), warn_(context.warn), pages_(styles_, strings_, context.fonts)
+        : file_(std::move(file)),
+          warn_(context.warn),
+          measurer_(context.fonts),
+          pages_(styles_, strings_, measurer_, context.fonts)
     {
     }
 
@@ -37,6 +40,7 @@ private:
     const Document* document_ = nullptr;
     XlsStyles styles_;
     XlsStrings strings_;
+    Measurer measurer_;
     XlsPages pages_;
     GridLines columns_{kColumnTolerance, kWidestColumn};
     XlsPaper paper_;
@@ -57,11 +61,10 @@ void XlsExporter::find_columns()
 /// leave room for what rounding adds.
 void XlsExporter::find_margins()
 {
-    int32_t top = INT32_MAX, bottom = 0;
+    int32_t top = INT32_MAX;
     for (const XlsPage& page : pages_.pages()) {
         if (page.row_lines.size() < 2) continue;
         top = std::min(top, page.row_lines.front());
-        bottom = std::max(bottom, page.row_lines.back());
     }
     const auto& columns = columns_.lines();
     paper_.width = std::clamp(document_->page_width, 0, kFarthest);
@@ -70,7 +73,6 @@ void XlsExporter::find_margins()
     paper_.left = std::clamp(columns.front(), 0, paper_.width);
     paper_.right = std::clamp(paper_.width - columns.back() - kSlack, 0, paper_.width);
     paper_.top = top == INT32_MAX ? 0 : std::clamp(top, 0, paper_.height);
-    paper_.bottom = std::clamp(paper_.height - bottom - kSlack, 0, paper_.height);
 }
 
 /// A page longer than a sheet, as a report without page breaks gives, goes on in the next one.
@@ -80,7 +82,7 @@ void XlsExporter::add_to_sheets(const XlsPage& page)
     const auto rows = static_cast<uint32_t>(page.row_lines.size() - 1);
     for (uint32_t from = 0; from < rows;) {
         const uint32_t to = std::min(rows, from + XlsSheet::kMostRows - 1);
-        if (!sheets_.back().has_room(to - from)) sheets_.emplace_back(pages_, styles_, columns_, paper_);
+        if (!sheets_.back().has_room(to - from)) sheets_.emplace_back(pages_, styles_, columns_, paper_, measurer_);
         const int32_t gap = from == 0 ? std::max(0, page.row_lines.front() - paper_.top) : 0;
         sheets_.back().add_page(page, from, to, gap);
         from = to;
@@ -97,6 +99,7 @@ void XlsExporter::tell_of_hidden_texts() const
 
 void XlsExporter::end()
 {
+    pages_.settle_amounts(document_->locale);
     find_columns();
     if (columns_.lines().size() < 2) {
         // Nothing to show: one empty cell makes a sheet all the same.
@@ -106,7 +109,7 @@ void XlsExporter::end()
         columns_.solve(kMostColumns);
     }
     find_margins();
-    sheets_.emplace_back(pages_, styles_, columns_, paper_);
+    sheets_.emplace_back(pages_, styles_, columns_, paper_, measurer_);
     for (const XlsPage& page : pages_.pages()) add_to_sheets(page);
     tell_of_hidden_texts();
     const std::string& title = document_->title.empty() ? document_->name : document_->title;

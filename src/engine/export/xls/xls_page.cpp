@@ -1,7 +1,10 @@
 #include "engine/export/xls/xls_page.h"
 
+#include <unicode/dcfmtsym.h>
+
 #include <cmath>
 
+#include "engine/export/common/drawing_words.h"
 #include "engine/export/common/link_address.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/xls/xls_pattern.h"
@@ -87,6 +90,11 @@ bool wraps(const Text& text)
     return (text.detail && text.detail->lines.size() > 1) || text.shown().find('\n') != std::string_view::npos;
 }
 
+bool is_marked(const Text& text)
+{
+    return text.detail && !text.detail->runs.empty();
+}
+
 uint8_t horizontal_of(HorizontalAlign align)
 {
     constexpr uint8_t kLeft = 1, kCenter = 2, kRight = 3, kJustify = 5;
@@ -157,6 +165,7 @@ public:
             const XlsItem& linked = page.items[item];
             page.links.push_back({linked.span, linked.top, linked.bottom, std::move(link)});
         }
+        page.wrapped = std::move(wrapped_);
         page.pictures = std::move(pictures_);
         return page;
     }
@@ -179,12 +188,12 @@ private:
         if (std::holds_alternative<Line>(element.content)) return take_line(*element.style, place);
         if (const auto* image = std::get_if<Image>(&element.content)) {
             if (image->data && picture_size(image->data->bytes)) {
-                pictures_.push_back({fitted_picture(*element.style, place, image->data->bytes), image->data});
+                pictures_.push_back({fitted_picture(*element.style, place, image->data->bytes), image->data, {}});
             }
         }
         if (const auto* graphic = std::get_if<Graphic>(&element.content)) {
             auto picture = graphic->drawing ? to_.drawings_.picture(*graphic->drawing, *element.style) : nullptr;
-            if (picture) pictures_.push_back({box_of(place), std::move(picture)});
+            if (picture) pictures_.push_back({box_of(place), std::move(picture), drawing_words(*graphic->drawing)});
         }
         const bool closed = std::holds_alternative<Rectangle>(element.content);
         take_outline(*element.style, place, closed);
@@ -194,8 +203,16 @@ private:
     void take_line(const Style& style, const Place& place);
     void take_outline(const Style& style, const Place& place, bool by_pen);
     XlsItem content_of(const Text& text, const Style& style);
+    static XlsItem number_item(double number, uint32_t looks)
+    {
+        XlsItem item;
+        item.kind = XlsItem::Kind::Number;
+        item.looks = looks;
+        item.number = number;
+        return item;
+    }
     std::vector<XlsTextPart> parts_of(const Text& text, const Style& style);
-    uint32_t looks_of(const Text& text, const Style& style, uint16_t format, bool is_number);
+    uint32_t looks_of(const Style& style, uint16_t format, bool is_number, bool in_lines);
     uint16_t format_of(const Value& value, double number, const Style& style, std::string_view shown);
     XlsGround ground_of(const Style& style, bool by_pen);
 
@@ -221,6 +238,7 @@ private:
     GridLines rows_{kRowTolerance, kTallestRow};
     std::vector<Pending> pending_;
     std::vector<std::pair<std::string, size_t>> links_;  ///< address and item
+    std::vector<XlsWrapped> wrapped_;
     std::vector<XlsPicture> pictures_;
 };
 
@@ -260,19 +278,34 @@ void XlsPageBuilder::take_text(const Element& element, const Place& place)
 
 XlsItem XlsPageBuilder::content_of(const Text& text, const Style& style)
 {
-    XlsItem item;
     if (text.detail) {
         const Value& value = text.detail->value;
         if (const auto number = number_in(value)) {
-            item.kind = XlsItem::Kind::Number;
-            item.looks = looks_of(text, style, format_of(value, *number, style, text.shown()), true);
-            item.number = *number;
-            return item;
+            return number_item(*number, looks_of(style, format_of(value, *number, style, text.shown()), true, false));
         }
     }
+    const bool in_lines = wraps(text);
+    const bool may_be_amount = style.horizontal == HorizontalAlign::Right && !in_lines && !is_marked(text);
+    const auto amount = may_be_amount ? written_amount(text.shown()) : std::nullopt;
+    if (amount && !amount->open) {
+        if (amount->decimal_mark == '.') ++to_.points_;
+        if (amount->decimal_mark == ',') ++to_.commas_;
+        return number_item(amount->value(), looks_of(style, to_.styles_.format(amount->format()), true, false));
+    }
+    XlsItem item;
     item.kind = XlsItem::Kind::Text;
-    item.looks = looks_of(text, style, XlsStyles::kGeneral, false);
-    item.text = to_.strings_.add(text.shown(), parts_of(text, style));
+    item.looks = looks_of(style, XlsStyles::kGeneral, false, in_lines);
+    item.label.width = in_lines ? 0 : to_.measurer_.width(text.shown(), style.font);
+    if (amount) {
+        const uint32_t as_number = looks_of(style, XlsStyles::kGeneral, true, false);
+        to_.open_amounts_.push_back(
+            {to_.pages_.size(), pending_.size(), std::string(text.shown()), *amount, as_number});
+        return item;
+    }
+    item.label.text = to_.strings_.add(text.shown(), parts_of(text, style));
+    if (in_lines && style.rotation == Rotation::None) {
+        wrapped_.push_back({static_cast<uint32_t>(pending_.size()), &style});
+    }
     return item;
 }
 
@@ -302,7 +335,7 @@ uint16_t XlsPageBuilder::format_of(const Value& value, double number, const Styl
     return code ? to_.styles_.format(*code) : XlsStyles::kGeneral;
 }
 
-uint32_t XlsPageBuilder::looks_of(const Text& text, const Style& style, uint16_t format, bool is_number)
+uint32_t XlsPageBuilder::looks_of(const Style& style, uint16_t format, bool is_number, bool in_lines)
 {
     XlsLooks looks;
     looks.font = to_.styles_.font(style.font, style.fore);
@@ -310,7 +343,7 @@ uint32_t XlsPageBuilder::looks_of(const Text& text, const Style& style, uint16_t
     looks.horizontal = horizontal_of(style.horizontal);
     looks.vertical = static_cast<uint8_t>(style.vertical);
     looks.rotation = rotation_of(style.rotation);
-    looks.wrap = !is_number && wraps(text);
+    looks.wrap = in_lines;
     looks.shrink = is_number;
     return to_.looks_.add(looks);
 }
@@ -356,6 +389,37 @@ void XlsPageBuilder::take_line(const Style& style, const Place& place)
 void XlsPages::add(const Page& page)
 {
     pages_.push_back(XlsPageBuilder(*this, page).build());
+}
+
+namespace {
+
+bool has_decimal_comma(const std::string& locale)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::DecimalFormatSymbols symbols(icu::Locale(locale.c_str()), error);
+    return U_SUCCESS(error) && symbols.getConstSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol) == u",";
+}
+
+}  // namespace
+
+void XlsPages::settle_amounts(const std::string& locale)
+{
+    const bool undecided = points_ > 0 && commas_ > 0;
+    for (const OpenAmount& open : open_amounts_) {
+        XlsItem& item = pages_[open.page].items[open.item];
+        if (undecided) {
+            item.label.text = strings_.add(open.text);
+            continue;
+        }
+        const bool comma = points_ + commas_ > 0 ? commas_ > 0 : has_decimal_comma(locale);
+        const WrittenAmount amount = open.amount.settled(comma ? ',' : '.');
+        XlsLooks looks = looks_.at(open.number_looks);
+        looks.format = styles_.format(amount.format());
+        item.kind = XlsItem::Kind::Number;
+        item.looks = looks_.add(looks);
+        item.number = amount.value();
+    }
+    open_amounts_.clear();
 }
 
 }  // namespace velora::engine

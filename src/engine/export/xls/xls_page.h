@@ -8,9 +8,11 @@
 #include "engine/export/common/picture_fit.h"
 #include "engine/export/paint/drawing_picture.h"
 #include "engine/export/xls/grid_lines.h"
+#include "engine/export/xls/xls_amount.h"
 #include "engine/export/xls/xls_strings.h"
 #include "engine/export/xls/xls_styles.h"
 #include "engine/page/page.h"
+#include "engine/text/measurer.h"
 
 namespace velora::engine {
 
@@ -22,16 +24,27 @@ struct XlsItem {
     uint32_t span = 0;             ///< in XlsSpans
     uint32_t top = 0, bottom = 0;  ///< numbers of row lines
     uint32_t looks = 0;            ///< in XlsPages::looks, of a ground or rule in XlsPages::grounds
+    struct Label {
+        uint32_t text;  ///< in the shared strings
+        float width;    ///< points that it takes on one line; 0 for one that is laid out in lines
+    };
     union {
-        uint32_t text = 0;  ///< in the shared strings
+        Label label{};
         double number;
     };
+};
+
+/// A text in lines: a spreadsheet breaks them anew, by its own measures.
+struct XlsWrapped {
+    uint32_t item = 0;  ///< in XlsPage::items
+    const Style* style = nullptr;
 };
 
 /// A picture, placed freely above the cells. Lengths are points.
 struct XlsPicture {
     PictureBox place;
     std::shared_ptr<const ImageData> data;
+    std::string words;  ///< that it shows
 };
 
 struct XlsLink {
@@ -42,6 +55,7 @@ struct XlsLink {
 struct XlsPage {
     std::vector<int32_t> row_lines;
     std::vector<XlsItem> items;
+    std::vector<XlsWrapped> wrapped;
     std::vector<XlsPicture> pictures;
     std::vector<XlsLink> links;
 };
@@ -78,28 +92,43 @@ private:
 /// Turns pages into items on a grid.
 class XlsPages {
 public:
-    XlsPages(XlsStyles& styles, XlsStrings& strings, FontStore& fonts)
-        : styles_(styles), strings_(strings), drawings_(fonts)
+    XlsPages(XlsStyles& styles, XlsStrings& strings, Measurer& measurer, FontStore& fonts)
+        : styles_(styles), strings_(strings), measurer_(measurer), drawings_(fonts)
     {
     }
 
     void add(const Page& page);
+    /// Behind the last page: decides on the texts that only the document's other amounts explain.
+    /// @param locale  tells the decimal mark where no amount does
+    void settle_amounts(const std::string& locale);
 
     [[nodiscard]] const std::vector<XlsPage>& pages() const { return pages_; }
     [[nodiscard]] const XlsSpans& spans() const { return spans_; }
     [[nodiscard]] const XlsLooks& looks(uint32_t number) const { return looks_.at(number); }
+    [[nodiscard]] std::string_view text(const XlsItem& item) const { return strings_.text(item.label.text); }
     [[nodiscard]] const XlsGround& ground(uint32_t number) const { return grounds_.at(number); }
 
 private:
     friend class XlsPageBuilder;
 
+    /// "1,234": an amount whose mark may part groups or decimals, as the document's others tell.
+    struct OpenAmount {
+        size_t page = 0, item = 0;
+        std::string text;
+        WrittenAmount amount;
+        uint32_t number_looks = 0;  ///< but for the format
+    };
+
     XlsStyles& styles_;
     XlsStrings& strings_;
+    Measurer& measurer_;
     DrawingPictures drawings_;
     XlsSpans spans_;
     XlsInterned<XlsLooks> looks_;
     XlsInterned<XlsGround> grounds_;
     std::vector<XlsPage> pages_;
+    std::vector<OpenAmount> open_amounts_;
+    size_t points_ = 0, commas_ = 0;  ///< that part decimals in the amounts that leave no doubt
 };
 
 }  // namespace velora::engine

@@ -14,25 +14,6 @@ struct NumberPart {
     std::string prefix, digits, suffix;
 };
 
-std::string quoted(std::string_view literal)
-{
-    std::string out;
-    bool open = false;
-    const auto set_open = [&](bool wanted) {
-        if (open != wanted) out += '"';
-        open = wanted;
-    };
-    for (const char c : literal) {
-        // These stand for themselves in a format code, "%" with its meaning.
-        const bool bare = std::string_view(" -+()%\"").find(c) != std::string_view::npos;
-        set_open(!bare);
-        if (c == '"') out += '\\';
-        out += c;
-    }
-    set_open(false);
-    return out;
-}
-
 /// What the shown text has in front of its digits or behind them where the pattern has the currency sign.
 std::string currency_in(std::string_view shown)
 {
@@ -130,14 +111,14 @@ std::string_view take_run(std::string_view& pattern)
     return run;
 }
 
-std::string take_quoted(std::string_view& pattern)
+std::string take_xls_literal(std::string_view& pattern)
 {
     pattern.remove_prefix(1);
     const size_t end = std::min(pattern.find('\''), pattern.size());
     std::string literal(pattern.substr(0, end));
     if (literal.empty()) literal = "'";
     pattern.remove_prefix(std::min(end + 1, pattern.size()));
-    return quoted(literal);
+    return xls_literal(literal);
 }
 
 std::optional<std::string> date_field(std::string_view run)
@@ -175,17 +156,36 @@ constexpr bool is_letter(char c)
 
 }  // namespace
 
+std::string xls_literal(std::string_view literal)
+{
+    std::string out;
+    bool open = false;
+    const auto set_open = [&](bool wanted) {
+        if (open != wanted) out += '"';
+        open = wanted;
+    };
+    for (const char c : literal) {
+        // These stand for themselves in a format code, "%" with its meaning.
+        const bool bare = std::string_view(" -+()%\"").find(c) != std::string_view::npos;
+        set_open(!bare);
+        if (c == '"') out += '\\';
+        out += c;
+    }
+    set_open(false);
+    return out;
+}
+
 std::optional<std::string> xls_number_format(std::string_view pattern, double value, std::string_view shown)
 {
     const auto positive = take_part(pattern, shown);
     if (!positive || positive->digits.empty()) return std::nullopt;
     const auto digits = number_code(*positive, value);
     if (!digits) return std::nullopt;
-    std::string code = quoted(positive->prefix) + *digits + quoted(positive->suffix);
+    std::string code = xls_literal(positive->prefix) + *digits + xls_literal(positive->suffix);
     if (!pattern.empty()) {
         const auto negative = take_part(pattern, shown);
         if (!negative) return std::nullopt;
-        code += ";" + quoted(negative->prefix) + *digits + quoted(negative->suffix);
+        code += ";" + xls_literal(negative->prefix) + *digits + xls_literal(negative->suffix);
     }
     return code.size() <= 255 ? std::optional(code) : std::nullopt;
 }
@@ -196,7 +196,7 @@ std::optional<std::string> xls_date_format(std::string_view pattern)
     while (!pattern.empty()) {
         const char c = pattern.front();
         if (c == '\'') {
-            code += take_quoted(pattern);
+            code += take_xls_literal(pattern);
         } else if (is_letter(c)) {
             const auto field = date_field(take_run(pattern));
             if (!field) return std::nullopt;

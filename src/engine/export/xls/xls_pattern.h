@@ -6,6 +6,9 @@
 
 namespace velora::engine {
 
+/// A text as a part of a format code that stands for itself; a percent sign keeps its meaning.
+std::string xls_literal(std::string_view literal);
+
 /// The workbook's format code for a number pattern of definitions ("#,##0.00;(#,##0.00)").
 ///
 /// Decimals that a pattern shows only when needed are settled for the value, because a spreadsheet would leave the

@@ -47,11 +47,19 @@ std::string stored_picture(const ImageData& data, uint32_t uses)
     return record(2, kind, 0xF007, entry.raw(picture).bytes());
 }
 
-std::string properties(std::initializer_list<std::pair<uint16_t, uint32_t>> list)
+/// Properties of a shape, and the words by which readers describe it aloud.
+std::string properties(std::initializer_list<std::pair<uint16_t, uint32_t>> list, const std::string& words = {})
 {
-    XlsPayload payload;
+    constexpr uint16_t kDescription = 0x8000 | 0x4000 | 0x0381;
+    XlsPayload payload, text;
     for (const auto& [id, value] : list) payload.u16(id).u32(value);
-    return record(3, static_cast<uint32_t>(list.size()), 0xF00B, payload.bytes());
+    if (!words.empty()) {
+        for (const char16_t unit : xls_utf16(words)) text.u16(unit);
+        text.u16(0);
+        payload.u16(kDescription).u32(static_cast<uint32_t>(text.bytes().size()));
+    }
+    const size_t count = list.size() + (words.empty() ? 0 : 1);
+    return record(3, static_cast<uint32_t>(count), 0xF00B, payload.raw(text.bytes()).bytes());
 }
 
 std::string object_record(uint32_t number)
@@ -123,7 +131,7 @@ std::string XlsPictures::shape(const XlsAnchoredPicture& picture, uint32_t id) c
     }
     return record(15, 0, 0xF004,
                   record(2, kPictureShape, 0xF00A, XlsPayload().u32(id).u32(kHasAnchorAndKind).bytes()) +
-                      properties({{0x4104, positions_.at(picture.data.get())}, {0x01FF, kNoLine}}) +
+                      properties({{0x4104, positions_.at(picture.data.get())}, {0x01FF, kNoLine}}, picture.words) +
                       record(0, 0, 0xF010, anchor.bytes()) + record(0, 0, 0xF011, {}));
 }
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/export/xls/xls_page.h"
+#include "engine/export/xls/xls_cells.h"
 #include "engine/export/xls/xls_records.h"
 
 namespace velora::engine {
@@ -12,7 +12,7 @@ namespace velora::engine {
 struct XlsPaper {
     int32_t width = 595, height = 842;
     bool landscape = false;
-    int32_t left = 0, right = 0, top = 0, bottom = 0;  ///< margins
+    int32_t left = 0, right = 0, top = 0;  ///< margins; the lower one is what the pages leave
 };
 
 /// A picture at its place in the sheet. Corners are cells with the part of the cell in 1/1024 (across) and 1/256
@@ -23,6 +23,7 @@ struct XlsAnchoredPicture {
     };
     Corner from, to;
     std::shared_ptr<const ImageData> data;
+    std::string words;  ///< that it shows
 };
 
 /// One sheet: pages below each other, with a page break between them.
@@ -32,7 +33,8 @@ public:
     static constexpr size_t kMostBreaks = 1026;
 
     /// @param columns  lines between the columns, at least two
-    XlsSheet(const XlsPages& pages, XlsStyles& styles, const GridLines& columns, const XlsPaper& paper);
+    XlsSheet(const XlsPages& pages, XlsStyles& styles, const GridLines& columns, const XlsPaper& paper,
+             Measurer& measurer);
 
     /// Whether a page of that many rows still fits.
     [[nodiscard]] bool has_room(uint32_t rows) const;
@@ -41,29 +43,15 @@ public:
     void add_page(const XlsPage& page, uint32_t from, uint32_t to, int32_t gap);
 
     [[nodiscard]] uint32_t references() const { return references_; }  ///< cells that refer to the shared strings
-    [[nodiscard]] uint32_t hidden() const { return hidden_; }          ///< texts that found all their cells taken
+    [[nodiscard]] uint32_t hidden() const { return cells_.hidden(); }  ///< texts for which the sheet had no row left
     [[nodiscard]] const std::vector<XlsAnchoredPicture>& pictures() const { return pictures_; }
 
     /// The whole sheet; `drawing` holds the records of its pictures.
     void write(XlsRecords& stream, bool selected, const XlsRecords& drawing) const;
 
 private:
-    struct Cell {
-        XlsGround ground;
-        int32_t item = -1;     ///< content that stands here
-        bool covered = false;  ///< belongs to a content's range
-    };
-    struct Range {
-        uint32_t top, bottom, left, right;  ///< `bottom` and `right` lie behind the range
-    };
-
-    Cell& cell(uint32_t row, uint32_t column) { return cells_[size_t{row} * columns_ + column]; }
-    [[nodiscard]] Range range_of(const XlsItem& item, uint32_t from, uint32_t to) const;
-    void paint(const Range& range, const XlsGround& ground);
-    void paint_rule(const XlsItem& item, uint32_t from, uint32_t to);
-    void place_contents(const XlsPage& page, uint32_t from, uint32_t to);
-    void place_content(const XlsItem& item, int32_t number, Range range);
-    void write_rows(const XlsPage& page, uint32_t from, uint32_t to);
+    [[nodiscard]] XlsRange in_sheet(const XlsRange& range) const;
+    void write_rows(const XlsPage& page);
     void write_cell(const XlsPage& page, uint32_t row, uint32_t column);
     void place_links(const XlsPage& page, uint32_t from, uint32_t to);
     void place_pictures(const XlsPage& page, uint32_t from, uint32_t to);
@@ -79,14 +67,14 @@ private:
     XlsStyles& styles_;
     const GridLines& lines_;
     XlsPaper paper_;
-    uint32_t columns_;
 
-    std::vector<Cell> cells_;  ///< of the page at hand
-    uint32_t rows_ = 0, references_ = 0, hidden_ = 0;
+    XlsCells cells_;       ///< of the page at hand
+    int32_t tallest_ = 0;  ///< points of the tallest page
+    uint32_t rows_ = 0, references_ = 0;
     XlsRecords table_;
-    std::vector<Range> merges_;
+    std::vector<XlsRange> merges_;
     std::vector<uint32_t> breaks_;
-    std::vector<std::pair<Range, std::string>> links_;
+    std::vector<std::pair<XlsRange, std::string>> links_;
     std::vector<XlsAnchoredPicture> pictures_;
 };
 

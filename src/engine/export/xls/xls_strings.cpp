@@ -86,6 +86,13 @@ uint32_t XlsStrings::add(std::string_view utf8, const std::vector<XlsTextPart>& 
     return place->second;
 }
 
+std::string_view XlsStrings::text(uint32_t number) const
+{
+    const std::string_view key = *texts_[number];
+    const auto marked = marked_.find(number);
+    return marked == marked_.end() ? key : key.substr(0, marked->second.length);
+}
+
 void XlsStrings::write(XlsRecords& stream, uint32_t references) const
 {
     const size_t bucket_size = std::max<size_t>(8, texts_.size() / 128 + 1);
@@ -93,10 +100,9 @@ void XlsStrings::write(XlsRecords& stream, uint32_t references) const
     SstWriter writer(stream, references, texts_.size());
     for (size_t i = 0; i < texts_.size(); ++i) {
         if (i % bucket_size == 0) buckets.push_back(writer.position());
-        std::string_view text = *texts_[i];
+        const std::string_view text = this->text(static_cast<uint32_t>(i));
         XlsPayload formats;
         if (const auto marked = marked_.find(static_cast<uint32_t>(i)); marked != marked_.end()) {
-            text = text.substr(0, marked->second.length);
             for (const XlsTextPart& part : marked->second.parts) {
                 const size_t at = xls_utf16(text.substr(0, part.begin)).size();
                 if (at < kMaxCharacters) formats.u16(static_cast<uint32_t>(at)).u16(part.font);

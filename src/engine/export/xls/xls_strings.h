@@ -24,6 +24,7 @@ public:
 
     /// Number of the text, which is cut to what a cell holds.
     uint32_t add(std::string_view utf8, const std::vector<XlsTextPart>& parts = {});
+    [[nodiscard]] std::string_view text(uint32_t number) const;
     [[nodiscard]] size_t size() const { return texts_.size(); }
 
     /// Writes SST and its index EXTSST; `references` is the number of cells that refer to the table.

@@ -2,7 +2,10 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <string>
+
+#include "values/text.h"
 
 namespace velora::engine {
 
@@ -10,6 +13,12 @@ struct ToolRun {
     int status = -1;
     std::string output;  ///< what it wrote to either stream
 };
+
+/// A path as one word of a command.
+inline std::string word(const std::filesystem::path& path)
+{
+    return "'" + replaced(path.string(), "'", "'\\''") + "'";
+}
 
 /// Runs a program that this project did not write. Status 127 tells that the machine has no such program.
 inline ToolRun run_tool(const std::string& command)
