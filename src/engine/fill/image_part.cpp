@@ -11,9 +11,15 @@ void ImagePart::evaluate(Moment moment)
 {
     reset();
     evaluate_print_when(moment);
+    went_over_ = false;
     if (!print_when_holds_) return;
     dress_ = &dress(moment);
     if (!waits_) take_image(moment);
+}
+
+void ImagePart::rewind()
+{
+    if (!waits_) went_over_ = false;
 }
 
 void ImagePart::take_image(Moment moment)
@@ -43,29 +49,31 @@ bool ImagePart::prepare(int available, bool continuing)
     }
     if (!prints) return false;
     if (!waits_ && !data_ && source().remove_line_when_blank) prints = false;
-    return prints && fit_height(available);
+    shown_width_ = width_;
+    return prints && fit_size(available);
 }
 
-/// Grows to the picture's own height where the definition asks for it. @return whether it has to go over for that
-bool ImagePart::fit_height(int available)
+/// Grows to the picture's own size where the definition asks for it. @return whether it has to go over for that
+bool ImagePart::fit_size(int available)
 {
     const ScaleImage scale = dress_->look.style.scale;
     if (waits_ || !data_ || (scale != ScaleImage::RealHeight && scale != ScaleImage::RealSize)) return false;
     const auto size = image_size(data_->bytes);
+    if (!size || size->width <= 0 || size->height <= 0 || width_ <= 0) return false;
+    const int64_t width = std::min(width_, size->width);
+    const int64_t height = size->height * width / size->width;
     const Box& box = dress_->look.style.box;
-    const int inner = width_ - box.left_padding - box.right_padding;
-    if (!size || size->width <= 0 || inner <= 0) return false;
-    const int64_t shown = size->width > inner || scale == ScaleImage::RealHeight
-                              ? int64_t{size->height} * std::min(inner, size->width) / size->width
-                              : size->height;
-    const int64_t needed = shown + box.top_padding + box.bottom_padding;
-    if (needed <= height_) return false;
+    const int paddings = box.top_padding + box.bottom_padding;  // those at the sides do not count
+    if (height + paddings <= height_) return false;
     const int room = available - relative_y;
-    if (needed > room && run_.overflow_allowed && !(run_.first_column_band && !run_.anything_to_print)) {
+    if (height + paddings > room && run_.overflow_allowed && !went_over_) {
+        went_over_ = true;
         prints = false;
         return true;
     }
-    set_prepare_height(static_cast<int>(std::min<int64_t>(needed, room)));
+    const int64_t shown = std::min<int64_t>(height, std::max(0, room - paddings));
+    set_prepare_height(static_cast<int>(shown) + paddings);
+    if (scale == ScaleImage::RealSize) shown_width_ = static_cast<int>(shown * width / height);
     return false;
 }
 
@@ -79,6 +87,7 @@ void ImagePart::write(Image& target) const
 void ImagePart::emit(Emission& emission)
 {
     Element& element = add(emission, dress_->style);
+    element.place.width = shown_width_;
     element.content = Image{};
     if (waits_) {
         await(emission, awaited());

@@ -13,13 +13,14 @@ public:
 
     void evaluate(Moment moment) override;
     bool prepare(int available, bool continuing) override;
+    void rewind() override;
     void emit(Emission& emission) override;
     void resolve(Waiting& waiting, Element& element, Moment moment) override;
     [[nodiscard]] bool repeats() const override { return repeats_; }
 
 private:
     void take_image(Moment moment);
-    [[nodiscard]] bool fit_height(int available);
+    [[nodiscard]] bool fit_size(int available);
     void write(Image& target) const;
 
     const bool waits_;
@@ -27,6 +28,8 @@ private:
     std::shared_ptr<const Link> link_;
     std::shared_ptr<const Anchor> anchor_;
     bool repeats_ = false;
+    bool went_over_ = false;  ///< to the next page, for want of room
+    int shown_width_ = 0;     ///< of a picture in its real size
 };
 
 }  // namespace velora::engine

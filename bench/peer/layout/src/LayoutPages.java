@@ -105,7 +105,7 @@ public final class LayoutPages {
         }
     }
 
-    /** Finds the subreports of a case, "parts/NAME.jasper", by making them from the definitions in its folder. */
+    /** Finds pictures in the folder of a case, and its subreports, "parts/NAME.jasper", by making them there. */
     private static final class Parts extends ClassLoader {
         private Path folder;
 
@@ -115,9 +115,11 @@ public final class LayoutPages {
 
         @Override
         public URL getResource(String name) {
-            Path definition = folder == null ? null : folder.resolve(name.replaceFirst("\\.jasper$", ".jrxml"));
-            if (!name.startsWith("parts/") || !Files.exists(definition)) return super.getResource(name);
+            if (folder == null) return super.getResource(name);
+            Path definition = folder.resolve(name.replaceFirst("\\.jasper$", ".jrxml"));
             try {
+                if (name.endsWith(".png")) return folder.resolve(name).toUri().toURL();
+                if (!name.startsWith("parts/") || !Files.exists(definition)) return super.getResource(name);
                 Path compiled = Files.createTempFile("part", ".jasper");
                 compiled.toFile().deleteOnExit();
                 JasperCompileManager.compileReportToFile(definition.toString(), compiled.toString());
