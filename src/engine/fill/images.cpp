@@ -28,7 +28,7 @@ std::optional<ImageSize> jpeg_size(std::string_view bytes)
             return ImageSize{static_cast<int>(big_endian(bytes, at + 7, 2)),
                              static_cast<int>(big_endian(bytes, at + 5, 2))};
         }
-        at += 2 + big_endian(bytes, at + 2, 2);
+        at += marker == 0xff ? 1 : 2 + big_endian(bytes, at + 2, 2);  // any number of bytes may fill up
     }
     return std::nullopt;
 }

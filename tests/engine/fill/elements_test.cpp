@@ -131,6 +131,34 @@ TEST(Images, AreReadBesideTheDefinitionAndNowhereElse)
     EXPECT_EQ(images.find("data:image/png;base64,***", reason), nullptr);
 }
 
+TEST(Images, TheirSizeIsReadFromTheirHead)
+{
+    using namespace std::string_literals;
+    const std::string png = "\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\1\2\3\0\0\x11\x12"s;
+    const std::string jpeg_head = "\xff\xd8\xff\xe0\0\4ab\xff\xff\xc0\0\x0b\x08\1\2\3\4"s;
+    struct Case {
+        const char* why;
+        std::string bytes;
+        int width, height;
+    };
+    for (const auto& c : std::initializer_list<Case>{
+             {"PNG", png, 0x10203, 0x1112},
+             {"PNG that is cut", png.substr(0, 23), 0, 0},
+             {"GIF, low bytes first", "GIF89a\2\1\4\3"s, 0x102, 0x304},
+             {"GIF that is cut", "GIF89a\2\1\4"s, 0, 0},
+             {"JPEG behind another part and a filling byte", jpeg_head + "...", 0x304, 0x102},
+             {"a progressive one", "\xff\xd8\xff\xc2\0\x0b\x08\0\5\0\6..."s, 6, 5},
+             {"tables are no head", "\xff\xd8\xff\xc4\0\4ab\xff\xc0\0\x0b\x08\0\5\0\6..."s, 6, 5},
+             {"JPEG that is cut", jpeg_head.substr(0, 16), 0, 0},
+             {"something else", "BM and more bytes than a head has", 0, 0}}) {
+        const auto size = image_size(c.bytes);
+        ASSERT_EQ(size.has_value(), c.width > 0) << c.why;
+        if (!size) continue;
+        EXPECT_EQ(size->width, c.width) << c.why;
+        EXPECT_EQ(size->height, c.height) << c.why;
+    }
+}
+
 TEST(Images, AMissingOneIsAWarningAndTheReportGoesOn)
 {
     const std::string image =

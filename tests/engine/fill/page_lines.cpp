@@ -253,13 +253,19 @@ void add_elements(const std::vector<Element>& elements, std::vector<std::string>
 
 }  // namespace
 
+std::vector<std::string> page_lines(const Page& page)
+{
+    std::vector<std::string> lines{"<page>"};
+    add_elements(page.elements, lines);
+    lines.emplace_back("</page>");
+    return lines;
+}
+
 std::vector<std::string> page_lines(const std::vector<Page>& pages)
 {
     std::vector<std::string> lines{"<pages>"};
     for (const auto& page : pages) {
-        lines.emplace_back("<page>");
-        add_elements(page.elements, lines);
-        lines.emplace_back("</page>");
+        for (auto& line : page_lines(page)) lines.push_back(std::move(line));
     }
     lines.emplace_back("</pages>");
     return lines;
