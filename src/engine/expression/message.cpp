@@ -160,7 +160,9 @@ std::optional<std::string> date_text(const Cell& value, char part, const std::st
                                                         {'p', "a"}});
     const auto found = std::ranges::find(kParts, part, &Part::letter);
     if (found == kParts.end()) return std::nullopt;
-    return make_date_formatter(found->pattern, locale, "GMT")->format(value);
+    auto text = make_date_formatter(found->pattern, locale, "GMT")->format(value);
+    if (text && part == 'p') *text = utf8(unicode(*text).toLower(icu::Locale(locale.c_str())));
+    return text;
 }
 
 std::optional<std::string> directive_text(const Cell& value, const Directive& directive, const std::string& locale)

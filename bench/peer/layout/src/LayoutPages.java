@@ -135,6 +135,9 @@ public final class LayoutPages {
         var context = DefaultJasperReportsContext.getInstance();
         context.setProperty("net.sf.jasperreports.default.font.name", "DejaVu Sans");
         context.setProperty("net.sf.jasperreports.text.save.line.breaks", "true");
+        // a definition that never ends is told and left out
+        context.setProperty("net.sf.jasperreports.governor.max.pages.enabled", "true");
+        context.setProperty("net.sf.jasperreports.governor.max.pages", "300");
         int failed = 0;
         Parts parts = new Parts();
         Thread.currentThread().setContextClassLoader(parts);
