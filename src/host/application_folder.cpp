@@ -1,8 +1,5 @@
 #include "host/application_folder.h"
 
-#include <unistd.h>
-
-#include <fstream>
 #include <system_error>
 
 #include "adapters/accounting_sql/schema.h"
@@ -11,6 +8,8 @@
 #include "host/host_error.h"
 #include "host/sample_company.h"
 #include "reports/report_lists.h"
+#include "values/atomic_file.h"
+#include "values/atomic_folder.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -24,37 +23,6 @@ constexpr const char* kTitle = "Application Folder";
 {
     throw HostError(kTitle, "The application folder \"" + folder.string() + "\" cannot be made: " + why + ".");
 }
-
-/// A folder beside its final place that is gone again unless it was moved there.
-class FolderInTheMaking {
-public:
-    explicit FolderInTheMaking(const fs::path& place)
-        : place_(place), path_(place.string() + ".making-" + std::to_string(::getpid()))
-    {
-        fs::create_directories(place_.parent_path());
-        fs::create_directory(path_);
-    }
-    ~FolderInTheMaking()
-    {
-        std::error_code ignored;  // what cannot be removed here could not be written either
-        if (!moved_) fs::remove_all(path_, ignored);
-    }
-    FolderInTheMaking(const FolderInTheMaking&) = delete;
-    FolderInTheMaking& operator=(const FolderInTheMaking&) = delete;
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-    void move_into_place()
-    {
-        fs::rename(path_, place_);  // takes the place of an empty folder
-        moved_ = true;
-    }
-
-private:
-    fs::path place_;
-    fs::path path_;
-    bool moved_ = false;
-};
 
 void require_free(const fs::path& folder)
 {
@@ -70,10 +38,7 @@ void write_config(const fs::path& folder)
     config.database = "sqlite:velora.db";
     config.accounting = "sqlite:accounting.db";
     config.user = sample::kUser;
-    std::ofstream file(folder / "velora.ini", std::ios::binary);
-    file << config.ini_text();
-    file.close();
-    if (!file) throw std::runtime_error("velora.ini cannot be written");
+    write_file(folder / "velora.ini", config.ini_text());
 }
 
 void make_databases(const fs::path& folder, const fs::path& samples, bool empty)
@@ -110,13 +75,13 @@ void make_application_folder(const NewFolder& wanted, ProfileFile& lists)
     const fs::path place = fs::absolute(wanted.folder / "").lexically_normal().parent_path();
     try {
         require_free(place);
-        FolderInTheMaking making(place);
+        AtomicFolder making(place);
         for (const char* name : {"Reports", "Export", "Log File"}) fs::create_directory(making.path() / name);
         write_config(making.path());
         make_databases(making.path(), wanted.samples, wanted.empty);
         copy_definitions(wanted.definitions, making.path() / "Reports");
         write_report_lists(making.path() / "Reports", place, lists);
-        making.move_into_place();
+        making.finish();
     } catch (const fs::filesystem_error& error) {
         fail(place, error.code().message() + " (" + error.path1().string() + ")");
     } catch (const Fault& caught) {

@@ -5,6 +5,7 @@
 #include "adapters/ini/ini_file.h"
 #include "host/host_error.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora {
 namespace {

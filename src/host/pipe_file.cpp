@@ -1,10 +1,9 @@
 #include "host/pipe_file.h"
 
-#include <unistd.h>
-
 #include <nlohmann/json.hpp>
 
 #include "host/host_error.h"
+#include "values/fault.h"
 #include "values/number_text.h"
 
 namespace velora {
@@ -33,70 +32,62 @@ std::string cell_text(const Value& value)
     }
 }
 
-void write_fields(std::ostream& out, const std::vector<PipeField>& fields)
+std::string head_text(std::string_view kind, const std::vector<PipeField>& fields)
 {
+    std::string text = "{\"kind\":" + json_text(kind) + ",\"fields\":[";
     const char* separator = "";
     for (const PipeField& field : fields) {
-        out << separator << "{\"name\":" << json_text(field.name) << ",\"type\":" << int{field.type}
-            << ",\"size\":" << field.size << '}';
+        text += separator;
+        text += "{\"name\":" + json_text(field.name) + ",\"type\":" + std::to_string(field.type) +
+                ",\"size\":" + std::to_string(field.size) + '}';
         separator = ",";
     }
+    return text + "],\"rows\":[";
 }
 
-void write_rows(std::ostream& out, TableSource& table)
+std::string row_text(TableSource& table)
 {
-    const size_t width = table.fields().size();
-    const char* before_row = "";
-    while (table.next()) {
-        out << before_row << '[';
-        for (size_t field = 0; field < width; ++field) out << (field == 0 ? "" : ",") << cell_text(table.cell(field));
-        out << ']';
-        before_row = ",\n";
+    std::string text = "[";
+    for (size_t field = 0; field < table.fields().size(); ++field) {
+        if (field > 0) text += ',';
+        text += cell_text(table.cell(field));
     }
+    return text + ']';
 }
 
 }  // namespace
 
-void write_pipe(std::ostream& out, std::string_view kind, const DataPipeRecordset& pipe)
+PipeFile::PipeFile(const std::filesystem::path& target) : target_(target)
 {
-    out << "{\"kind\":" << json_text(kind) << ",\"fields\":[";
-    write_fields(out, pipe.fields());
-    out << "],\"rows\":[";
-    write_rows(out, *pipe.table());
-    out << "]}\n";
+    attempt([&] { file_.emplace(target); });
 }
 
-PipeFile::PipeFile(const std::filesystem::path& target) : target_(target), making_(target)
+void PipeFile::add(std::string_view kind, const DataPipeRecordset& pipe)
 {
-    // What is there and no file, such as a device, is written to and not replaced.
-    std::error_code ignored;
-    renamed_ = !std::filesystem::is_other(target, ignored);
-    if (renamed_) making_ += ".making-" + std::to_string(::getpid());
-    file_.open(making_, std::ios::binary | std::ios::trunc);
-    if (!file_) fail();
-}
-
-PipeFile::~PipeFile()
-{
-    std::error_code ignored;  // gone already after a finish
-    if (renamed_) std::filesystem::remove(making_, ignored);
+    write(head_text(kind, pipe.fields()));
+    const auto table = pipe.table();
+    for (const char* before = ""; table->next(); before = ",\n") write(before + row_text(*table));
+    write("]}\n");
 }
 
 void PipeFile::finish()
 {
-    file_.close();
-    if (!file_) fail();
-    if (!renamed_) return;
-    std::error_code error;
-    std::filesystem::rename(making_, target_, error);
-    if (error) fail();
+    attempt([&] { file_->finish(); });
 }
 
-void PipeFile::fail() const
+void PipeFile::write(std::string_view text)
 {
-    throw HostError("Data Pipe", "The file \"" + target_.string() +
-                                     "\" of --pipe cannot be written. Its folder may be missing, full or closed to "
-                                     "you.");
+    attempt([&] { file_->write(text); });
+}
+
+template <class Action>
+void PipeFile::attempt(Action action) const
+{
+    try {
+        action();
+    } catch (const Fault& caught) {
+        throw HostError("Data Pipe", "The file of --pipe is not written. " + caught.description());
+    }
 }
 
 }  // namespace velora

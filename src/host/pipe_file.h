@@ -1,35 +1,30 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
+#include <optional>
 #include <string_view>
 
 #include "reports/data_pipe.h"
+#include "values/atomic_file.h"
 
 namespace velora {
 
-/// The finished data of a run as JSON, one object on a line of its own for each document.
-void write_pipe(std::ostream& out, std::string_view kind, const DataPipeRecordset& pipe);
-
-/// A file of such objects. It is written beside its place and takes its name in `finish`.
+/// A file of the finished data of a run as JSON, one object on a line of its own for each document. It takes its name
+/// in `finish`. Every function throws HostError when it cannot be written.
 class PipeFile {
 public:
-    /// @throws HostError when it cannot be written
     explicit PipeFile(const std::filesystem::path& target);
-    ~PipeFile();
-    PipeFile(const PipeFile&) = delete;
-    PipeFile& operator=(const PipeFile&) = delete;
 
-    void add(std::string_view kind, const DataPipeRecordset& pipe) { write_pipe(file_, kind, pipe); }
+    void add(std::string_view kind, const DataPipeRecordset& pipe);
     void finish();
 
 private:
-    [[noreturn]] void fail() const;
+    void write(std::string_view text);
+    template <class Action>
+    void attempt(Action action) const;
 
     std::filesystem::path target_;
-    std::filesystem::path making_;
-    bool renamed_ = true;  ///< whether `making_` takes the target's name at the end
-    std::ofstream file_;
+    std::optional<AtomicFile> file_;
 };
 
 }  // namespace velora

@@ -5,6 +5,7 @@
 #include "reports/pipe_rows.h"
 #include "values/fault.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora {
 

@@ -5,6 +5,7 @@
 #include "session/error_messengers.h"
 #include "session/query.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora {
 

@@ -12,11 +12,6 @@ char lower(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool starts_character(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-}
-
 }  // namespace
 
 std::string_view trimmed(std::string_view text)
@@ -37,21 +32,6 @@ std::string lower_ascii(std::string_view text)
     std::string result(text);
     std::transform(result.begin(), result.end(), result.begin(), lower);
     return result;
-}
-
-size_t character_count(std::string_view utf8)
-{
-    return static_cast<size_t>(std::count_if(utf8.begin(), utf8.end(), starts_character));
-}
-
-std::string_view cut_to_characters(std::string_view utf8, size_t characters)
-{
-    if (utf8.size() <= characters) return utf8;
-    size_t seen = 0;
-    for (size_t at = 0; at < utf8.size(); ++at) {
-        if (starts_character(utf8[at]) && seen++ == characters) return utf8.substr(0, at);
-    }
-    return utf8;
 }
 
 std::string replaced(std::string_view text, std::string_view what, std::string_view by)

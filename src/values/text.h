@@ -13,12 +13,6 @@ bool same_name(std::string_view left, std::string_view right);
 
 std::string lower_ascii(std::string_view text);
 
-/// Number of characters (code points) in UTF-8 text.
-size_t character_count(std::string_view utf8);
-
-/// The longest front part of at most `characters` characters; never ends inside one.
-std::string_view cut_to_characters(std::string_view utf8, size_t characters);
-
 /// Every occurrence of `what` replaced by `by`; an empty `what` occurs nowhere.
 std::string replaced(std::string_view text, std::string_view what, std::string_view by);
 

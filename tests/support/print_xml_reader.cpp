@@ -6,10 +6,10 @@
 #include "engine/export/print_xml/xml_names.h"
 #include "engine/page/color_text.h"
 #include "engine/text/measurer.h"
-#include "engine/text/utf8.h"
-#include "support/base64_reader.h"
 #include "support/drawing_reader.h"
+#include "values/base64.h"
 #include "values/fault.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -287,7 +287,7 @@ Image Reader::read_image(xml_node node)
     Image image;
     const xml_node source = node.child("imageSource");
     if (source.attribute("isEmbedded").as_bool()) {
-        image.data = std::make_shared<const ImageData>(ImageData{from_base64(source.text().get()), {}});
+        image.data = std::make_shared<const ImageData>(ImageData{from_base64(source.text().get()).value_or(""), {}});
     }
     const Link link = read_link(node);
     if (link.kind != Link::Kind::None) image.link = std::make_shared<const Link>(link);

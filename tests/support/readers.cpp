@@ -7,9 +7,9 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "engine/text/utf8.h"
 #include "support/tool_run.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::readers {
 namespace {

@@ -4,6 +4,7 @@
 #include "values/fault.h"
 #include "values/number_text.h"
 #include "values/text.h"
+#include "values/utf8.h"
 #include "values/value.h"
 
 namespace velora {

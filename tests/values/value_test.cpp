@@ -2,6 +2,7 @@
 
 #include "values/fault.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora {
 namespace {

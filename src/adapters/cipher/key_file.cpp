@@ -9,6 +9,7 @@
 #include <cstring>
 #include <string>
 
+#include "values/atomic_file.h"
 #include "values/fault.h"
 
 namespace velora::cipher {
@@ -48,27 +49,14 @@ void check_owner(const fs::path& path, int descriptor)
     }
 }
 
-/// Writes the key under a name of its own and links it to the place, so that of two programs the first one wins.
+/// Of two programs that make the key at once the first one wins.
 void make_key(const fs::path& path)
 {
     SecretKey key;
     randombytes_buf(key.data(), SecretKey::kSize);
-    const std::string temporary = path.string() + "." + std::to_string(randombytes_random()) + ".part";
-    bool is_written = false;
-    int error = 0;
-    {
-        const Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-        if (file.get() < 0) throw refusal(path, std::strerror(errno));
-        is_written = ::write(file.get(), key.data(), SecretKey::kSize) == static_cast<ssize_t>(SecretKey::kSize) &&
-                     ::fsync(file.get()) == 0;
-        error = errno;
-    }
-    if (is_written && ::link(temporary.c_str(), path.c_str()) != 0 && errno != EEXIST) {
-        is_written = false;
-        error = errno;
-    }
-    ::unlink(temporary.c_str());
-    if (!is_written) throw refusal(path, std::strerror(error));
+    AtomicFile file(path, {.permissions = 0600, .first_wins = true, .leaves_copies = false});
+    file.write({reinterpret_cast<const char*>(key.data()), SecretKey::kSize});
+    file.finish();
 }
 
 }  // namespace

@@ -9,7 +9,9 @@
 #include <sstream>
 
 #include "adapters/ini/locked_folder.h"
+#include "values/atomic_file.h"
 #include "values/fault.h"
+#include "values/hex.h"
 
 namespace velora::ini {
 
@@ -57,7 +59,7 @@ std::string one_line(std::string_view text)
 
 bool is_hexadecimal(std::string_view text)
 {
-    return text.size() == 2 && text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
+    return text.size() == 2 && hex_value(text[0]) >= 0 && hex_value(text[1]) >= 0;
 }
 
 /// A name as the file can hold it: what would end it, begin something else or be trimmed is written as %XX.
@@ -72,11 +74,11 @@ std::string name_in_file(std::string_view given, std::string_view marks, std::st
                                 (at == 0 && first_marks.find(c) != std::string_view::npos) ||
                                 (at_end && (c == ' ' || c == '\t')) ||
                                 (c == '%' && is_hexadecimal(std::string_view(name).substr(at + 1, 2)));
-        constexpr std::string_view kDigits = "0123456789ABCDEF";
-        if (!is_harmful) {
-            out += c;
+        if (is_harmful) {
+            out += '%';
+            append_hex(out, static_cast<unsigned char>(c));
         } else {
-            out.append({'%', kDigits[static_cast<unsigned char>(c) / 16], kDigits[static_cast<unsigned char>(c) % 16]});
+            out += c;
         }
     }
     return out;
@@ -136,7 +138,7 @@ void IniFile::change(Change change) const
     change(ini);
     std::string content;
     ini.Save(content);
-    replace_file(path_, content);
+    write_file(path_, content);
 }
 
 void IniFile::write(std::string_view section, std::string_view key, std::string_view value) const

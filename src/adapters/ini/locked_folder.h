@@ -17,8 +17,4 @@ private:
     int descriptor_;
 };
 
-/// Puts the content in the place of the file, whole or not at all; an earlier file's permissions stay.
-/// @throws Fault 75 with path and reason
-void replace_file(const std::filesystem::path& path, const std::string& content);
-
 }  // namespace velora::ini

@@ -4,7 +4,7 @@
 #include <array>
 #include <numbers>
 
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

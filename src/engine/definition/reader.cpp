@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "engine/definition/checks.h"
+#include "engine/definition/file_beside.h"
 #include "engine/definition/parts.h"
 
 namespace velora::engine {
@@ -190,16 +191,6 @@ Template read_template_parts(std::string_view xml, std::vector<Warning>& warning
     return out;
 }
 
-/// A path as a template names it; none when it is relative and leads out of the folder.
-std::optional<std::filesystem::path> inside(const std::filesystem::path& folder, const std::string& named)
-{
-    const std::filesystem::path path(named);
-    if (path.is_absolute()) return path;
-    const auto relative = path.lexically_normal();
-    if (relative.empty() || *relative.begin() == "..") return std::nullopt;
-    return folder / relative;
-}
-
 /// Collects the styles of a template and of what it includes.
 class TemplateStyles {
 public:
@@ -215,7 +206,7 @@ public:
         open_.push_back(file);
         auto parts = read_template_parts(contents_of(file), warnings_);
         for (const auto& include : parts.includes) {
-            const auto path = inside(file.parent_path(), include);
+            const auto path = file_beside(file.parent_path(), include);
             if (!path) throw DefinitionError({}, "template", "the template '" + include + "' is outside the folder");
             add(*path);
         }

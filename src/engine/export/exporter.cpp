@@ -18,7 +18,7 @@ namespace {
 /// All that the engine knows of a format.
 struct Format {
     std::string_view extension;
-    std::unique_ptr<PageSink> (*make)(std::unique_ptr<OutputFile>, const ExportContext&);
+    std::unique_ptr<PageSink> (*make)(std::unique_ptr<AtomicFile>, const ExportContext&);
 };
 
 // clang-format off
@@ -44,7 +44,7 @@ std::unique_ptr<PageSink> make_exporter(std::string_view extension, const std::f
     if (format == kFormats.end()) {
         throw Fault(fault::kCannotCreate, "No format has the extension '" + std::string(extension) + "'.");
     }
-    return format->make(std::make_unique<OutputFile>(target), context);
+    return format->make(std::make_unique<AtomicFile>(target), context);
 }
 
 }  // namespace velora::engine

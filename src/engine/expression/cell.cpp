@@ -7,6 +7,7 @@
 
 #include "engine/expression/utf16.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 
@@ -261,7 +262,8 @@ void append_text(const Cell& cell, std::string& out)
     if (const auto* text = cell.get_if<std::string>()) {
         out += *text;
     } else if (cell.value_class == ValueClass::Character) {
-        append_utf16(static_cast<char16_t>(*cell.get_if<int64_t>()), out);
+        const auto unit = static_cast<char16_t>(*cell.get_if<int64_t>());
+        append_utf16(out, {&unit, 1});
     } else if (const auto* whole = cell.get_if<int64_t>()) {
         std::array<char, 24> digits{};
         out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), *whole).ptr);

@@ -11,6 +11,7 @@
 
 #include "engine/expression/functions.h"
 #include "engine/expression/utf16.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 
@@ -78,7 +79,7 @@ std::optional<Directive> read_directive(std::string_view text, size_t& at)
 
 std::string padded(std::string text, const Directive& directive)
 {
-    const size_t length = utf16_length(text);
+    const size_t length = utf16_size(text);
     if (length >= directive.width) return text;
     if (directive.has('-')) return text.append(directive.width - length, ' ');
     return text.insert(0, directive.width - length, ' ');
@@ -87,7 +88,7 @@ std::string padded(std::string text, const Directive& directive)
 /// Puts zeros of the locale between the sign and the digits. What has no digits, such as NaN, is left to blanks.
 void fill_with_zeros(std::string& text, size_t width, const Formatter& formatter)
 {
-    const size_t length = utf16_length(text);
+    const size_t length = utf16_size(text);
     const auto zero = formatter.format(cell::integer(0));
     if (length >= width || !zero) return;
     std::string zeros;

@@ -9,6 +9,7 @@
 #include "engine/expression/functions.h"
 #include "engine/expression/utf16.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 
@@ -78,7 +79,7 @@ Cell rest_of(Call& call)
 Cell position(const std::string& text, size_t found)
 {
     if (found == std::string::npos) return cell::integer(-1);
-    return cell::integer(static_cast<int64_t>(utf16_length(std::string_view(text).substr(0, found))));
+    return cell::integer(static_cast<int64_t>(utf16_size(std::string_view(text).substr(0, found))));
 }
 
 Cell index_of(Call& call)
@@ -228,14 +229,14 @@ Cell first_characters(Call& call)
 
 Cell last_characters(Call& call)
 {
-    const auto length = static_cast<int64_t>(utf16_length(call.text(0)));
+    const auto length = static_cast<int64_t>(utf16_size(call.text(0)));
     const auto from = utf8_offset(call.text(0), std::max<int64_t>(0, length - std::max<int64_t>(call.integer(1), 0)));
     return cell::text(call.text(0).substr(from.value_or(0)));
 }
 
 Cell middle_characters(Call& call)
 {
-    const auto length = static_cast<int64_t>(utf16_length(call.text(0)));
+    const auto length = static_cast<int64_t>(utf16_size(call.text(0)));
     const int64_t from = std::clamp<int64_t>(call.integer(1), 1, length + 1) - 1;
     return part_of(call.text(0), from, from + std::clamp<int64_t>(call.integer(2), 0, length - from));
 }
@@ -309,7 +310,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {".", "intern",    "t",  Text,    [](Call& c) { return c.cell(0); }},
     {".", "isEmpty",   "t",  Boolean, [](Call& c) { return cell::boolean(c.text(0).empty()); }},
     {".", "isBlank",   "t",  Boolean, [](Call& c) { return cell::boolean(is_blank(c.text(0))); }},
-    {".", "length",    "t",  Integer, [](Call& c) { return cell::integer(static_cast<int64_t>(utf16_length(c.text(0)))); }},
+    {".", "length",    "t",  Integer, [](Call& c) { return cell::integer(static_cast<int64_t>(utf16_size(c.text(0)))); }},
     {".", "equalsIgnoreCase",    "to", Boolean, [](Call& c) { return cell::boolean(c.cell(1).get_if<std::string>() != nullptr && order_ignoring_case(c) == 0); }},
     {".", "compareToIgnoreCase", "tt", Integer, [](Call& c) { return cell::integer(order_ignoring_case(c)); }},
     {".", "substring",   "ti",  Text, rest_of},
@@ -384,7 +385,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"", "LOWER",       "t",   Text,    lower, true},
     {"", "PROPER",      "t",   Text,    title_case, true},
     {"", "TRIM",        "t",   Text,    trimmed_text},
-    {"", "LEN",         "t",   Integer, [](Call& c) { return cell::integer(static_cast<int64_t>(utf16_length(c.text(0)))); }},
+    {"", "LEN",         "t",   Integer, [](Call& c) { return cell::integer(static_cast<int64_t>(utf16_size(c.text(0)))); }},
     {"", "LEFT",        "ti",  Text,    first_characters},
     {"", "RIGHT",       "ti",  Text,    last_characters},
     {"", "MID",         "tii", Text,    middle_characters},

@@ -6,6 +6,8 @@
 #include <limits>
 
 #include "engine/expression/utf16.h"
+#include "values/hex.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 
@@ -19,14 +21,6 @@ bool is_digit(char c)
 bool starts_name(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-int hex_value(char c)
-{
-    if (is_digit(c)) return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
 }
 
 constexpr auto kMarks = std::to_array<std::string_view>({"&&", "||", "==", "!=", "<=", ">=", "+", "-", "*", "/", "%",
@@ -133,7 +127,7 @@ private:
             }
         }
         ++at_;
-        if (quote == '\'' && utf16_length(out) == 1) {
+        if (quote == '\'' && utf16_size(out) == 1) {
             return {
                 TokenKind::Literal, from, {}, 0, cell::integer(utf16_unit(out, 0).value_or(0), ValueClass::Character)};
         }
@@ -152,35 +146,28 @@ private:
         ++at_;
     }
 
+    /// Reads this escape and those right behind it, of which two may be the halves of one character.
     void unicode_escape(size_t from, std::string& out)
     {
-        const char32_t first = unicode_unit(from);
-        const bool high = first >= 0xD800 && first < 0xDC00;
-        if (!high || peek() != '\\' || peek(1) != 'u') return append_utf16(static_cast<char16_t>(first), out);
-        ++at_;
-        const char32_t second = unicode_unit(from);
-        if (second < 0xDC00 || second >= 0xE000) {
-            append_utf16(static_cast<char16_t>(first), out);
-            return append_utf16(static_cast<char16_t>(second), out);
+        std::u16string units(1, unicode_unit(from));
+        while (peek() == '\\' && peek(1) == 'u') {
+            const size_t next = at_++;
+            units += unicode_unit(next);
         }
-        const char32_t character = 0x10000 + ((first - 0xD800) << 10) + ((second - 0xDC00) & 0x3FF);
-        out += static_cast<char>(0xF0 | (character >> 18));
-        out += static_cast<char>(0x80 | ((character >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (character & 0x3F));
+        append_utf16(out, units);
     }
 
     /// Reads "uXXXX" behind a backslash.
-    char32_t unicode_unit(size_t from)
+    char16_t unicode_unit(size_t from)
     {
         while (peek() == 'u') ++at_;
-        char32_t unit = 0;
+        int unit = 0;
         for (int digit = 0; digit < 4; ++digit, ++at_) {
             const int value = hex_value(peek());
             if (value < 0) throw SyntaxError(from, "\\u takes four hexadecimal digits");
-            unit = unit * 16 + static_cast<char32_t>(value);
+            unit = unit * 16 + value;
         }
-        return unit;
+        return static_cast<char16_t>(unit);
     }
 
     Token number()

@@ -14,12 +14,9 @@ namespace velora::engine {
 struct Cell;
 
 bool is_ascii(std::string_view utf8);
-size_t utf16_length(std::string_view utf8);
 /// Byte offset of a UTF-16 position, moved back to the start of its character. None when it is past the end.
 std::optional<size_t> utf8_offset(std::string_view utf8, int64_t utf16_position);
 std::optional<char16_t> utf16_unit(std::string_view utf8, int64_t utf16_position);
-/// Half of a surrogate pair alone becomes the replacement character.
-void append_utf16(char16_t unit, std::string& out);
 
 /// Milliseconds since 1970 of a date cell, its wall time taken as UTC.
 int64_t milliseconds(const Cell& date);

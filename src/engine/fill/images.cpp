@@ -3,6 +3,10 @@
 #include <fstream>
 #include <sstream>
 
+#include "engine/definition/file_beside.h"
+#include "values/base64.h"
+#include "values/utf8.h"
+
 namespace velora::engine {
 
 namespace {
@@ -33,39 +37,11 @@ std::optional<ImageSize> jpeg_size(std::string_view bytes)
     return std::nullopt;
 }
 
-bool is_inside(const std::filesystem::path& file, const std::filesystem::path& folder)
-{
-    const auto relative = file.lexically_relative(folder);
-    return !relative.empty() && *relative.begin() != "..";
-}
-
-/// None for what is no base64 text; blanks are passed over.
-std::optional<std::string> decoded_base64(std::string_view text)
-{
-    constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string bytes;
-    uint32_t bits = 0;
-    int count = 0;
-    for (const char c : text) {
-        if (c == ' ' || c == '\n' || c == '\r' || c == '\t') continue;
-        if (c == '=') break;
-        const size_t digit = kDigits.find(c);
-        if (digit == std::string_view::npos) return std::nullopt;
-        bits = (bits << 6 | static_cast<uint32_t>(digit)) & 0xffffff;
-        count += 6;
-        if (count >= 8) {
-            count -= 8;
-            bytes.push_back(static_cast<char>(bits >> count & 0xff));
-        }
-    }
-    return bytes;
-}
-
 std::shared_ptr<const ImageData> embedded(const std::string& name, std::string& reason)
 {
     const size_t comma = name.find(',');
     const bool is_base64 = comma != std::string::npos && name.substr(0, comma).ends_with(";base64");
-    auto bytes = is_base64 ? decoded_base64(std::string_view(name).substr(comma + 1)) : std::nullopt;
+    auto bytes = is_base64 ? from_base64(std::string_view(name).substr(comma + 1)) : std::nullopt;
     if (!bytes) {
         reason = "the embedded picture cannot be read";
         return nullptr;
@@ -86,21 +62,18 @@ std::shared_ptr<const ImageData> Images::read(const std::string& name, std::stri
 {
     namespace fs = std::filesystem;
     const std::string path = name.starts_with("file:") ? name.substr(name.starts_with("file://") ? 7 : 5) : name;
-    std::error_code error;
-    fs::path file = path;
-    if (file.is_relative()) {
-        const fs::path folder = fs::weakly_canonical(folder_.empty() ? fs::path(".") : folder_, error);
-        file = fs::weakly_canonical(folder / file, error);
-        if (error || !is_inside(file, folder)) {
-            reason = "picture '" + path.substr(0, 200) + "' is outside the definition's folder";
-            return nullptr;
-        }
-    }
-    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > kLargestImage) {
-        reason = "picture '" + path.substr(0, 200) + "' is not there or too large";
+    const std::string shown(cut_to_bytes(path, 200));
+    const auto file = file_beside(folder_, path);
+    if (!file) {
+        reason = "picture '" + shown + "' is outside the definition's folder";
         return nullptr;
     }
-    std::ifstream stream(file, std::ios::binary);
+    std::error_code error;
+    if (!fs::is_regular_file(*file, error) || fs::file_size(*file, error) > kLargestImage) {
+        reason = "picture '" + shown + "' is not there or too large";
+        return nullptr;
+    }
+    std::ifstream stream(*file, std::ios::binary);
     std::ostringstream bytes;
     bytes << stream.rdbuf();
     return std::make_shared<ImageData>(ImageData{std::move(bytes).str(), path});

@@ -1,11 +1,14 @@
 #include "engine/fill/open.h"
 
+#include <charconv>
 #include <fstream>
 #include <sstream>
 
+#include "engine/definition/file_beside.h"
 #include "engine/definition/reader.h"
 #include "engine/fill/plan_names.h"
 #include "engine/fill/rows.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 
@@ -46,36 +49,36 @@ void add_templates(model::Definition& definition, std::vector<Warning>& warnings
     check_styles(definition.styles, warnings);
 }
 
-void append_character(std::string& text, uint32_t code)
+/// Appends what the `\uXXXX` at `at` and those right behind it stand for, and leaves `at` behind them. False when there
+/// is none.
+bool take_unicode(std::string_view text, size_t& at, std::string& plain)
 {
-    if (code < 0x80) {
-        text.push_back(static_cast<char>(code));
-    } else if (code < 0x800) {
-        text.push_back(static_cast<char>(0xc0 | code >> 6));
-        text.push_back(static_cast<char>(0x80 | (code & 0x3f)));
-    } else {
-        text.push_back(static_cast<char>(0xe0 | code >> 12));
-        text.push_back(static_cast<char>(0x80 | (code >> 6 & 0x3f)));
-        text.push_back(static_cast<char>(0x80 | (code & 0x3f)));
+    std::u16string units;
+    while (text.substr(at).starts_with("\\u") && text.size() - at >= 6) {
+        uint32_t unit = 0;
+        const char* digits = text.data() + at + 2;
+        const auto [end, error] = std::from_chars(digits, digits + 4, unit, 16);
+        if (error != std::errc() || end != digits + 4) break;
+        units += static_cast<char16_t>(unit);
+        at += 6;
     }
+    append_utf16(plain, units);
+    return !units.empty();
+}
+
+/// What a letter behind a backslash means; signs mean themselves.
+char meaning(char c)
+{
+    return c == 'n' ? '\n' : (c == 't' ? '\t' : (c == 'r' ? '\r' : c));
 }
 
 std::string unescaped(std::string_view text)
 {
     std::string plain;
-    for (size_t at = 0; at < text.size(); ++at) {
-        if (text[at] != '\\' || at + 1 == text.size()) {
-            plain.push_back(text[at]);
-            continue;
-        }
-        const char c = text[++at];
-        if (c == 'u' && text.size() - at > 4) {
-            append_character(
-                plain, static_cast<uint32_t>(std::strtoul(std::string(text.substr(at + 1, 4)).c_str(), nullptr, 16)));
-            at += 4;
-        } else {
-            plain.push_back(c == 'n' ? '\n' : (c == 't' ? '\t' : (c == 'r' ? '\r' : c)));
-        }
+    for (size_t at = 0; at < text.size();) {
+        if (take_unicode(text, at, plain)) continue;
+        const char c = text[at++];
+        plain += c == '\\' && at < text.size() ? meaning(text[at++]) : c;
     }
     return plain;
 }
@@ -91,13 +94,7 @@ bool ends_in_backslash(std::string_view line)
 
 std::optional<fs::path> beside(const model::Definition& definition, const std::string& name)
 {
-    if (fs::path(name).is_absolute()) return fs::path(name);
-    std::error_code error;
-    const fs::path folder = fs::weakly_canonical(definition.folder.empty() ? "." : definition.folder, error);
-    const fs::path file = fs::weakly_canonical(folder / name, error);
-    const auto relative = file.lexically_relative(folder);
-    if (error || relative.empty() || *relative.begin() == "..") return std::nullopt;
-    return file;
+    return file_beside(definition.folder, name);
 }
 
 model::Definition load_definition(const fs::path& file, std::vector<Warning>& warnings)

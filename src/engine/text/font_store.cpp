@@ -10,7 +10,7 @@
 
 #include "engine/text/face.h"
 #include "engine/text/system_fonts.h"
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 #include "values/text.h"
 
 namespace velora::engine {

@@ -5,8 +5,8 @@
 
 #include "engine/page/color_text.h"
 #include "engine/text/measurer.h"
-#include "engine/text/utf8.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -92,7 +92,7 @@ std::optional<char32_t> numeric_entity(std::string_view name)
     uint32_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
     const bool whole = error == std::errc() && end == digits.data() + digits.size();
-    const bool valid = whole && number > 0 && number <= 0x10FFFF && (number & 0xFFFFF800) != 0xD800;
+    const bool valid = whole && number > 0 && is_character(number);
     return valid ? std::optional<char32_t>(number) : std::nullopt;
 }
 

@@ -5,7 +5,7 @@
 #include "engine/text/line_builder.h"
 #include "engine/text/rich_layout.h"
 #include "engine/text/shaper.h"
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

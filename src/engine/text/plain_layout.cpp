@@ -3,7 +3,7 @@
 #include "engine/text/face.h"
 #include "engine/text/line_break.h"
 #include "engine/text/line_builder.h"
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

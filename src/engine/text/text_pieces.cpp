@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

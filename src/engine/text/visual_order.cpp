@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -30,13 +30,10 @@ Utf16Text to_utf16(std::string_view text, uint32_t begin, uint32_t end)
     Utf16Text result;
     for (uint32_t at = begin; at < end;) {
         const auto [character, size] = utf8_at(text, at);
-        const bool pair = character > 0xFFFF;
-        result.units += static_cast<char16_t>(pair ? 0xD7C0 + (character >> 10) : character);
-        result.offsets.push_back(at);
-        if (pair) {
-            result.units += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
+        each_utf16_unit(character, [&](char16_t unit) {
+            result.units += unit;
             result.offsets.push_back(at);
-        }
+        });
         at += size;
     }
     result.offsets.push_back(end);

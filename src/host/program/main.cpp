@@ -6,9 +6,11 @@
 
 #include "adapters/terminal/progress_bar.h"
 #include "host/command_line.h"
+#include "values/part.h"
 
 int main(int argc, char** argv)
 {
+    velora::remove_parts_on_signals();
     std::error_code unknown;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
     const velora::Surroundings around{std::cout, std::cerr,

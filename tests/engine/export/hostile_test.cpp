@@ -5,10 +5,10 @@
 #include "engine/export/made_png.h"
 #include "engine/export/sample_pages.h"
 #include "engine/export/xls_reading.h"
-#include "engine/text/utf8.h"
 #include "support/print_xml_reader.h"
 #include "support/tool_run.h"
 #include "values/fault.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

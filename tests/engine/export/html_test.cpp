@@ -88,14 +88,5 @@ TEST(Html, MeasuredLinesStandAsTheyWereBroken)
     EXPECT_THAT(html, HasSubstr("rotate(-90deg)"));
 }
 
-TEST(Html, Base64PadsEveryLength)
-{
-    EXPECT_EQ(base64(""), "");
-    EXPECT_EQ(base64("f"), "Zg==");
-    EXPECT_EQ(base64("fo"), "Zm8=");
-    EXPECT_EQ(base64("foobar"), "Zm9vYmFy");
-    EXPECT_EQ(base64("\xFF\xFE\xFD"), "//79");
-}
-
 }  // namespace
 }  // namespace velora::engine

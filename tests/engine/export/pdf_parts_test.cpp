@@ -3,8 +3,8 @@
 #include "engine/export/export_run.h"
 #include "engine/export/made_png.h"
 #include "engine/export/sample_pages.h"
-#include "support/base64_reader.h"
 #include "support/tool_run.h"
+#include "values/base64.h"
 
 namespace velora::engine {
 namespace {
@@ -140,8 +140,8 @@ TEST_F(PdfParts, PhotographsAreHeldAsTheyAre)
         const char* space;
         size_t turned_over;
     };
-    for (const auto& c : {Case{"grey", from_base64(kGreyPhotograph), "/ColorSpace /DeviceGray", 0},
-                          Case{"four inks, which photographs hold turned over", from_base64(kInkPhotograph),
+    for (const auto& c : {Case{"grey", from_base64(kGreyPhotograph).value(), "/ColorSpace /DeviceGray", 0},
+                          Case{"four inks, which photographs hold turned over", from_base64(kInkPhotograph).value(),
                                "/ColorSpace /DeviceCMYK", 1}}) {
         sample.add({20, 20, 50, 50}, sample.style(),
                    Image{std::make_shared<ImageData>(ImageData{c.bytes, "p"}), {}, {}});

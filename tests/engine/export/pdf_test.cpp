@@ -189,7 +189,7 @@ TEST(Export, AFileThatCannotGrowIsReportedByNameAndLeavesNothing)
     setrlimit(RLIMIT_FSIZE, &small);
     std::string message;
     try {
-        OutputFile file(target);
+        AtomicFile file(target);
         for (int i = 0; i < 64; ++i) file.write(std::string(1 << 16, 'x'));
         file.finish();
     } catch (const Fault& fault) {

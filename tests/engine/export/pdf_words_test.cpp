@@ -4,9 +4,9 @@
 
 #include "engine/export/export_run.h"
 #include "engine/export/sample_pages.h"
-#include "engine/text/utf8.h"
 #include "support/tool_run.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

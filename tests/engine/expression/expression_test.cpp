@@ -70,6 +70,7 @@ TEST(Text, PlusJoinsAsSoonAsOneSideIsText)
            {"an Object that holds a number adds", "$F{any} + 1", int64_t{4}},
            {"escapes", "\"a\\tb\\u00e9\\\"\"", "a\tbé\""},
            {"a pair of escapes is one character", "\"\\ud83d\\ude00\"", "😀"},
+           {"and half a pair is none", "\"\\ud83d\\u0041\\ude00z\"", "�A�z"},
            {"lines of source", "\"a\"\n  // said by the way\n+ /* and */ \"b\"", "ab"}});
 }
 

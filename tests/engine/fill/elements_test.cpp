@@ -232,12 +232,15 @@ TEST(Opening, AnExpressionOutsideTheLanguageIsFoundBeforeAnyRowIsRead)
 
 TEST(Opening, TextsOfAResourceBundleAreReadByTheirRules)
 {
-    const auto texts = read_properties("# remark\na = one\nb: two \\\n   more\nc\\ d=\\u00e9\\n!\n! remark\n\ne");
+    const auto texts = read_properties(
+        "# remark\na = one\nb: two \\\n   more\nc\\ d=\\u00e9\\n!\n! remark\n\ne\n"
+        "f=\\ud83d\\ude00\\u0041\\ud83d \\u12g4\\\\u0041 \\u1\n");
     EXPECT_EQ(texts.at("a"), "one");
     EXPECT_EQ(texts.at("b"), "two more");
     EXPECT_EQ(texts.at("c d"), "\xc3\xa9\n!");
     EXPECT_EQ(texts.at("e"), "");
-    EXPECT_EQ(texts.size(), 4u);
+    EXPECT_EQ(texts.at("f"), "😀A� u12g4\\u0041 u1") << "a pair is one character, half of it a replacement";
+    EXPECT_EQ(texts.size(), 5u);
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "engine/export/common/output_file.h"
 #include "engine/page/page.h"
+#include "values/atomic_file.h"
 
 namespace velora::engine {
 

@@ -1,5 +1,6 @@
 #include "engine/export/common/link_address.h"
 
+#include "values/hex.h"
 #include "values/text.h"
 
 namespace velora::engine {
@@ -30,14 +31,13 @@ std::string_view safe_address(std::string_view address)
 
 std::string anchor_identifier(std::string_view name)
 {
-    constexpr std::string_view kHex = "0123456789ABCDEF";
     std::string out;
     for (const char c : name) {
         if (is_letter_or_digit(c) || c == '-' || c == '_') {
             out += c;
         } else {
-            const auto byte = static_cast<unsigned char>(c);
-            out += {'.', kHex[byte >> 4], kHex[byte & 15]};
+            out += '.';
+            append_hex(out, static_cast<unsigned char>(c));
         }
     }
     return out;

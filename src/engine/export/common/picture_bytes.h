@@ -1,11 +1,8 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 namespace velora::engine {
-
-std::string base64(std::string_view bytes);
 
 /// "image/png", "image/jpeg", "image/svg+xml", told by the content; empty when it is none of them.
 std::string_view image_media_type(std::string_view bytes);

@@ -7,7 +7,7 @@
 
 namespace velora::engine {
 
-TwoPartFile::TwoPartFile(std::unique_ptr<OutputFile> file) : file_(std::move(file)), spool_(std::tmpfile())
+TwoPartFile::TwoPartFile(std::unique_ptr<AtomicFile> file) : file_(std::move(file)), spool_(std::tmpfile())
 {
     if (!spool_) fail(errno);
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/export/common/output_file.h"
+#include "values/atomic_file.h"
 
 namespace velora::engine {
 
@@ -13,7 +13,7 @@ namespace velora::engine {
 class TwoPartFile {
 public:
     /// @throws Fault 75 when there is no room for temporary files
-    explicit TwoPartFile(std::unique_ptr<OutputFile> file);
+    explicit TwoPartFile(std::unique_ptr<AtomicFile> file);
 
     void body(std::string_view bytes);
     /// Writes head, body and tail to the file and gives it its name.
@@ -25,7 +25,7 @@ private:
     };
     [[noreturn]] void fail(int error) const;
 
-    std::unique_ptr<OutputFile> file_;
+    std::unique_ptr<AtomicFile> file_;
     std::unique_ptr<std::FILE, Close> spool_;
 };
 

@@ -47,7 +47,7 @@ std::string geometry(const PictureBox& box)
 
 class HtmlExporter : public PageSink {
 public:
-    HtmlExporter(std::unique_ptr<OutputFile> file, std::function<void(const std::string&)> warn)
+    HtmlExporter(std::unique_ptr<AtomicFile> file, std::function<void(const std::string&)> warn)
         : file_(std::move(file)), warn_(std::move(warn))
     {
     }
@@ -321,7 +321,7 @@ void HtmlExporter::end()
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_html_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+std::unique_ptr<PageSink> make_html_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
 {
     return std::make_unique<HtmlExporter>(std::move(file), context.warn);
 }

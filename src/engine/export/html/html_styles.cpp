@@ -7,6 +7,7 @@
 #include "engine/export/common/page_walk.h"
 #include "engine/export/common/picture_bytes.h"
 #include "engine/export/html/html_text.h"
+#include "values/base64.h"
 
 namespace velora::engine {
 namespace {
@@ -115,7 +116,7 @@ std::string lines_css(const Style& style, float line_height)
 std::string image_css(const ImageData& data)
 {
     return fmt::format("background:url(data:{};base64,{}) 0 0/100% 100% no-repeat;", image_media_type(data.bytes),
-                       base64(data.bytes));
+                       to_base64(data.bytes));
 }
 
 std::string run_css(const TextRun& run)

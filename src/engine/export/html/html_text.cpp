@@ -1,11 +1,11 @@
 #include "engine/export/html/html_text.h"
 
-#include <unicode/utf8.h>
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
 
 void append_ascii(std::string& out, char character)
 {
@@ -27,25 +27,21 @@ void append_ascii(std::string& out, char character)
     }
     const bool control =
         (static_cast<unsigned char>(character) < 0x20 && character != '\n' && character != '\t') || character == 0x7F;
-    control ? out += kReplacement : out += character;
+    out += control ? kReplacementText : std::string_view(&character, 1);
 }
 
 }  // namespace
 
 void html_append(std::string& out, std::string_view utf8)
 {
-    const auto length = static_cast<int32_t>(utf8.size());
-    for (int32_t at = 0; at < length;) {
-        const int32_t begin = at;
-        if (static_cast<unsigned char>(utf8[static_cast<size_t>(at)]) < 0x80) {
-            append_ascii(out, utf8[static_cast<size_t>(at++)]);
+    for (const auto [character, size, at] : Utf8Characters(utf8)) {
+        if (character < 0x80) {
+            append_ascii(out, utf8[at]);
             continue;
         }
-        UChar32 character = 0;
-        U8_NEXT(utf8.data(), at, length, character);
         // C1 controls and non-characters are errors in an HTML document.
-        const bool usable = character >= 0xA0 && (character & 0xFFFE) != 0xFFFE;
-        out += usable ? utf8.substr(static_cast<size_t>(begin), static_cast<size_t>(at - begin)) : kReplacement;
+        const bool is_usable = size > 1 && character >= 0xA0 && (character & 0xFFFE) != 0xFFFE;
+        out += is_usable ? utf8.substr(at, size) : kReplacementText;
     }
 }
 

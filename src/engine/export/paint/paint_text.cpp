@@ -7,7 +7,7 @@
 #include "engine/export/common/page_walk.h"
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

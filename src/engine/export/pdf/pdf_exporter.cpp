@@ -11,7 +11,7 @@ constexpr size_t kPagesInNode = 64;  // keeps the page tree's lists short in lon
 
 class PdfExporter : public PageSink {
 public:
-    PdfExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+    PdfExporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
         : file_(std::move(file)),
           fonts_(file_),
           images_(file_, context.warn),
@@ -169,7 +169,7 @@ void PdfExporter::end()
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_pdf_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+std::unique_ptr<PageSink> make_pdf_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
 {
     return std::make_unique<PdfExporter>(std::move(file), context);
 }

@@ -7,7 +7,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "engine/text/utf8.h"
+#include "values/hex.h"
+#include "values/utf8.h"
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -40,7 +41,7 @@ struct PdfFile::Deflater {
     }
 };
 
-PdfFile::PdfFile(std::unique_ptr<OutputFile> file)
+PdfFile::PdfFile(std::unique_ptr<AtomicFile> file)
     : file_(std::move(file)), places_(1), deflater_(std::make_unique<Deflater>())
 {
     put("%PDF-1.6\n%\xE2\xE3\xCF\xD3\n");
@@ -163,24 +164,11 @@ std::string pdf_utf16(std::string_view text)
     return hex + ">";
 }
 
-void append_pdf_hex(std::string& out, uint32_t number, int digits)
-{
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) out += kDigits[number >> shift & 15];
-}
-
 void append_pdf_utf16(std::string& out, std::string_view text)
 {
-    for (size_t at = 0; at < text.size();) {
-        const auto [character, size] = utf8_at(text, at);
-        at += size;
+    for (const auto [character, size, at] : Utf8Characters(text)) {
         if (character < ' ') continue;  // shows nothing
-        if (character > 0xFFFF) {
-            append_pdf_hex(out, 0xD7C0 + (character >> 10), 4);
-            append_pdf_hex(out, 0xDC00 + (character & 0x3FF), 4);
-        } else {
-            append_pdf_hex(out, character, 4);
-        }
+        each_utf16_unit(character, [&](char16_t unit) { append_hex(out, unit, 4); });
     }
 }
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/export/common/output_file.h"
+#include "values/atomic_file.h"
 
 namespace velora::engine {
 
@@ -15,7 +15,7 @@ using PdfId = uint32_t;
 /// Writes the objects of a PDF file (ISO 32000) one after the other, and the table of their places at the end.
 class PdfFile {
 public:
-    explicit PdfFile(std::unique_ptr<OutputFile> file);
+    explicit PdfFile(std::unique_ptr<AtomicFile> file);
     ~PdfFile();
     PdfFile(const PdfFile&) = delete;
     PdfFile& operator=(const PdfFile&) = delete;
@@ -34,7 +34,7 @@ private:
     void put(std::string_view bytes);
     void begin_object(PdfId id);
 
-    std::unique_ptr<OutputFile> file_;
+    std::unique_ptr<AtomicFile> file_;
     std::vector<uint64_t> places_;  ///< by number; 0 while an object is not written
     uint64_t written_ = 0;
     std::unique_ptr<Deflater> deflater_;
@@ -48,7 +48,6 @@ std::string pdf_number(double number);
 std::string pdf_text(std::string_view text);
 /// A text in hex digits of UTF-16, with its mark.
 std::string pdf_utf16(std::string_view text);
-void append_pdf_hex(std::string& out, uint32_t number, int digits);
 /// The hex digits of the text's UTF-16 units; control characters are left out.
 void append_pdf_utf16(std::string& out, std::string_view text);
 /// A literal string in parentheses.

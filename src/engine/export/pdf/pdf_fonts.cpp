@@ -7,6 +7,8 @@
 #include <set>
 
 #include "values/fault.h"
+#include "values/hex.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -62,16 +64,6 @@ constexpr size_t kMostCodes = 0x10000;
 constexpr size_t kMostAwkward = 2560;
 constexpr size_t kLongestText = 8;  // UTF-16 units that a code stands for; some readers take no more
 
-size_t utf16_units(std::string_view text)
-{
-    size_t units = 0;
-    for (const char byte : text) {
-        const auto lead = static_cast<unsigned char>(byte);
-        units += lead >= 0xF0 ? 2 : (lead & 0xC0) != 0x80 ? 1 : 0;
-    }
-    return units;
-}
-
 /// Codes whose bytes would need an escape in a literal string are passed over.
 bool is_awkward(uint16_t code)
 {
@@ -99,7 +91,7 @@ PdfFont::Code PdfFont::find_code(uint16_t glyph, std::string_view text)
         if (shown_[glyph].glyph == 0) shown_[glyph] = {glyph, std::string(text)};
         return {glyph, shown_[glyph].text == text};
     }
-    if (text.size() > kLongestText && utf16_units(text) > kLongestText) return {find_code(glyph, {}).number, false};
+    if (text.size() > kLongestText && utf16_size(text) > kLongestText) return {find_code(glyph, {}).number, false};
     std::vector<uint16_t>& codes = codes_[glyph];
     const auto known = std::ranges::find_if(codes, [&](uint16_t code) { return shown_[code].text == text; });
     if (known != codes.end()) return remembered(*known, text);
@@ -163,7 +155,7 @@ std::string PdfFont::unicode_map() const
     for (size_t code = 1; code < shown_.size(); ++code) {
         if (shown_[code].text.empty()) continue;
         std::string& row = rows.emplace_back("<");
-        append_pdf_hex(row, static_cast<uint32_t>(code), 4);
+        append_hex(row, code, 4);
         row += "><";
         append_pdf_utf16(row, shown_[code].text);
         row += ">\n";

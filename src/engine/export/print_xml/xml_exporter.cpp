@@ -1,6 +1,5 @@
 #include "engine/export/print_xml/xml_exporter.h"
 
-#include "engine/export/common/output_file.h"
 #include "engine/export/common/picture_bytes.h"
 #include "engine/export/print_xml/drawing_text.h"
 #include "engine/export/print_xml/xml_marked_text.h"
@@ -9,7 +8,9 @@
 #include "engine/page/color_text.h"
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"
-#include "engine/text/utf8.h"
+#include "values/atomic_file.h"
+#include "values/base64.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -17,18 +18,6 @@ namespace {
 using namespace print_xml;
 
 constexpr size_t kFlushAt = 1 << 16;
-
-/// Number of UTF-16 units before a byte offset, as the form counts.
-size_t utf16_offset(std::string_view text, size_t bytes)
-{
-    size_t units = 0;
-    for (size_t at = 0; at < std::min(bytes, text.size());) {
-        const auto [character, size] = utf8_at(text, at);
-        units += character > 0xFFFF ? 2 : 1;
-        at += size;
-    }
-    return units;
-}
 
 void append_pen(std::string& xml, const char* name, const Pen& pen)
 {
@@ -118,7 +107,7 @@ struct StyleXml {
 
 class XmlExporter : public PageSink {
 public:
-    XmlExporter(std::unique_ptr<OutputFile> file, FontStore& fonts) : file_(std::move(file)), fonts_(fonts) {}
+    XmlExporter(std::unique_ptr<AtomicFile> file, FontStore& fonts) : file_(std::move(file)), fonts_(fonts) {}
 
     void begin(const Document& document) override;
     void page(Page&& page) override;
@@ -144,7 +133,7 @@ private:
     void write_shape(const Element& element, const char* name);
     void write_origins();
 
-    std::unique_ptr<OutputFile> file_;
+    std::unique_ptr<AtomicFile> file_;
     FontStore& fonts_;
     const Document* document_ = nullptr;
     std::string xml_;
@@ -300,7 +289,8 @@ void XmlExporter::write(const Element& element, const Text& text)
     xml_ += style.paragraph;
     xml_ += "\n\t\t\t<textContent";
     if (detail.truncate_at) {
-        append_number_attribute(xml_, "truncateIndex", utf16_offset(text.text, *detail.truncate_at));
+        append_number_attribute(xml_, "truncateIndex",
+                                utf16_size(std::string_view(text.text).substr(0, *detail.truncate_at)));
     }
     xml_ += '>';
     append_xml_text(xml_, detail.runs.empty() ? text.text : marked_text(text.text, detail, *element.style));
@@ -318,7 +308,8 @@ void XmlExporter::write(const Element& element, const Image& image)
     write_report_element(element, style);
     xml_ += style.box;
     xml_ += style.pen;
-    if (image.data) xml_ += "\n\t\t\t<imageSource isEmbedded=\"true\">" + base64(image.data->bytes) + "</imageSource>";
+    if (image.data)
+        xml_ += "\n\t\t\t<imageSource isEmbedded=\"true\">" + to_base64(image.data->bytes) + "</imageSource>";
     xml_ += "\n\t\t</image>\n";
 }
 
@@ -361,7 +352,7 @@ void XmlExporter::write_shape(const Element& element, const char* name)
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_xml_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+std::unique_ptr<PageSink> make_xml_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
 {
     return std::make_unique<XmlExporter>(std::move(file), context.fonts);
 }

@@ -5,6 +5,6 @@
 namespace velora::engine {
 
 /// The pages in the print form that users of definitions know; complete, so that they can be read back.
-std::unique_ptr<PageSink> make_xml_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context);
+std::unique_ptr<PageSink> make_xml_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context);
 
 }  // namespace velora::engine

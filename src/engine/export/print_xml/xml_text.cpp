@@ -1,6 +1,6 @@
 #include "engine/export/print_xml/xml_text.h"
 
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

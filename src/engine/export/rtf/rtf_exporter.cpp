@@ -22,7 +22,7 @@ constexpr float kSlack = 4;
 /// Rich text whose every element is a drawing object at its place; a thin paragraph on each page carries them.
 class RtfExporter : public PageSink {
 public:
-    RtfExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+    RtfExporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
         : file_(std::move(file)), drawings_(context.fonts)
     {
     }
@@ -293,7 +293,7 @@ void RtfExporter::end()
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_rtf_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+std::unique_ptr<PageSink> make_rtf_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
 {
     return std::make_unique<RtfExporter>(std::move(file), context);
 }

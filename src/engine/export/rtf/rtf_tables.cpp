@@ -1,30 +1,19 @@
 #include "engine/export/rtf/rtf_tables.h"
 
 #include <fmt/format.h>
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
 
 #include <cmath>
 #include <vector>
 
 #include "engine/export/common/page_walk.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
 
-void append_unit(std::string& out, uint16_t unit)
+void append_character(std::string& out, char32_t character)
 {
-    out += fmt::format("\\u{}?", static_cast<int16_t>(unit));
-}
-
-void append_character(std::string& out, UChar32 character)
-{
-    if (character < 0) character = 0xFFFD;
-    if (character > 0xFFFF) {
-        append_unit(out, U16_LEAD(character));
-        return append_unit(out, U16_TRAIL(character));
-    }
-    append_unit(out, static_cast<uint16_t>(character));
+    each_utf16_unit(character, [&](char16_t unit) { out += fmt::format("\\u{}?", static_cast<int16_t>(unit)); });
 }
 
 void append_ascii(std::string& out, char character)
@@ -66,15 +55,12 @@ std::string_view font_class(std::string_view name)
 
 void rtf_append(std::string& out, std::string_view utf8)
 {
-    const auto length = static_cast<int32_t>(utf8.size());
-    for (int32_t at = 0; at < length;) {
-        if (static_cast<unsigned char>(utf8[static_cast<size_t>(at)]) < 0x80) {
-            append_ascii(out, utf8[static_cast<size_t>(at++)]);
-            continue;
+    for (const auto [character, size, at] : Utf8Characters(utf8)) {
+        if (character < 0x80) {
+            append_ascii(out, utf8[at]);
+        } else {
+            append_character(out, character);
         }
-        UChar32 character = 0;
-        U8_NEXT(utf8.data(), at, length, character);
-        append_character(out, character);
     }
 }
 

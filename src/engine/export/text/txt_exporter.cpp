@@ -6,7 +6,8 @@
 
 #include "engine/export/common/page_walk.h"
 #include "engine/export/text/text_grid.h"
-#include "engine/text/utf8.h"
+#include "values/atomic_file.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {
@@ -24,7 +25,7 @@ std::u32string characters(std::string_view text)
 
 class TxtExporter : public PageSink {
 public:
-    explicit TxtExporter(std::unique_ptr<OutputFile> file) : file_(std::move(file)) {}
+    explicit TxtExporter(std::unique_ptr<AtomicFile> file) : file_(std::move(file)) {}
 
     void begin(const Document& document) override { document_ = &document; }
     void page(Page&& page) override;
@@ -35,7 +36,7 @@ private:
     void take(const Drawing& drawing, const Place& place);
     void take(std::string_view line, double y, const Style& style, const Place& place);
 
-    std::unique_ptr<OutputFile> file_;
+    std::unique_ptr<AtomicFile> file_;
     const Document* document_ = nullptr;
     std::vector<GridLine> lines_;  ///< of the page at hand
     bool first_ = true;
@@ -92,7 +93,7 @@ void TxtExporter::page(Page&& page)
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_txt_exporter(std::unique_ptr<OutputFile> file, const ExportContext&)
+std::unique_ptr<PageSink> make_txt_exporter(std::unique_ptr<AtomicFile> file, const ExportContext&)
 {
     return std::make_unique<TxtExporter>(std::move(file));
 }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "engine/export/xls/xls_pattern.h"
-#include "engine/text/utf8.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

@@ -1,9 +1,9 @@
 #include "engine/export/xls/xls_exporter.h"
 
-#include "engine/export/common/output_file.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/xls/xls_page.h"
 #include "engine/export/xls/xls_workbook.h"
+#include "values/atomic_file.h"
 
 namespace velora::engine {
 namespace {
@@ -15,7 +15,7 @@ constexpr int32_t kSlack = 14;  ///< points that rounding to whole pixels may ad
 
 class XlsExporter : public PageSink {
 public:
-    XlsExporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+    XlsExporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
         : file_(std::move(file)),
           warn_(context.warn),
           measurer_(context.fonts),
@@ -35,7 +35,7 @@ private:
 
     void tell_of_hidden_texts() const;
 
-    std::unique_ptr<OutputFile> file_;
+    std::unique_ptr<AtomicFile> file_;
     std::function<void(const std::string&)> warn_;
     const Document* document_ = nullptr;
     XlsStyles styles_;
@@ -120,7 +120,7 @@ void XlsExporter::end()
 
 }  // namespace
 
-std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context)
+std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
 {
     return std::make_unique<XlsExporter>(std::move(file), context);
 }

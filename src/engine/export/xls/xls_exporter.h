@@ -5,6 +5,6 @@
 namespace velora::engine {
 
 /// An Excel 97 workbook: cells on a grid found from the boxes.
-std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<OutputFile> file, const ExportContext& context);
+std::unique_ptr<PageSink> make_xls_exporter(std::unique_ptr<AtomicFile> file, const ExportContext& context);
 
 }  // namespace velora::engine

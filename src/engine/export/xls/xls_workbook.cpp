@@ -136,7 +136,7 @@ void write_properties(GsfOutfile* container, const XlsProperties& properties)
 
 }  // namespace
 
-void write_xls_workbook(OutputFile& file, const XlsProperties& properties, const XlsStyles& styles,
+void write_xls_workbook(AtomicFile& file, const XlsProperties& properties, const XlsStyles& styles,
                         const XlsStrings& strings, const std::vector<XlsSheet>& sheets)
 {
     gsf_init();

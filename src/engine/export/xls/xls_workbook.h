@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/export/common/output_file.h"
 #include "engine/export/xls/xls_sheet.h"
+#include "values/atomic_file.h"
 
 namespace velora::engine {
 
@@ -16,7 +16,7 @@ struct XlsProperties {
 
 /// Writes the workbook: the container with the properties and the stream of all records.
 /// @throws Fault 75 with file name and reason, Fault 6 for a workbook beyond what its container can hold
-void write_xls_workbook(OutputFile& file, const XlsProperties& properties, const XlsStyles& styles,
+void write_xls_workbook(AtomicFile& file, const XlsProperties& properties, const XlsStyles& styles,
                         const XlsStrings& strings, const std::vector<XlsSheet>& sheets);
 
 }  // namespace velora::engine
