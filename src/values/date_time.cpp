@@ -1,5 +1,6 @@
 #include "values/date_time.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -9,6 +10,8 @@ namespace velora {
 
 namespace {
 
+constexpr int64_t kUnixDay = 25569;  // 1 January 1970
+constexpr int64_t kSecondsOfDay = 86400;
 constexpr std::chrono::sys_days kDayZero = std::chrono::year{1899} / 12 / 30;
 
 /// Takes a run of one to `most` digits off the front of `text`.
@@ -103,6 +106,24 @@ std::string DateTime::compact() const
     std::array<char, 40> text{};
     const int length = std::snprintf(text.data(), text.size(), "%04d%02d%02d", p.year, p.month, p.day);
     return {text.data(), static_cast<size_t>(length)};
+}
+
+int64_t DateTime::unix_milliseconds() const
+{
+    return ((day_ - kUnixDay) * kSecondsOfDay + second_) * 1000;
+}
+
+DateTime DateTime::from_unix_milliseconds(int64_t milliseconds)
+{
+    constexpr int64_t kLimit = 200'000'000'000'000;  // within the years 1 to 9999
+    const int64_t seconds = std::clamp(milliseconds, -kLimit / 4, kLimit) / 1000 - (milliseconds % 1000 < 0 ? 1 : 0);
+    int64_t day = seconds / kSecondsOfDay;
+    int64_t second = seconds % kSecondsOfDay;
+    if (second < 0) {
+        second += kSecondsOfDay;
+        --day;
+    }
+    return {static_cast<int32_t>(day + kUnixDay), static_cast<int32_t>(second)};
 }
 
 }  // namespace velora

@@ -21,6 +21,7 @@ public:
 
     [[nodiscard]] constexpr int32_t serial_day() const { return day_; }
     [[nodiscard]] constexpr int32_t second_of_day() const { return second_; }
+    [[nodiscard]] constexpr int weekday() const { return ((day_ + 6) % 7 + 7) % 7; }  ///< 0 is Sunday, as is day 1
     [[nodiscard]] DateTime date_only() const { return {day_, 0}; }
 
     struct Parts {
@@ -30,6 +31,10 @@ public:
 
     [[nodiscard]] std::string iso() const;      ///< "YYYY-MM-DD", with "THH:MM:SS" behind it when it has a time
     [[nodiscard]] std::string compact() const;  ///< "YYYYMMDD"
+
+    /// Milliseconds since 1970, the wall time taken as UTC; read back they lose the part of a second.
+    [[nodiscard]] int64_t unix_milliseconds() const;
+    static DateTime from_unix_milliseconds(int64_t milliseconds);
 
     auto operator<=>(const DateTime&) const = default;
 

@@ -5,6 +5,7 @@
 
 #include "engine/export/print_xml/xml_names.h"
 #include "engine/page/color_text.h"
+#include "engine/text/markup.h"
 #include "engine/text/measurer.h"
 #include "support/drawing_reader.h"
 #include "values/base64.h"

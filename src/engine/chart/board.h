@@ -3,7 +3,8 @@
 #include <cmath>
 #include <string>
 
-#include "engine/chart/chart.h"
+#include "engine/chart/chart_data.h"
+#include "engine/page/drawing.h"
 #include "engine/text/measurer.h"
 
 namespace velora::engine {

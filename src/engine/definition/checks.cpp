@@ -1,5 +1,7 @@
 #include "engine/definition/checks.h"
 
+#include "engine/definition/source.h"
+
 #include <algorithm>
 #include <array>
 #include <map>

@@ -1,23 +1,13 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "engine/definition/model.h"
-#include "engine/expression/definition_error.h"
+#include "engine/definition/warning.h"
 
 namespace velora::engine {
-
-/// Something in a definition that is passed over or put right: the pages still come.
-struct Warning {
-    Position place;
-    std::string element;  ///< name of the XML element as written
-    std::string text;
-
-    [[nodiscard]] std::string line() const;  ///< "line 12, column 5: textField: …"
-};
 
 /// Reads a definition in either written form.
 ///
@@ -36,8 +26,5 @@ std::vector<model::Style> read_template(std::string_view xml, std::vector<Warnin
 /// The styles of a template file and of the templates that it includes, which are looked up beside it and, unless
 /// they are named absolutely, not outside its folder. @throws DefinitionError also when a file cannot be read
 std::vector<model::Style> read_template_file(const std::filesystem::path& file, std::vector<Warning>& warnings);
-
-/// Checks the inheritance of styles, once those of the templates have joined. @throws DefinitionError naming a cycle
-void check_styles(const std::vector<model::Style>& styles, std::vector<Warning>& warnings);
 
 }  // namespace velora::engine

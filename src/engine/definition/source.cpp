@@ -59,11 +59,6 @@ std::string from_latin(std::string_view text)
 
 }  // namespace
 
-std::string Warning::line() const
-{
-    return DefinitionError(place, element, text).what();
-}
-
 SourceText::SourceText(std::string_view xml, std::vector<Warning>& warnings) : warnings_(warnings)
 {
     if (xml.size() > kLargest) throw DefinitionError({}, "", "the definition is larger than 64 MB");

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/definition/reader.h"
+#include "engine/definition/warning.h"
 
 namespace velora::engine {
 

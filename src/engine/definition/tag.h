@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "engine/definition/model.h"
 #include "engine/definition/source.h"
 
 namespace velora::engine {

@@ -98,7 +98,8 @@ Cell to_number_class(const Cell& from, ValueClass to)
         if (to != ValueClass::Character) return number_from_text(*text, to);
         return text->empty() ? Cell{} : cell::integer(utf16_unit(*text, 0).value_or(0), ValueClass::Character);
     }
-    if (is_date(from.value_class) && to == ValueClass::Long) return cell::integer(milliseconds(from), to);
+    if (is_date(from.value_class) && to == ValueClass::Long)
+        return cell::integer(from.get_if<DateTime>()->unix_milliseconds(), to);
     if (!is_number(from.value_class)) return {};
     if (to == ValueClass::Decimal) return cell::decimal(cell::to_decimal(from));
     if (!is_integer(to)) return cell::number(cell::to_double(from), to);
@@ -118,7 +119,7 @@ Cell to_date(const Cell& from, ValueClass to)
     std::optional<DateTime> date;
     if (const auto* held = from.get_if<DateTime>()) date = *held;
     if (const auto* text = from.get_if<std::string>()) date = DateTime::from_iso(trimmed(*text));
-    if (from.value_class == ValueClass::Long) date = from_milliseconds(*from.get_if<int64_t>());
+    if (from.value_class == ValueClass::Long) date = DateTime::from_unix_milliseconds(*from.get_if<int64_t>());
     if (!date) return {};
     return cell::date(to == ValueClass::SqlDate ? date->date_only() : *date, to);
 }
@@ -153,7 +154,7 @@ void append_date(const DateTime& date, ValueClass value_class, std::string& out)
         out += ".0";
         return;
     }
-    out.append(kDays[static_cast<size_t>(weekday(date))]).append(" ");
+    out.append(kDays[static_cast<size_t>(date.weekday())]).append(" ");
     out.append(kMonths[static_cast<size_t>(parts.month - 1)]).append(" ");
     append_padded(out, parts.day, 2);
     append_time(parts, out += ' ');

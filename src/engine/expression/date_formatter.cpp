@@ -11,7 +11,6 @@
 
 #include "engine/expression/date_letters.h"
 #include "engine/expression/formatter.h"
-#include "engine/expression/utf16.h"
 
 namespace velora::engine {
 
@@ -155,7 +154,7 @@ void append_field(const DateTime& date, const DateTime::Parts& parts, std::strin
         const auto month = static_cast<size_t>(parts.month - 1);
         out += run.size() == 3 ? names.short_months[month] : names.months[month];
     } else if (letter == 'E') {
-        const auto day = static_cast<size_t>(weekday(date));
+        const auto day = static_cast<size_t>(date.weekday());
         out += run.size() < 4 ? names.short_days[day] : names.days[day];
     } else if (letter == 'a') {
         out += names.halves[parts.hour < 12 ? 0 : 1];
@@ -182,7 +181,7 @@ public:
         if (const auto* held = cell.get_if<DateTime>()) {
             date = *held;
         } else if (cell.value_class == ValueClass::Long) {
-            date = from_milliseconds(*cell.get_if<int64_t>());
+            date = DateTime::from_unix_milliseconds(*cell.get_if<int64_t>());
         } else {
             return std::nullopt;
         }
@@ -195,7 +194,7 @@ public:
         const UDate moment =
             format_->parse(icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())}), status);
         if (U_FAILURE(status)) return {};
-        return cell::date(from_milliseconds(static_cast<int64_t>(moment)));
+        return cell::date(DateTime::from_unix_milliseconds(static_cast<int64_t>(moment)));
     }
 
 private:
@@ -234,7 +233,7 @@ private:
     /// The wall time is taken as UTC, unless the pattern shows the zone.
     [[nodiscard]] UDate moment_of(const DateTime& date) const
     {
-        if (calendar_ == nullptr) return static_cast<UDate>(milliseconds(cell::date(date)));
+        if (calendar_ == nullptr) return static_cast<UDate>(date.unix_milliseconds());
         const std::unique_ptr<icu::Calendar> calendar(calendar_->clone());
         const auto parts = date.parts();
         calendar->clear();

@@ -1,7 +1,6 @@
 #include <array>
 
 #include "engine/expression/functions.h"
-#include "engine/expression/utf16.h"
 
 namespace velora::engine {
 
@@ -75,13 +74,13 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"Timestamp", "valueOf", "t", Timestamp, from_written<Timestamp>},
     {"LocalDate", "now",     "",  SqlDate,   [](Call& c) { return cell::converted(now(c), SqlDate); }, true},
     {"LocalDateTime", "now", "",  Timestamp, [](Call& c) { return cell::converted(now(c), Timestamp); }, true},
-    {"System", "currentTimeMillis", "", Long, [](Call& c) { return cell::integer(milliseconds(now(c)), Long); }, true},
+    {"System", "currentTimeMillis", "", Long, [](Call& c) { return cell::integer(c.environment.surroundings().now.unix_milliseconds(), Long); }, true},
 
-    {".", "getTime",    "d", Long,    [](Call& c) { return cell::integer(milliseconds(c.cell(0)), Long); }},
+    {".", "getTime",    "d", Long,    [](Call& c) { return cell::integer(c.date(0).unix_milliseconds(), Long); }},
     {".", "getYear",    "d", Integer, part_of<&DateTime::Parts::year, -1900>},
     {".", "getMonth",   "d", Integer, part_of<&DateTime::Parts::month, -1>},
     {".", "getDate",    "d", Integer, part_of<&DateTime::Parts::day>},
-    {".", "getDay",     "d", Integer, [](Call& c) { return cell::integer(weekday(c.date(0))); }},
+    {".", "getDay",     "d", Integer, [](Call& c) { return cell::integer(c.date(0).weekday()); }},
     {".", "getHours",   "d", Integer, part_of<&DateTime::Parts::hour>},
     {".", "getMinutes", "d", Integer, part_of<&DateTime::Parts::minute>},
     {".", "getSeconds", "d", Integer, part_of<&DateTime::Parts::second>},

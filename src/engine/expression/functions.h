@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "engine/expression/cell.h"
-#include "engine/expression/expression.h"
+#include "engine/expression/environment.h"
 #include "engine/expression/formatter.h"
 
 namespace velora::engine {

@@ -224,7 +224,8 @@ std::vector<icu::Formattable> formattables(std::span<const Cell> arguments)
         } else if (is_number(value.value_class) && value.value_class != ValueClass::Character) {
             out.emplace_back(cell::to_double(value));
         } else if (is_date(value.value_class)) {
-            out.emplace_back(static_cast<UDate>(milliseconds(value)), icu::Formattable::kIsDate);
+            out.emplace_back(static_cast<UDate>(value.get_if<DateTime>()->unix_milliseconds()),
+                             icu::Formattable::kIsDate);
         } else {
             std::string text;
             cell::append_text(value, text);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <string_view>
 #include <vector>
 
-#include "engine/expression/expression.h"
+#include "engine/expression/environment.h"
 #include "engine/expression/functions.h"
 
 namespace velora::engine {

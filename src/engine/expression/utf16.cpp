@@ -2,17 +2,9 @@
 
 #include <algorithm>
 
-#include "engine/expression/cell.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
-
-namespace {
-
-constexpr int64_t kUnixDay = 25569;  // 1 January 1970
-constexpr int64_t kSecondsOfDay = 86400;
-
-}  // namespace
 
 bool is_ascii(std::string_view utf8)
 {
@@ -39,31 +31,6 @@ std::optional<char16_t> utf16_unit(std::string_view utf8, int64_t utf16_position
     each_utf16_unit(utf8_at(utf8, *at).character, [&](char16_t unit) { units += unit; });
     const bool is_first = static_cast<size_t>(utf16_position) == utf16_size(utf8.substr(0, *at));
     return is_first ? units.front() : units.back();
-}
-
-int64_t milliseconds(const Cell& date)
-{
-    const auto* held = date.get_if<DateTime>();
-    if (held == nullptr) return 0;
-    return ((held->serial_day() - kUnixDay) * kSecondsOfDay + held->second_of_day()) * 1000;
-}
-
-DateTime from_milliseconds(int64_t milliseconds)
-{
-    constexpr int64_t kLimit = 200'000'000'000'000;  // within the years 1 to 9999
-    const int64_t seconds = std::clamp(milliseconds, -kLimit / 4, kLimit) / 1000 - (milliseconds % 1000 < 0 ? 1 : 0);
-    int64_t day = seconds / kSecondsOfDay;
-    int64_t second = seconds % kSecondsOfDay;
-    if (second < 0) {
-        second += kSecondsOfDay;
-        --day;
-    }
-    return {static_cast<int32_t>(day + kUnixDay), static_cast<int32_t>(second)};
-}
-
-int weekday(const DateTime& date)
-{
-    return ((date.serial_day() + 6) % 7 + 7) % 7;  // day 1 is a Sunday
 }
 
 }  // namespace velora::engine

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "engine/definition/checks.h"
 #include "engine/definition/file_beside.h"
 #include "engine/definition/reader.h"
 #include "engine/fill/plan_names.h"

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "engine/fill/recorded_values.h"
+#include "engine/text/markup.h"
 #include "values/text.h"
 
 namespace velora::engine {

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "engine/text/measurer.h"
+#include "engine/text/text_layout.h"
 
 namespace velora::engine {
 
 class Face;
+class FontStore;
 
 /// Vertical measures of a line in points.
 struct LineMetrics {

@@ -1,10 +1,11 @@
+#include "engine/text/markup.h"
+
 #include <array>
 #include <charconv>
 #include <optional>
 #include <vector>
 
 #include "engine/page/color_text.h"
-#include "engine/text/measurer.h"
 #include "values/text.h"
 #include "values/utf8.h"
 

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "engine/definition/checks.h"
 #include "engine/definition/reader.h"
 
 namespace velora::engine {

@@ -6,6 +6,7 @@
 #include "engine/export/exporter.h"
 #include "engine/page/page.h"
 #include "engine/text/font_store.h"
+#include "engine/text/markup.h"
 #include "engine/text/measurer.h"
 
 namespace velora::engine {

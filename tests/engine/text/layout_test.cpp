@@ -4,6 +4,7 @@
 #include <random>
 
 #include "engine/text/fonts_for_tests.h"
+#include "engine/text/markup.h"
 #include "engine/text/measurer.h"
 #include "engine/text/shaper.h"
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/text/fonts_for_tests.h"
+#include "engine/text/markup.h"
 #include "engine/text/shaper.h"
 
 namespace velora::engine {
