@@ -10,7 +10,7 @@
 #include <fstream>
 
 #include "engine/export/exporter.h"
-#include "engine/fill/open.h"
+#include "engine/fill/fill.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 

@@ -1,7 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "engine/definition/reader.h"
-#include "engine/fill/report.h"
+#include "engine/fill/fill.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 

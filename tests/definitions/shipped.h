@@ -15,7 +15,7 @@
 #include "engine/definition/reader.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/exporter.h"
-#include "engine/fill/report.h"
+#include "engine/fill/fill.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 #include "host/tables.h"

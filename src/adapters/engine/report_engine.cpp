@@ -4,7 +4,8 @@
 
 #include "adapters/engine/page_view.h"
 #include "engine/export/exporter.h"
-#include "engine/fill/open.h"
+#include "engine/fill/fill.h"
+#include "engine/plan/resources.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 #include "values/fault.h"

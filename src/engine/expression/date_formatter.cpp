@@ -219,7 +219,7 @@ private:
         if (shows_day_number_) {
             const std::unique_ptr<icu::DateFormat> of_day(format_->clone());
             static_cast<icu::SimpleDateFormat&>(*of_day).applyPattern(
-                icu::UnicodeString::fromUTF8(icu_date_pattern(pattern_, weekday(date))));
+                icu::UnicodeString::fromUTF8(icu_date_pattern(pattern_, date.weekday())));
             of_day->format(moment_of(date), text);
         } else {
             format_->format(moment_of(date), text);

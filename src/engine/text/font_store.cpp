@@ -10,8 +10,8 @@
 
 #include "engine/text/face.h"
 #include "engine/text/system_fonts.h"
-#include "values/utf8.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 namespace {

@@ -3,8 +3,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "engine/fill/images.h"
-#include "engine/fill/open.h"
+#include "engine/fill/fill.h"
+#include "engine/fill/parts/images.h"
+#include "engine/plan/resources.h"
 #include "support.h"
 
 namespace velora::engine {

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <set>
 
-#include "engine/fill/open.h"
+#include "engine/plan/report.h"
 #include "page_lines.h"
 #include "support.h"
 

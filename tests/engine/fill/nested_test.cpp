@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "engine/fill/open.h"
+#include "engine/fill/fill.h"
 #include "support.h"
 #include "values/fault.h"
 

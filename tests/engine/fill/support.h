@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/definition/reader.h"
-#include "engine/fill/report.h"
+#include "engine/fill/fill.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 

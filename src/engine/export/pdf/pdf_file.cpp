@@ -7,9 +7,9 @@
 #include <cmath>
 #include <cstdio>
 
+#include "values/fault.h"
 #include "values/hex.h"
 #include "values/utf8.h"
-#include "values/fault.h"
 
 namespace velora::engine {
 namespace {

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "engine/definition/model.h"
+#include "engine/fill/book/held_page.h"
+#include "engine/page/page.h"
+
+namespace velora::engine {
+
+class Part;
+
+/// A run of elements on the page that is being filled, of one column and from `top` to `bottom`.
+struct Range {
+    uint64_t page = 0;
+    int column = 0;
+    int top = 0;
+    int bottom = 0;
+    size_t first = 0;
+    size_t end = 0;
+};
+
+/// When a waiting element gets its value.
+struct Awaited {
+    model::EvaluationTime time = model::EvaluationTime::Now;
+    int group = -1;              ///< for `Group`
+    const void* band = nullptr;  ///< for `Band`
+    bool operator==(const Awaited&) const = default;
+};
+
+/// An element on a page that waits for its value.
+struct Waiting {
+    Part* part = nullptr;
+    uint64_t page = 0;
+    std::vector<uint32_t> path;   ///< index on the page, then within the frames
+    std::shared_ptr<void> notes;  ///< what the part wants to remember until then
+};
+
+/// The pages of a run: the one that is being filled, and those behind it that wait for a value. What waits for
+/// nothing goes to the sink at once.
+class PageBook {
+public:
+    PageBook(PageSink& sink, Document& document) : sink_(sink), document_(document) {}
+
+    /// Holds back all pages until `finish`; for a page whose height is known at the end only.
+    void hold_all() { hold_all_ = true; }
+
+    void begin_page();
+    [[nodiscard]] bool has_page() const { return number_ > 0; }
+    [[nodiscard]] uint64_t page_number() const { return number_; }
+    std::vector<Element>& elements() { return page_.elements; }
+
+    [[nodiscard]] Range range(int column, int top) const;
+    [[nodiscard]] bool is_here(const Range& range) const { return range.page == number_; }
+    void grow(Range& range, int bottom) const;
+    void shift(const Range& range, int distance);
+
+    /// Elements taken off the page, with what waits among them.
+    struct Taken {
+        std::vector<Element> elements;
+        std::vector<std::pair<Awaited, Waiting>> waiting;  ///< paths count from the first element taken
+    };
+    Taken take(const Range& range);
+    void put(Taken&& taken, int dx, int dy);
+
+    void await(const Awaited& awaited, Waiting&& waiting);
+    /// Hands every element that waits for this moment to `give`, with what it wants to remember.
+    void resolve(const Awaited& awaited, const std::function<void(Waiting&, Element&)>& give);
+
+    /// Sends what is left to the sink.
+    void finish();
+
+private:
+    struct Held {
+        uint64_t number = 0;
+        PackedPage packed;
+        std::vector<uint32_t> open;  ///< page indices of the first elements in `packed.kept`
+        size_t waiting = 0;
+    };
+    struct Queue {
+        Awaited awaited;
+        std::vector<Waiting> waiting;
+    };
+
+    void close_page();
+    void release();
+    void send(Page&& page);
+    Queue& queue(const Awaited& awaited);
+    Element* find(const Waiting& waiting);
+    size_t& waiting_on(uint64_t page);
+
+    PageSink& sink_;
+    Document& document_;
+    Page page_;
+    uint64_t number_ = 0;
+    size_t waiting_here_ = 0;
+    size_t usual_size_ = 0;
+    bool begun_ = false;
+    bool hold_all_ = false;
+    std::deque<Held> held_;
+    std::deque<Queue> queues_;
+    PagePacker packer_;
+    PageUnpacker unpacker_;
+};
+
+}  // namespace velora::engine

@@ -1,0 +1,140 @@
+#include "engine/fill/fill.h"
+
+#include "engine/fill/pages/filler.h"
+#include "engine/fill/parts/images.h"
+#include "engine/fill/rows/row_store.h"
+#include "values/fault.h"
+
+namespace velora::engine {
+
+namespace {
+
+void describe(Document& document, const ReportPlan& plan, const FillOptions& options)
+{
+    const model::Definition& definition = *plan.definition;
+    const model::PageLayout& page = definition.page;
+    document.name = definition.name;
+    document.page_width = page.width;
+    document.page_height = page.height;
+    document.top_margin = page.top;
+    document.left_margin = page.left;
+    document.bottom_margin = page.bottom;
+    document.right_margin = page.right;
+    document.landscape = page.orientation == model::Orientation::Landscape;
+    document.locale = options.surroundings.locale;
+    document.time_zone = options.surroundings.time_zone;
+    document.created = options.created;
+    document.title = definition.name;
+    document.default_font = resolve_look(plan.styles->find({}), 0, {}, LookKind::Text).style.font;
+    *document.sources = plan.sources;
+    const auto property = [&](const char* name, std::string& target) {
+        if (const auto value = model::property_value(definition.data.properties, name)) target = *value;
+    };
+    property("net.sf.jasperreports.export.pdf.metadata.title", document.title);
+    property("net.sf.jasperreports.export.pdf.metadata.author", document.author);
+    property("net.sf.jasperreports.export.pdf.metadata.subject", document.subject);
+    property("net.sf.jasperreports.export.pdf.metadata.keywords", document.keywords);
+}
+
+/// Tells each warning once: a picture that is missing is missing on every row.
+std::function<void(const std::string&)> once(const std::function<void(const std::string&)>& warn)
+{
+    constexpr size_t kMostWarnings = 1000;
+    auto told = std::make_shared<std::set<std::string>>();
+    return [warn, told](const std::string& warning) {
+        if (warn && told->size() < kMostWarnings && told->insert(warning).second) warn(warning);
+    };
+}
+
+/// A definition that reads nothing and does not say what is to happen without data is printed once.
+bool reads_nothing(const model::Definition& definition, const TableSource& table)
+{
+    return !definition.when_no_data && definition.data.fields.empty() && !definition.data.query.text.present() &&
+           table.fields().empty();
+}
+
+/// Asks between the rows whether the run is still wanted.
+class StoppableTable : public TableSource {
+public:
+    /// @param at_least  rows that are there even when the table has none
+    StoppableTable(TableSource& table, const std::function<bool()>& cancelled, size_t at_least)
+        : table_(table), cancelled_(cancelled), at_least_(at_least)
+    {
+    }
+
+    [[nodiscard]] const std::vector<Field>& fields() const override { return table_.fields(); }
+    bool next() override
+    {
+        if (cancelled_ && cancelled_()) throw fault::of(fault::kCancelled);
+        if (table_.next()) {
+            ++count_;
+            return true;
+        }
+        return count_++ < at_least_;
+    }
+    void rewind() override
+    {
+        table_.rewind();
+        count_ = 0;
+    }
+    [[nodiscard]] const Value& cell(size_t field) const override { return table_.cell(field); }
+
+private:
+    TableSource& table_;
+    const std::function<bool()>& cancelled_;
+    size_t at_least_;
+    size_t count_ = 0;
+};
+
+}  // namespace
+
+namespace {
+
+void fill_pages(Run& run)
+{
+    Filler(run).fill();
+}
+
+}  // namespace
+
+void fill(const Report& report, TableSource& table, Measurer& measurer, const FillOptions& options, PageSink& sink)
+{
+    const ReportPlan& plan = report.plan();
+    Document document;
+    describe(document, plan, options);
+    const auto warn = once(options.warn);
+    StoppableTable rows_of(table, options.cancelled, reads_nothing(*plan.definition, table) ? 1 : 0);
+    std::optional<RowStore> store;
+    if (plan.shares_rows) store.emplace(rows_of, options.cancelled);
+    std::optional<StoredTable> stored;
+    if (store) stored.emplace(*store);
+    TableSource& own_rows = stored ? static_cast<TableSource&>(*stored) : rows_of;
+    Rows rows(plan, own_rows, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
+    PageBook book(sink, document);
+    Images images(options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder);
+
+    Run run{plan, rows, measurer, document, book, images, warn};
+    run.fill = fill_pages;
+    if (store) run.store = &*store;
+    run.wants_values = sink.wants_values();
+    run.ignore_pagination = plan.definition->ignore_pagination;
+    for (size_t slot = 0; slot < plan.parameters.size(); ++slot) {
+        const auto* ignore = rows.parameter(slot).get_if<bool>();
+        if (ignore && plan.parameters[slot].name == "IS_IGNORE_PAGINATION") run.ignore_pagination = *ignore;
+    }
+    if (run.ignore_pagination) book.hold_all();
+    run.fill(run);
+}
+
+std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options)
+{
+    EmptyTable nothing;
+    const Rows rows(report.plan(), nothing, options.parameters, {{}, options.surroundings, options.resources, {}}, {});
+    std::map<std::string, Value, std::less<>> values;
+    for (size_t slot = 0; slot < report.plan().parameters.size(); ++slot) {
+        values[report.plan().parameters[slot].name] = rows.parameter(slot);
+    }
+    return values;
+}
+
+}  // namespace velora::engine

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "engine/fill/parts/nested_fill.h"
+#include "engine/fill/parts/part.h"
+
+namespace velora::engine {
+
+/// A subreport, a list or a table. All of it is filled when its band is evaluated; it is printed in pieces that end
+/// where one of its rows does, with its page and column header above each.
+class NestedPart : public Part {
+public:
+    using Part::Part;
+
+    void evaluate(Moment moment) override;
+    bool prepare(int available, bool continuing) override;
+    void emit(Emission& emission) override;
+    void rewind() override;
+    [[nodiscard]] bool repeats() const override { return false; }
+
+private:
+    void add_sources();
+    void take_sources(std::vector<Element>& elements) const;
+    void find_ends();
+    void sort_by_row();
+    void find_heading();
+    [[nodiscard]] int last_end(const std::vector<int>& ends, int room) const;
+    [[nodiscard]] bool choose_end(int room, bool continuing);
+    [[nodiscard]] int heading() const { return at_ > 0 ? heading_height_ : 0; }
+
+    NestedPrint print_;
+    std::vector<int> row_ends_;      ///< no element stands across them
+    std::vector<int> element_ends_;  ///< the same within the rows, for those that are higher than a page
+    std::vector<int> row_of_;        ///< end of the row that an element stands in, ascending
+    std::vector<size_t> heading_;    ///< elements that are printed above every piece
+    int heading_top_ = 0;
+    int heading_height_ = 0;
+    int at_ = 0;                         ///< what is above was printed before
+    int next_ = 0;                       ///< end of the piece that comes next
+    std::vector<Source> known_sources_;  ///< those that stand in the document from `first_source_` on
+    uint32_t first_source_ = 0;
+};
+
+}  // namespace velora::engine

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "engine/fill/book/page_book.h"
+#include "engine/fill/rows/rows.h"
+#include "engine/text/measurer.h"
+
+namespace velora::engine {
+
+class ChartFeed;
+class Images;
+class RowStore;
+
+/// What the parts of a report share while it is filled.
+struct Run {
+    const ReportPlan& plan;
+    Rows& rows;
+    Measurer& measurer;
+    Document& document;
+    PageBook& book;
+    Images& images;
+    std::function<void(const std::string&)> warn;
+    bool wants_values = false;
+    bool ignore_pagination = false;
+    std::vector<std::shared_ptr<ChartFeed>> charts = {};
+    const RowStore* store = nullptr;       ///< the report's rows, when reports inside it read them too
+    void (*fill)(Run&) = nullptr;          ///< lays a run out on pages; for reports inside this one
+    std::vector<int>* row_ends = nullptr;  ///< collects where bands end, for a report inside a report
+
+    // What the layout has reached; breaks ask for it and set it.
+    int column = 0;
+    bool first_page_band = true;     ///< nothing but headers is on the page yet
+    bool first_column_band = true;   ///< the same for the column
+    bool anything_to_print = false;  ///< an element of the band that is being prepared prints
+    bool overflow_allowed = true;    ///< the band that is being prepared may go on elsewhere
+    uint64_t progress = 0;           ///< counts parts that were printed for the first time, and pieces of text
+
+    [[nodiscard]] const Environment& at(Moment moment) const { return rows.at(moment); }
+    void tell(const std::string& warning) const
+    {
+        if (warn) warn(warning);
+    }
+};
+
+/// Where printed elements go.
+struct Emission {
+    PageBook& book;
+    std::vector<Element>* elements = nullptr;
+    int x = 0;
+    int y = 0;
+    std::vector<uint32_t> path;  ///< indices of the frames around
+    int width = 0;               ///< right edge of what was printed
+    const void* band = nullptr;
+};
+
+}  // namespace velora::engine

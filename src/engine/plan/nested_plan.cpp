@@ -1,0 +1,183 @@
+#include "engine/plan/nested_plan.h"
+
+#include <algorithm>
+
+#include "engine/definition/file_beside.h"
+#include "engine/expression/constant.h"
+#include "engine/plan/load.h"
+#include "engine/plan/nested_definition.h"
+#include "engine/plan/plan_names.h"
+#include "values/text.h"
+
+namespace velora::engine {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr size_t kMostNested = 16;
+constexpr size_t kMostComponents = 4;  // each may read all rows for every row of the one around it
+constexpr std::string_view kOwnRows = "$P{REPORT_DATA_SOURCE}";
+constexpr std::string_view kOwnParameters = "$P{REPORT_PARAMETERS_MAP}";
+
+void tell(const Around& around, Position place, const char* element, const std::string& text)
+{
+    around.warnings.push_back(Warning{place, element, text}.line());
+}
+
+/// What stands in the parentheses of a data source that makes empty rows; none for another data source.
+std::optional<std::string_view> empty_rows(std::string_view source)
+{
+    constexpr std::string_view kName = "JREmptyDataSource";
+    const size_t name = source.find(kName);
+    const size_t open = source.find('(');
+    const size_t close = source.rfind(')');
+    const bool is_call = source.starts_with("new ") && close != std::string_view::npos && close + 1 == source.size();
+    if (!is_call || name == std::string_view::npos || name + kName.size() != open) return std::nullopt;
+    return trimmed(source.substr(open + 1, close - open - 1));
+}
+
+/// Finds out where the rows come from. False, and a warning, when that is nothing the engine can read.
+bool plan_rows(NestedPlan& nested, const model::ExpressionText& source, const model::ExpressionText& connection,
+               Position place, const char* element, const Around& around)
+{
+    const std::string_view text = trimmed(source.text);
+    if (text.empty() || text == kOwnRows) {
+        const auto& query = nested.report->definition->data.query.text;
+        if (!connection.present() || trimmed(query.text).empty()) return true;
+        tell(around, place, element, "has a query of its own, which is not run; the place stays empty");
+        return false;
+    }
+    const auto count = empty_rows(text);
+    if (!count) {
+        tell(around, place, element,
+             "takes its rows from '" + std::string(text) + "', which is not read; the place stays empty");
+        return false;
+    }
+    nested.own_rows = false;
+    if (!count->empty()) nested.empty_rows = compile(*count, around.names, source.place, element);
+    return true;
+}
+
+void plan_parameters(NestedPlan& nested, const std::vector<std::pair<std::string, model::ExpressionText>>& parameters,
+                     const Around& around)
+{
+    for (const auto& [name, text] : parameters) {
+        if (!text.present()) continue;
+        nested.parameters.emplace_back(name, compile(text.text, around.names, text.place, "parameter"));
+    }
+}
+
+std::unique_ptr<NestedPlan> plan_run(model::Definition definition, const model::Element& element,
+                                     const model::DatasetRun& run, const char* name, const Around& around)
+{
+    auto nested = std::make_unique<NestedPlan>();
+    Opening inside = around.opening;
+    if (++inside.components > kMostComponents) {
+        throw DefinitionError(element.place, name,
+                              "more than " + std::to_string(kMostComponents) + " lists and tables stand in each other");
+    }
+    nested->report = around.make_plan(std::make_shared<model::Definition>(std::move(definition)), std::move(inside));
+    const auto& more = nested->report->warnings;
+    around.warnings.insert(around.warnings.end(), more.begin(), more.end());
+    if (!plan_rows(*nested, run.source, run.connection, element.place, name, around)) return nullptr;
+    plan_parameters(*nested, run.parameters, around);
+    return nested;
+}
+
+/// What an expression gives before there is any row: parameters have their defaults. None when it asks for more.
+std::optional<std::string> known_at_opening(const model::ExpressionText& text, const Around& around)
+{
+    const Expression expression = compile(text.text, around.names, text.place, "subreportExpression");
+    if (!looks_at_parameters_only(expression)) return std::nullopt;
+    std::vector<Value> parameters;
+    for (const auto& parameter : around.plan.parameters) {
+        const Expression& value = parameter.default_value;
+        parameters.push_back(looks_at_parameters_only(value) ? evaluate_constant(value, parameters) : Value());
+    }
+    return constant_text(expression, parameters);
+}
+
+/// The file of a subreport; for a compiled one the definition that it was made of.
+std::optional<fs::path> subreport_file(const model::Definition& definition, const std::string& name)
+{
+    std::vector<fs::path> names{name};
+    if (names[0].extension() == ".jasper")
+        names = {fs::path(name).replace_extension(".jrxml"), fs::path(name).replace_extension(".rpt")};
+    std::error_code error;
+    for (const auto& each : names) {
+        const auto file = file_beside(definition.folder, each);
+        if (file && fs::is_regular_file(*file, error)) return file;
+    }
+    return std::nullopt;
+}
+
+std::shared_ptr<const ReportPlan> open_subreport(const fs::path& file, Position place, const Around& around)
+{
+    const std::string name = file.filename().string();
+    const auto& files = around.opening.files;
+    if (std::find(files.begin(), files.end(), file) != files.end()) {
+        throw DefinitionError(place, "subreport", "'" + name + "' is a part of itself");
+    }
+    if (files.size() >= kMostNested) {
+        throw DefinitionError(place, "subreport",
+                              "more than " + std::to_string(kMostNested) + " reports stand in each other");
+    }
+    std::vector<Warning> met;
+    try {
+        auto definition = std::make_shared<model::Definition>(load_definition(file, met));
+        make_endless(*definition);
+        auto plan = around.make_plan(std::move(definition), around.opening);
+        for (const auto& warning : met) around.warnings.push_back(name + ": " + warning.line());
+        for (const auto& warning : plan->warnings) around.warnings.push_back(name + ": " + warning);
+        return plan;
+    } catch (const DefinitionError& error) {
+        throw DefinitionError(place, "subreport", name + ": " + error.what());
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<NestedPlan> plan_list(const model::Element& element, const model::ListComponent& list, Around around)
+{
+    return plan_run(list_definition(*around.plan.definition, element, list), element, list.run, "list", around);
+}
+
+std::unique_ptr<NestedPlan> plan_table(const model::Element& element, const model::TableComponent& table, Around around)
+{
+    return plan_run(table_definition(*around.plan.definition, element, table), element, table.run, "table", around);
+}
+
+std::unique_ptr<NestedPlan> plan_dataset_run(const model::Element& element, const model::DatasetRun& run, Around around)
+{
+    return plan_run(dataset_definition(*around.plan.definition, run, element.place), element, run, "chart", around);
+}
+
+std::unique_ptr<NestedPlan> plan_subreport(const model::Element& element, const model::Subreport& subreport,
+                                           Around around)
+{
+    const auto not_drawn = [&](const std::string& why) {
+        tell(around, element.place, "subreport", why + "; the place stays empty");
+        return nullptr;
+    };
+    const auto name = known_at_opening(subreport.expression, around);
+    if (!name) return not_drawn("has a name that is not known before the rows are");
+    const auto file = subreport_file(*around.plan.definition, *name);
+    if (!file) return not_drawn("there is no definition '" + *name + "' in the folder of the report");
+    auto nested = std::make_unique<NestedPlan>();
+    nested->framed = false;
+    nested->report = open_subreport(*file, element.place, around);
+    if (!plan_rows(*nested, subreport.source, subreport.connection, element.place, "subreport", around)) return nullptr;
+    plan_parameters(*nested, subreport.parameters, around);
+    const std::string_view map = trimmed(subreport.parameters_map.text);
+    nested->hands_on_parameters = map == kOwnParameters;
+    if (!map.empty() && map != kOwnParameters) {
+        tell(around, element.place, "subreport", "the parameters of '" + std::string(map) + "' are not handed on");
+    }
+    if (!subreport.returns.empty()) {
+        tell(around, element.place, "subreport", "its return values are not handed back");
+    }
+    return nested;
+}
+
+}  // namespace velora::engine

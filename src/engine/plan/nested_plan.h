@@ -1,0 +1,54 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engine/plan/plan.h"
+
+/// Reports inside a report: subreports, lists, tables and the sub-datasets of charts. A list or a table is made into
+/// a report of its own, with a band for each of its rows, and filled like any other.
+namespace velora::engine {
+
+/// The definition files that are being opened, each a subreport of the one before.
+struct Opening {
+    std::vector<std::filesystem::path> files;
+    size_t components = 0;  ///< lists and tables around
+};
+
+/// Makes the plan of a definition inside another one. @param opening  the files around; its own is added
+using InnerPlanMaker = std::shared_ptr<const ReportPlan> (*)(std::shared_ptr<const model::Definition> definition,
+                                                             Opening opening);
+
+struct NestedPlan {
+    std::shared_ptr<const ReportPlan> report;
+    bool own_rows = true;              ///< the rows of the report around it, from the first one
+    Expression empty_rows;             ///< else: how many rows without fields; one when there is no expression
+    bool hands_on_parameters = false;  ///< all those of the report around it
+    std::vector<std::pair<std::string, Expression>> parameters;
+    bool framed = true;  ///< what it prints stands in a frame
+};
+
+/// What planning a nested report needs of the one around it.
+struct Around {
+    const ReportPlan& plan;
+    const Names& names;
+    const Opening& opening;
+    std::vector<std::string>& warnings;
+    InnerPlanMaker make_plan;
+};
+
+/// Each gives null, and a warning, for what cannot be printed.
+/// @throws DefinitionError  for an expression outside the language, a sub-dataset that is not there, and subreports
+///                          that hold each other
+std::unique_ptr<NestedPlan> plan_list(const model::Element& element, const model::ListComponent& list, Around around);
+std::unique_ptr<NestedPlan> plan_table(const model::Element& element, const model::TableComponent& table,
+                                       Around around);
+std::unique_ptr<NestedPlan> plan_subreport(const model::Element& element, const model::Subreport& subreport,
+                                           Around around);
+/// The rows of a dataset run, without anything to print.
+std::unique_ptr<NestedPlan> plan_dataset_run(const model::Element& element, const model::DatasetRun& run,
+                                             Around around);
+
+}  // namespace velora::engine

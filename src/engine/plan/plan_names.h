@@ -1,0 +1,30 @@
+#pragma once
+
+#include "engine/plan/plan.h"
+
+namespace velora::engine {
+
+/// Finds the slots of the names that a plan declares.
+class PlanNames : public Names {
+public:
+    explicit PlanNames(const ReportPlan& plan);
+
+    [[nodiscard]] std::optional<Name> field(std::string_view name) const override;
+    [[nodiscard]] std::optional<Name> variable(std::string_view name) const override;
+    [[nodiscard]] std::optional<Name> parameter(std::string_view name) const override;
+
+private:
+    using Slots = std::map<std::string, Name, std::less<>>;
+    Slots fields_, variables_, parameters_;
+};
+
+/// The declared parameters with those that every report has.
+std::vector<ParameterPlan> plan_parameters(const model::Definition& definition);
+std::vector<FieldPlan> plan_fields(const model::Definition& definition);
+/// The built-in variables, the counts of the groups, the declared ones with their aggregates; no expressions yet.
+std::vector<VariablePlan> plan_variables(const model::Definition& definition);
+
+/// Index of a group by name. @throws DefinitionError when there is none
+int group_index(const model::Definition& definition, std::string_view name, Position place);
+
+}  // namespace velora::engine

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/definition/model.h"
+#include "values/table_source.h"
+
+namespace velora::engine {
+
+struct ReportPlan;
+
+/// A definition that is ready to be filled, any number of times and from several threads.
+class Report {
+public:
+    /// Compiles every expression. @throws DefinitionError with element, place and reason
+    explicit Report(std::shared_ptr<const model::Definition> definition);
+
+    [[nodiscard]] const model::Definition& definition() const;
+    /// The fields that the definition declares, in its order.
+    [[nodiscard]] const std::vector<TableSource::Field>& fields() const { return fields_; }
+    /// What opening met that a designer should know.
+    [[nodiscard]] const std::vector<std::string>& warnings() const;
+    [[nodiscard]] const ReportPlan& plan() const { return *plan_; }
+
+private:
+    std::shared_ptr<const ReportPlan> plan_;
+    std::vector<TableSource::Field> fields_;
+};
+
+/// Opens a definition file with the style templates that it names, ready to be filled.
+///
+/// @param warnings  what a designer should know, with line and column
+/// @throws DefinitionError  when the file is missing, is no definition or holds an expression outside the language
+std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings);
+
+}  // namespace velora::engine
