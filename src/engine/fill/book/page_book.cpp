@@ -107,14 +107,14 @@ size_t& PageBook::waiting_on(uint64_t page)
     return page == number_ ? waiting_here_ : held_[page - held_.front().number].waiting;
 }
 
-void PageBook::resolve(const Awaited& awaited, const std::function<void(Waiting&, Element&)>& give)
+void PageBook::resolve(const Awaited& awaited, Moment moment)
 {
     std::vector<Waiting> due;
     for (auto& queue : queues_) {
         if (queue.awaited == awaited) due.swap(queue.waiting);
     }
     for (auto& waiting : due) {
-        give(waiting, *find(waiting));
+        waiting.resolver->resolve(waiting, *find(waiting), moment);
         --waiting_on(waiting.page);
     }
     if (!due.empty()) release();

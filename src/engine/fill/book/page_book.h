@@ -1,16 +1,15 @@
 #pragma once
 
 #include <deque>
-#include <functional>
+#include <memory>
 #include <vector>
 
 #include "engine/definition/model.h"
 #include "engine/fill/book/held_page.h"
+#include "engine/fill/rows/moments.h"
 #include "engine/page/page.h"
 
 namespace velora::engine {
-
-class Part;
 
 /// A run of elements on the page that is being filled, of one column and from `top` to `bottom`.
 struct Range {
@@ -30,9 +29,20 @@ struct Awaited {
     bool operator==(const Awaited&) const = default;
 };
 
+struct Waiting;
+
+/// Gives an element its value that was printed before the value was there.
+class Resolver {
+public:
+    virtual void resolve(Waiting& waiting, Element& element, Moment moment) = 0;
+
+protected:
+    ~Resolver() = default;
+};
+
 /// An element on a page that waits for its value.
 struct Waiting {
-    Part* part = nullptr;
+    Resolver* resolver = nullptr;
     uint64_t page = 0;
     std::vector<uint32_t> path;   ///< index on the page, then within the frames
     std::shared_ptr<void> notes;  ///< what the part wants to remember until then
@@ -66,8 +76,8 @@ public:
     void put(Taken&& taken, int dx, int dy);
 
     void await(const Awaited& awaited, Waiting&& waiting);
-    /// Hands every element that waits for this moment to `give`, with what it wants to remember.
-    void resolve(const Awaited& awaited, const std::function<void(Waiting&, Element&)>& give);
+    /// Has every element that waits for this get its value of the moment.
+    void resolve(const Awaited& awaited, Moment moment);
 
     /// Sends what is left to the sink.
     void finish();

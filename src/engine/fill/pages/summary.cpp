@@ -1,157 +1,168 @@
-#include "engine/fill/pages/filler.h"
+#include "engine/fill/pages/summary.h"
 
 namespace velora::engine {
 
-void Filler::summary()
+Summary::Summary(Run& run, Bands& bands, PageSpace& space, BandPlacer& placer, ReportParts& parts, PageFrame& frame,
+                 Flow& flow)
+    : definition_(*run.plan.definition),
+      bands_(bands),
+      band_(bands.summary),
+      space_(space),
+      placer_(placer),
+      parts_(parts),
+      frame_(frame),
+      flow_(flow)
 {
-    x_ = page_.left;
-    if (!last_page_footer_.present()) {
-        summary_without_last_footer();
+}
+
+void Summary::print()
+{
+    space_.go_to_left_margin();
+    if (!bands_.last_page_footer.present()) {
+        without_last_footer();
     } else if (definition_.summary_with_page_header_and_footer) {
-        summary_with_page_bands();
+        with_page_bands();
     } else {
-        summary_alone();
+        alone();
     }
 }
 
-int Filler::summary_room() const
+// -------------------------------------------------------------------------------------------------- pieces of the way
+
+/// Room on a page of the summary.
+int Summary::room() const
 {
-    return page_room() - (definition_.summary_with_page_header_and_footer ? page_footer_.height() : 0);
+    return space_.page_room() - (definition_.summary_with_page_header_and_footer ? bands_.page_footer.height() : 0);
 }
 
-void Filler::next_summary_page(bool final)
+void Summary::next_page(bool is_last)
 {
-    end_page(Moment::Now, final);
-    add_page(false);
-    if (definition_.summary_with_page_header_and_footer) page_header(Moment::Now);
+    parts_.end_page(Moment::Now, is_last);
+    frame_.begin_page();
+    if (definition_.summary_with_page_header_and_footer) frame_.page_header(Moment::Now);
 }
 
-void Filler::last_page_bands()
+void Summary::last_page_bands()
 {
-    set_last_page();
-    close_page_bands(Moment::Now);
+    frame_.set_last_page();
+    frame_.footers(Moment::Now);
 }
 
-/// @return whether the summary is to stay here, as far as it fits; false when it must move to a page of its own
-bool Filler::begin_summary()
+void Summary::prepare_here()
 {
-    if (footers_) settle_footers();
-    summary_.evaluate(Moment::Now);
-    summary_.prepare(room());
-    return !summary_.must_move(at_top());
+    band_.evaluate(Moment::Now);
+    band_.prepare(space_.room());
+}
+
+/// Prints as much of the summary as fits below the last row. @return false when it must move to a page of its own
+bool Summary::begin_here()
+{
+    if (!frame_.bottom_footers().empty()) frame_.settle_bottom_footers();
+    prepare_here();
+    if (band_.must_move(space_.at_top())) return false;
+    placer_.place(band_, Moment::Now);
+    return true;
+}
+
+void Summary::move_to_next_page()
+{
+    next_page();
+    placer_.prepare_again(band_, Moment::Now, room());
+    placer_.place(band_, Moment::Now);
 }
 
 /// The summary begins on the page that has just been opened for it.
-void Filler::summary_on_new_page()
+void Summary::begin_on_new_page()
 {
-    summary_.evaluate(Moment::Now);
-    summary_.prepare(summary_room());
-    if (summary_.must_move(at_top())) {
-        if (definition_.summary_with_page_header_and_footer) page_footer(Moment::Now);
-        next_summary_page();
-        prepare_again(summary_, Moment::Now, summary_room());
+    band_.evaluate(Moment::Now);
+    band_.prepare(room());
+    if (band_.must_move(space_.at_top())) {
+        if (definition_.summary_with_page_header_and_footer) frame_.page_footer(Moment::Now);
+        next_page();
+        placer_.prepare_again(band_, Moment::Now, room());
     }
-    cut_if_hopeless(summary_, true);
-    place(summary_, x_, Moment::Now);
+    placer_.cut_if_hopeless(band_, true);
+    placer_.place(band_, Moment::Now);
 }
 
-void Filler::rest_of_summary()
+/// What goes over of the summary, and the footer of the last page.
+void Summary::rest()
 {
-    const bool page_bands = definition_.summary_with_page_header_and_footer;
-    int idle = 0;
-    while (summary_.goes_over()) {
-        const bool stuck = idle > 1;
-        if (stuck) {
-            warn_cut(summary_);
-        } else {
-            if (page_bands) page_footer(Moment::Now);
-            next_summary_page();
-        }
-        const uint64_t progress = run_.progress;
-        summary_.prepare(stuck ? summary_.height() : summary_room(), !stuck);
-        if (!stuck) cut_if_hopeless(summary_, true);
-        place(summary_, x_, Moment::Now);
-        idle = run_.progress == progress ? idle + 1 : 0;
-    }
-    resolve({model::EvaluationTime::Band, kNoGroup, &summary_}, Moment::Now);
-    if (!page_bands) return;
-    if (y_ > page_bottom() - last_page_footer_.height()) {
-        page_footer(Moment::Now);
-        next_summary_page();
-    }
-    if (last_page_footer_.present()) set_last_page();
-    page_footer(Moment::Now);
+    const bool has_page_bands = definition_.summary_with_page_header_and_footer;
+    const auto go_on = [&] {
+        if (has_page_bands) frame_.page_footer(Moment::Now);
+        next_page();
+    };
+    placer_.place_rest(band_, Moment::Now, true, {go_on, [&] { return room(); }, [] { return true; }, 1});
+    parts_.end_band(band_, Moment::Now);
+    if (!has_page_bands) return;
+    if (space_.y() > space_.page_bottom() - bands_.last_page_footer.height()) go_on();
+    if (bands_.last_page_footer.present()) frame_.set_last_page();
+    frame_.page_footer(Moment::Now);
 }
 
-void Filler::summary_without_last_footer()
+// ------------------------------------------------------------------------------------------------ the ways it can go
+
+void Summary::without_last_footer()
 {
-    const bool same_page =
-        !definition_.summary_new_page && (across_ || run_.column == 0) && summary_.break_height() <= room();
-    if (!same_page) {
-        close_page_bands(Moment::Now);
-        if (!summary_.decide(Moment::Now)) return;
-        next_summary_page();
-        summary_on_new_page();
-        rest_of_summary();
+    if (definition_.summary_new_page || !in_first_column() || !fits(space_.column_end())) {
+        frame_.footers(Moment::Now);
+        if (!decides()) return;
+        next_page();
+        begin_on_new_page();
+        rest();
         return;
     }
-    if (!summary_.decide(Moment::Now)) {
-        close_page_bands(Moment::Now);
+    if (!decides()) {
+        frame_.footers(Moment::Now);
         return;
     }
-    const bool stays = begin_summary();
-    if (stays) place(summary_, x_, Moment::Now);
-    close_page_bands(Moment::Now);
+    const bool stays = begin_here();
+    frame_.footers(Moment::Now);
     if (!stays) {
-        next_summary_page();
-        prepare_again(summary_, Moment::Now, summary_room());
-        place(summary_, x_, Moment::Now);
-        rest_of_summary();
-    } else if (summary_.goes_over()) {
-        next_summary_page();
-        summary_.prepare(summary_room());
-        place(summary_, x_, Moment::Now);
-        rest_of_summary();
+        move_to_next_page();
+        rest();
+    } else if (band_.goes_over()) {
+        next_page();
+        band_.prepare(room());
+        placer_.place(band_, Moment::Now);
+        rest();
     } else {
-        resolve({model::EvaluationTime::Band, kNoGroup, &summary_}, Moment::Now);
+        parts_.end_band(band_, Moment::Now);
     }
 }
 
 /// The last page has a footer of its own, and the summary's pages have the page bands.
-void Filler::summary_with_page_bands()
+void Summary::with_page_bands()
 {
-    const bool first_column = across_ || run_.column == 0;
-    const bool fits_begun = !definition_.summary_new_page && first_column && summary_.break_height() <= room();
-    const bool prints = summary_.decide(Moment::Now);
-    if (fits_begun && prints) {
-        if (begin_summary()) {
-            place(summary_, x_, Moment::Now);
-            if (!summary_.goes_over() && y_ <= last_column_footer_y_) set_last_page();
-            column_footers(Moment::Now);
+    const bool begins_here = !definition_.summary_new_page && in_first_column() && fits(space_.column_end());
+    const bool prints = decides();
+    if (begins_here && prints) {
+        if (begin_here()) {
+            if (!band_.goes_over() && fits_last_footer()) frame_.set_last_page();
+            frame_.column_footers(Moment::Now);
         } else {
-            close_page_bands(Moment::Now);
-            next_summary_page();
-            prepare_again(summary_, Moment::Now, summary_room());
-            place(summary_, x_, Moment::Now);
+            frame_.footers(Moment::Now);
+            move_to_next_page();
         }
-        rest_of_summary();
-    } else if (fits_begun) {
-        if (y_ > last_column_footer_y_) page_break(false, Moment::Now, Moment::Now, false);
+        rest();
+    } else if (begins_here) {
+        if (!fits_last_footer()) flow_.page_break(false, Moment::Now, Moment::Now, false);
         last_page_bands();
-    } else if (first_column && y_ <= last_column_footer_y_) {
+    } else if (in_first_column() && fits_last_footer()) {
         if (!prints) {
             last_page_bands();
             return;
         }
-        close_page_bands(Moment::Now);
-        next_summary_page();
-        summary_on_new_page();
-        rest_of_summary();
+        frame_.footers(Moment::Now);
+        next_page();
+        begin_on_new_page();
+        rest();
     } else {
-        close_page_bands(Moment::Now);
-        next_summary_page(false);
-        if (summary_.decide(Moment::Now)) summary_on_new_page();
-        rest_of_summary();
+        frame_.footers(Moment::Now);
+        next_page(false);
+        if (decides()) begin_on_new_page();
+        rest();
     }
 }
 

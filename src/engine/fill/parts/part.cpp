@@ -138,7 +138,7 @@ Element& Part::add(Emission& emission, const Style* style) const
 void Part::await(Emission& emission, Awaited awaited, std::shared_ptr<void> notes)
 {
     Waiting waiting;
-    waiting.part = this;
+    waiting.resolver = this;
     waiting.path = emission.path;
     waiting.path.push_back(static_cast<uint32_t>(emission.elements->size() - 1));
     waiting.notes = std::move(notes);

@@ -20,7 +20,7 @@ struct BandState {
 
 /// One element of a band or a frame while it is filled. The order of calls is `evaluate`, then `prepare` and `emit`
 /// for every page or column that it goes over.
-class Part {
+class Part : public Resolver {
 public:
     Part(Run& run, const PartPlan& plan, const BandState& band);
     virtual ~Part() = default;
@@ -37,8 +37,7 @@ public:
     virtual void emit(Emission& emission) = 0;
     /// Forgets what was printed, so that all of it is printed again.
     virtual void rewind() {}
-    /// Gives an element its value that was printed before the value was there.
-    virtual void resolve(Waiting& waiting, Element& element, Moment moment);
+    void resolve(Waiting& waiting, Element& element, Moment moment) override;
     virtual void set_stretch_height(int height);
     /// Grows to a height that its surroundings ask for; never under its own. @return whether it did
     virtual bool stretch_to(int height);
