@@ -1,5 +1,6 @@
 #include <string_view>
 
+#include "engine/definition/checks.h"
 #include "engine/definition/reader.h"
 
 /// Any bytes as a definition and as a style template: read, or refused with a message.

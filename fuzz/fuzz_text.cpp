@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "engine/text/font_store.h"
+#include "engine/text/markup.h"
 #include "engine/text/measurer.h"
 
 /// Any bytes as text, as styled text and as HTML in a box: laid out to the end, in lines that follow each other.

@@ -71,7 +71,7 @@ public:
     {
         close();
         const Command query = command(trimmed(search), column, descending);
-        rows_ = open_query(state_, {query, query}, Cursor::Forward);
+        rows_ = stream_query(state_, {query, query});
         if (!move_to_first(*rows_)) close();
     }
 
@@ -133,7 +133,7 @@ private:
     SessionState& state_;
     const Table& table_;
     bool own_only_;
-    std::shared_ptr<Recordset> rows_;
+    std::unique_ptr<Rows> rows_;
 };
 
 }  // namespace

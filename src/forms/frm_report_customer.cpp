@@ -157,8 +157,7 @@ void frmReport::Get_VLReportCustomer(size_t index, bool pByID, int32_t pCustomer
             sql_server += "([CustomerNumber]='" + number + "');";
             pervasive += "(CustomerNumber='" + number + "')";
         }
-        const auto rows =
-            open_query(state_, {Command::statement(sql_server), Command::statement(pervasive)}, Cursor::Forward);
+        const auto rows = stream_query(state_, {Command::statement(sql_server), Command::statement(pervasive)});
         if (move_to_first(*rows)) {
             tbxCustomer[index].set_text(trimmed_text(rows->value("CustomerNumber")));
             lblCompany[index].set_caption(trimmed_text(rows->value("cuFullName")) + " ");
@@ -172,14 +171,15 @@ void frmReport::Get_VLReportCustomer(size_t index, bool pByID, int32_t pCustomer
 void frmReport::Get_APReportCustomerInfo(size_t index, const std::string& pNumber)
 {
     with_failure_path(state_, ErrorACCPAC, "frmReport.Get_APReportCustomerInfo", [&] {
-        OpenedView customers(state_, "AR0024");
-        const std::string number(trimmed(pNumber));
-        customers.browse("IDCUST = " + number);
-        if (customers.fetch()) {
-            tbxCustomer[index].set_text(number);
-            lblCompany[index].set_caption(customers.text("NAMECUST") + " ");
+        {
+            OpenedView customers(state_, "AR0024");
+            const std::string number(trimmed(pNumber));
+            customers.browse("IDCUST = " + number);
+            if (customers.fetch()) {
+                tbxCustomer[index].set_text(number);
+                lblCompany[index].set_caption(customers.text("NAMECUST") + " ");
+            }
         }
-        customers.close();
         customer_found();
     });
 }

@@ -143,11 +143,9 @@ bool frmReport::Check_QuantAsInt()
     bool whole = false;
     with_failure_path(state_, ErrorADO, "frmReport.Check_QuantAsInt", [&] {
         const std::string company = doubled_quotes(company_id(state_));
-        const auto rows =
-            open_query(state_,
-                       {Command::statement("SELECT [Configure] FROM Defaults WHERE ([Company] = '" + company + "');"),
-                        Command::statement("SELECT Configure FROM Defaults WHERE (Company = '" + company + "')")},
-                       Cursor::Forward);
+        const auto rows = open_query(
+            state_, {Command::statement("SELECT [Configure] FROM Defaults WHERE ([Company] = '" + company + "');"),
+                     Command::statement("SELECT Configure FROM Defaults WHERE (Company = '" + company + "')")});
         if (move_to_first(*rows)) {
             const Value& configure = rows->value("Configure");
             whole = !configure.is_null() && to_number(configure) == 2;

@@ -98,8 +98,7 @@ bool frmReport::Valid_QuoteNumber(const std::string& pNumber)
             state_,
             {Command::statement("SELECT [QuoteID],[QuoteNumber] FROM [Quote] WHERE ([QuoteNumber] = '" + number +
                                 "');"),
-             Command::statement("SELECT QuoteID,QuoteNumber FROM Quote WHERE (QuoteNumber = '" + number + "')")},
-            Cursor::Forward);
+             Command::statement("SELECT QuoteID,QuoteNumber FROM Quote WHERE (QuoteNumber = '" + number + "')")});
         found = !rows->is_empty();
         rows->Close();
     });
@@ -125,8 +124,7 @@ void frmReport::Get_QuoteInformation(bool pByID, int32_t pQuoteID, const std::st
             pervasive += "quPrPickSlip,quPrConfirm FROM Quote WHERE (QuoteNumber='" + number + "')";
         }
         // All rows at once: the lookups behind the lines ask on the same connection.
-        const auto rows =
-            open_query(state_, {Command::statement(sql_server), Command::statement(pervasive)}, Cursor::Client);
+        const auto rows = open_query(state_, {Command::statement(sql_server), Command::statement(pervasive)});
         if (move_to_first(*rows)) {
             show_quote(*rows);
             if (!pByID) state_.gQuoteID = to_int32(rows->value("QuoteID"));

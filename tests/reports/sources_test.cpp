@@ -3,6 +3,7 @@
 #include "reports/customer_list.h"
 #include "reports/quote_company.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 // Where each field of a document comes from: every column and every view field holds a value of its own, so that a
 // field that reads its neighbour shows it.

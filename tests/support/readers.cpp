@@ -124,7 +124,7 @@ private:
         const char32_t character = lead_ != 0 ? 0x10000 + ((lead_ & 0x3FFU) << 10 | (unit & 0x3FFU)) : unit;
         lead_ = 0;
         std::string utf8;
-        engine::append_utf8(utf8, character);
+        append_utf8(utf8, character);
         put(utf8);
     }
     void put(const std::string& text)

@@ -5,6 +5,7 @@
 #include "adapters/ini/ini_file.h"
 #include "values/fault.h"
 #include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora {
 

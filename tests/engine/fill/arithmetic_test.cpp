@@ -1,4 +1,4 @@
-#include "engine/fill/arithmetic.h"
+#include "engine/fill/rows/arithmetic.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "engine/fill/held_page.h"
+#include "engine/fill/book/held_page.h"
 
 #include <gtest/gtest.h>
 
