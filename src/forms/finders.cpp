@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "forms/desk.h"
+#include "forms/form_desk.h"
 #include "forms/frm_finder.h"
 
 namespace velora::forms {
@@ -10,7 +10,7 @@ namespace velora::forms {
 namespace {
 
 /// What the person chose, by a form or by whoever answers in its place; blank for nothing.
-std::string find(Desk& desk, FinderSort sort, const std::string& caption, std::unique_ptr<FinderRows> rows,
+std::string find(FormDesk& desk, FinderSort sort, const std::string& caption, std::unique_ptr<FinderRows> rows,
                  std::string_view search)
 {
     if (std::string answer; desk.answer_finder && desk.answer_finder(sort, answer)) return answer;

@@ -5,8 +5,8 @@
 
 #include "forms/button_style.h"
 #include "forms/company_rules.h"
-#include "forms/desk.h"
 #include "forms/file_dialogs.h"
+#include "forms/form_desk.h"
 #include "forms/frm_report.h"
 #include "forms/paths.h"
 #include "reports/kinds.h"
@@ -64,7 +64,7 @@ bool is_file(const std::string& path)
 
 }  // namespace
 
-frmAdd::frmAdd(Desk& desk) : Form("frmAdd"), desk_(desk), state_(desk.state())
+frmAdd::frmAdd(FormDesk& desk) : Form("frmAdd"), desk_(desk), state_(desk.state())
 {
     lblInfo.set_caption("Enter or Select a Report to add to Velora.");
     optPipe.set_caption("Data Pipe Report");

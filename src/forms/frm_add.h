@@ -9,12 +9,12 @@
 
 namespace velora::forms {
 
-class Desk;
+class FormDesk;
 
 /// Adds a definition to the list that is open on the selection form.
 class frmAdd final : public Form {
 public:
-    explicit frmAdd(Desk& desk);
+    explicit frmAdd(FormDesk& desk);
     void load() override;
     [[nodiscard]] Control* first_focus() override { return &optPipe; }
 
@@ -41,7 +41,7 @@ private:
     bool refuse(const MessageBox& box);
     bool can_be_added();
 
-    Desk& desk_;
+    FormDesk& desk_;
     SessionState& state_;
     std::string m_File;
     std::string m_Name;

@@ -6,8 +6,8 @@
 #include "delivery/export.h"
 #include "forms/button_style.h"
 #include "forms/company_rules.h"
-#include "forms/desk.h"
 #include "forms/file_dialogs.h"
+#include "forms/form_desk.h"
 #include "reports/report_lists.h"
 #include "session/error_messengers.h"
 #include "session/value_helpers.h"
@@ -64,7 +64,8 @@ std::string_view node_at_load(int frame)
 
 }  // namespace
 
-frmConfigure::frmConfigure(Desk& desk, WhichFrame pFrame) : Form("frmConfigure"), state_(desk.state()), asked_(pFrame)
+frmConfigure::frmConfigure(FormDesk& desk, WhichFrame pFrame)
+    : Form("frmConfigure"), state_(desk.state()), asked_(pFrame)
 {
     name_controls();
     wire();

@@ -12,12 +12,12 @@
 
 namespace velora::forms {
 
-class Desk;
+class FormDesk;
 
 /// The reporting options of a user for a company. Nothing is written before OK.
 class frmConfigure final : public Form {
 public:
-    frmConfigure(Desk& desk, WhichFrame pFrame);
+    frmConfigure(FormDesk& desk, WhichFrame pFrame);
     void load() override;
     [[nodiscard]] Control* first_focus() override { return &tvwDefault; }
     /// Shows a pane and chooses its node, as at load.

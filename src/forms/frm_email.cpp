@@ -1,8 +1,8 @@
 #include "forms/frm_email.h"
 
 #include "forms/button_style.h"
-#include "forms/desk.h"
 #include "forms/file_dialogs.h"
+#include "forms/form_desk.h"
 #include "session/error_messengers.h"
 #include "session/settings.h"
 #include "session/value_helpers.h"
@@ -67,7 +67,7 @@ private:
     frmEmail& form_;
 };
 
-frmEmail::frmEmail(Desk& desk) : Form("frmEmail"), desk_(desk), state_(desk.state())
+frmEmail::frmEmail(FormDesk& desk) : Form("frmEmail"), desk_(desk), state_(desk.state())
 {
     name_controls();
     wire();

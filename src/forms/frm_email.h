@@ -7,12 +7,12 @@
 
 namespace velora::forms {
 
-class Desk;
+class FormDesk;
 
 /// Composes one e-mail and sends it.
 class frmEmail final : public Form {
 public:
-    explicit frmEmail(Desk& desk);
+    explicit frmEmail(FormDesk& desk);
     void load() override;
     [[nodiscard]] Control* first_focus() override { return &tbxSubject; }
 
@@ -58,7 +58,7 @@ private:
     void poSendMail_SendSuccesful();
     void poSendMail_SendFailed(const std::string& explanation);
 
-    Desk& desk_;
+    FormDesk& desk_;
     SessionState& state_;
     bool changed_ = false;  ///< one flag for the four address boxes
 };

@@ -5,7 +5,7 @@
 
 #include "forms/button_style.h"
 #include "forms/company_rules.h"
-#include "forms/desk.h"
+#include "forms/form_desk.h"
 #include "session/error_messengers.h"
 #include "session/lists.h"
 #include "session/value_helpers.h"
@@ -53,7 +53,7 @@ Menu menu_of(std::string caption, const ControlArray<MenuEntry>& entries, std::s
 
 }  // namespace
 
-frmReport::frmReport(Desk& desk) : Form("frmReport"), desk_(desk), state_(desk.state())
+frmReport::frmReport(FormDesk& desk) : Form("frmReport"), desk_(desk), state_(desk.state())
 {
     name_controls();
     wire_menus();

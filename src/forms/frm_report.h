@@ -11,13 +11,13 @@
 
 namespace velora::forms {
 
-class Desk;
+class FormDesk;
 
 /// The report selection form: a kind from the menu, a report of the kind's list, the criteria that it needs, and then
 /// to paper, to a window, to a file or by e-mail.
 class frmReport final : public Form {
 public:
-    explicit frmReport(Desk& desk);
+    explicit frmReport(FormDesk& desk);
     void load() override;
     [[nodiscard]] Control* first_focus() override { return &lstReports; }
 
@@ -141,7 +141,7 @@ private:
     void keep_range(size_t index, bool from_was_set);
     [[nodiscard]] DateTime date_in_box(const TextBox& box);
 
-    Desk& desk_;
+    FormDesk& desk_;
     SessionState& state_;
     int32_t m_CustomerID = 0;
     std::string m_AccPacID;

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "forms/builder_call.h"
-#include "forms/desk.h"
+#include "forms/form_desk.h"
 #include "forms/frm_add.h"
 #include "forms/frm_report.h"
 #include "reports/report_lists.h"

@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "forms/desk.h"
 #include "forms/finders.h"
+#include "forms/form_desk.h"
 #include "forms/frm_report.h"
 #include "gateway/accounting_lookups.h"
 #include "gateway/database_lookups.h"

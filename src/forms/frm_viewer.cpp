@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <numeric>
 
-#include "forms/desk.h"
+#include "forms/form_desk.h"
 #include "forms/page_search.h"
 #include "platform/export_formats.h"
 #include "session/error_messengers.h"
@@ -38,7 +38,7 @@ const ExportFormatRecord* format_of(const std::string& path)
 
 }  // namespace
 
-frmViewer::frmViewer(Desk& desk, int number, std::shared_ptr<PageView> pages, const std::string& caption)
+frmViewer::frmViewer(FormDesk& desk, int number, std::shared_ptr<PageView> pages, const std::string& caption)
     : Form("frmViewer " + std::to_string(number)),
       desk_(desk),
       state_(desk.state()),

@@ -13,13 +13,13 @@
 
 namespace velora::forms {
 
-class Desk;
+class FormDesk;
 
 /// Shows finished pages. It holds them alone: what the report was made from may be gone.
 class frmViewer final : public Form {
 public:
     /// @param number  which viewer of the program it is
-    frmViewer(Desk& desk, int number, std::shared_ptr<PageView> pages, const std::string& caption);
+    frmViewer(FormDesk& desk, int number, std::shared_ptr<PageView> pages, const std::string& caption);
     void load() override;
     void unloaded() override;
     [[nodiscard]] Control* first_focus() override { return &caxrViewer; }
@@ -70,7 +70,7 @@ private:
     void print_pages();
     void export_to_file();
 
-    Desk& desk_;
+    FormDesk& desk_;
     SessionState& state_;
     std::shared_ptr<PageView> pages_;
     size_t page_ = 1;

@@ -5,6 +5,21 @@
 
 namespace velora::forms {
 
+bool Button::press_shortcut(std::string_view key)
+{
+    if (key != shortcut) return false;
+    // The key that accepts leaves the box as a click does; the one that gives up asks nothing.
+    if (is_usable() && (key != kAcceptKey || form().enter(*this))) press();
+    return true;
+}
+
+bool MenuEntry::press_shortcut(std::string_view key)
+{
+    if (key != shortcut) return false;
+    if (is_usable()) press();
+    return true;
+}
+
 void CheckBox::set_value(int value)
 {
     constexpr int kGreyed = 2;

@@ -17,6 +17,7 @@ public:
     [[nodiscard]] const std::string& caption() const { return caption_; }
     void set_caption(std::string caption) { caption_ = std::move(caption); }
     std::string shortcut;  ///< the key that presses it from anywhere in the form; blank for none
+    bool press_shortcut(std::string_view key) override;
 
     // The look of the product's own push button.
     int16_t ButtonType = 2;
@@ -84,6 +85,7 @@ public:
     using Clickable::Clickable;
     [[nodiscard]] bool is_separator() const { return caption() == "-"; }
     std::string shortcut;  ///< blank for none
+    bool press_shortcut(std::string_view key) override;
     void accept(ControlVisitor& visitor) const override;
 };
 

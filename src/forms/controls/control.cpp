@@ -1,8 +1,5 @@
 #include "forms/controls/control.h"
 
-#include "forms/controls/form.h"
-#include "forms/controls/frame.h"
-
 namespace velora::forms {
 
 void Event::handle(std::string handler, std::function<void()> procedure)
@@ -18,7 +15,8 @@ bool Event::fire() const
     return true;
 }
 
-Control::Control(Form& form, std::string name, Frame* around) : form_(form), name_(std::move(name)), around_(around)
+Control::Control(ControlHolder& form, std::string name, const Control* around)
+    : form_(form), name_(std::move(name)), around_(around)
 {
     form_.enrol(*this);
 }

@@ -3,20 +3,44 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "forms/controls/notice.h"
 
 namespace velora::forms {
 
-class Form;
-class Frame;
+class Control;
 class ControlVisitor;
+
+/// What controls ask of the form on which they stand.
+class ControlHolder {
+public:
+    ControlHolder() = default;
+    ControlHolder(const ControlHolder&) = delete;
+    ControlHolder& operator=(const ControlHolder&) = delete;
+    virtual ~ControlHolder() = default;
+
+    /// In the order in which they were declared, which is the order of the Tab key.
+    [[nodiscard]] virtual const std::vector<Control*>& controls() const = 0;
+    /// Moves the focus, if the check of the box that has it lets go. False when it stays where it was.
+    virtual bool enter(Control& control) = 0;
+    /// Presses the button or menu entry that a key stands for. False when the key means nothing here.
+    virtual bool press_shortcut(std::string_view key) = 0;
+    /// Runs a procedure of the form; a fault in it ends it and is told under "form.handler", a number of the form left
+    /// out.
+    virtual void run(const std::string& handler, const std::function<void()>& procedure) = 0;
+
+protected:
+    friend class Control;
+    virtual void enrol(Control& control) = 0;
+    virtual void release_focus_within(const Control& gone) = 0;
+};
 
 /// Something happens to a control and the form's procedure for it runs. A fault in the procedure ends it and is told
 /// by the form; it never reaches the one who made the event happen.
 class Event {
 public:
-    explicit Event(Form& form) : form_(form) {}
+    explicit Event(ControlHolder& form) : form_(form) {}
 
     /// @param handler  the procedure's name without the form's, such as "tbxQuote_Change"
     void handle(std::string handler, std::function<void()> procedure);
@@ -24,23 +48,25 @@ public:
     bool fire() const;
 
 private:
-    Form& form_;
+    ControlHolder& form_;
     std::string handler_;
     std::function<void()> procedure_;
 };
 
 /// A named part of a form. Members of a control array carry their index in the name: "optAll(0)".
 class Control {
+    ControlHolder& form_;  // before the events, which are made with it
+
 public:
     /// Enrols itself in the form, which outlives it; so does the frame around it.
-    Control(Form& form, std::string name, Frame* around = nullptr);
+    Control(ControlHolder& form, std::string name, const Control* around = nullptr);
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
     virtual ~Control() = default;
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    [[nodiscard]] Form& form() const { return form_; }
-    [[nodiscard]] Frame* around() const { return around_; }
+    [[nodiscard]] ControlHolder& form() const { return form_; }
+    [[nodiscard]] const Control* around() const { return around_; }  ///< a frame; null for none
 
     // The control's own flags. A control that is hidden or disabled loses the focus without its check.
     [[nodiscard]] bool visible() const { return visible_; }
@@ -61,6 +87,8 @@ public:
 
     /// A key in the control. @return false when the control has nothing for it
     bool press_key(std::string_view key);
+    /// Presses the control if the key stands for it from anywhere in the form. @return false when it does not
+    virtual bool press_shortcut(std::string_view) { return false; }
     void on_key(std::string key, std::string handler, std::function<void()> procedure);
 
     /// Asked before the focus leaves for another control; false keeps it.
@@ -74,9 +102,8 @@ public:
     virtual void accept(ControlVisitor& visitor) const = 0;
 
 private:
-    Form& form_;
     std::string name_;
-    Frame* around_;
+    const Control* around_;
     bool visible_ = true;
     bool enabled_ = true;
     std::string tip_;

@@ -14,12 +14,12 @@ template <class Sort>
 class ControlArray {
 public:
     /// One member for each frame of `around`; a null stands for the form itself.
-    ControlArray(Form& form, const std::string& name, std::initializer_list<Frame*> around)
+    ControlArray(ControlHolder& form, const std::string& name, std::initializer_list<const Control*> around)
     {
-        for (Frame* frame : around) add(form, name, frame);
+        for (const Control* frame : around) add(form, name, frame);
     }
     /// So many members in one frame, or on the form.
-    ControlArray(Form& form, const std::string& name, size_t count, Frame* around = nullptr)
+    ControlArray(ControlHolder& form, const std::string& name, size_t count, const Control* around = nullptr)
     {
         while (members_.size() < count) add(form, name, around);
     }
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] size_t size() const { return members_.size(); }
 
 private:
-    void add(Form& form, const std::string& name, Frame* around)
+    void add(ControlHolder& form, const std::string& name, const Control* around)
     {
         members_.push_back(std::make_unique<Sort>(form, name + "(" + std::to_string(members_.size()) + ")", around));
     }

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "forms/controls/buttons.h"
-
 namespace velora::forms {
 
 void Form::set_caption(const std::string& caption)
@@ -59,18 +57,7 @@ void Form::release_focus_within(const Control& gone)
 bool Form::press_shortcut(std::string_view key)
 {
     if (key.empty()) return false;
-    for (Control* control : controls_) {
-        if (const auto* entry = dynamic_cast<MenuEntry*>(control); entry != nullptr && entry->shortcut == key) {
-            if (entry->is_usable()) entry->press();
-            return true;
-        }
-        if (auto* button = dynamic_cast<Button*>(control); button != nullptr && button->shortcut == key) {
-            // The key that accepts leaves the box as a click does; the one that gives up asks nothing.
-            if (button->is_usable() && (key != kAcceptKey || enter(*button))) button->press();
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(controls_, [&](Control* control) { return control->press_shortcut(key); });
 }
 
 void Form::unload()

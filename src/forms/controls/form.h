@@ -27,12 +27,9 @@ inline constexpr std::string_view kGiveUpKey = "Escape";
 enum class Pointer : uint8_t { Default = 0, Hourglass = 11 };
 
 /// A window as values: its controls by name, the focus among them, and what happens in it.
-class Form {
+class Form : public ControlHolder {
 public:
     explicit Form(std::string name) : name_(std::move(name)) {}
-    Form(const Form&) = delete;
-    Form& operator=(const Form&) = delete;
-    virtual ~Form() = default;
 
     /// The sort of form, and behind a blank which of several it is.
     [[nodiscard]] const std::string& name() const { return name_; }
@@ -43,15 +40,12 @@ public:
     [[nodiscard]] Pointer pointer() const { return pointer_; }
     void set_pointer(Pointer pointer);
 
-    /// In the order in which they were declared, which is the order of the Tab key.
-    [[nodiscard]] const std::vector<Control*>& controls() const { return controls_; }
+    [[nodiscard]] const std::vector<Control*>& controls() const override { return controls_; }
     [[nodiscard]] Control* find(std::string_view name) const;
 
     [[nodiscard]] Control* focus() const { return focus_; }  ///< null when it is nowhere
-    /// Moves the focus, if the check of the box that has it lets go. False when it stays where it was.
-    bool enter(Control& control);
-    /// Presses the button or menu entry that a key stands for. False when the key means nothing here.
-    bool press_shortcut(std::string_view key);
+    bool enter(Control& control) override;
+    bool press_shortcut(std::string_view key) override;
 
     std::vector<Menu> menus;
     Menu popup;  ///< for a right click; without entries there is none
@@ -66,9 +60,7 @@ public:
     virtual void unloaded() {}
     [[nodiscard]] bool is_unloaded() const { return unloaded_; }
 
-    /// Runs a procedure of the form; a fault in it ends it and is told under "form.handler", a number of the form left
-    /// out.
-    void run(const std::string& handler, const std::function<void()>& procedure);
+    void run(const std::string& handler, const std::function<void()>& procedure) override;
     /// Who tells a fault of a handler, and who takes an unloaded form off the screen.
     std::function<void(const std::string& procedure, const Fault& caught)> tell_fault;
     std::function<void()> take_away;
@@ -77,9 +69,8 @@ public:
     Notice<> focus_changed;
 
 private:
-    friend class Control;
-    void enrol(Control& control) { controls_.push_back(&control); }
-    void release_focus_within(const Control& gone);
+    void enrol(Control& control) override { controls_.push_back(&control); }
+    void release_focus_within(const Control& gone) override;
     void move_focus(Control* to);
 
     std::string name_;

@@ -1,7 +1,6 @@
 #include "forms/controls/frame.h"
 
 #include "forms/controls/control_visitor.h"
-#include "forms/controls/page_area.h"
 
 namespace velora::forms {
 
@@ -18,11 +17,6 @@ void Label::accept(ControlVisitor& visitor) const
 }
 
 void Frame::accept(ControlVisitor& visitor) const
-{
-    visitor.visit(*this);
-}
-
-void PageArea::accept(ControlVisitor& visitor) const
 {
     visitor.visit(*this);
 }

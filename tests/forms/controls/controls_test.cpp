@@ -166,6 +166,16 @@ TEST(Focus, MovesToWhatCanBeUsedAndTakesIt)
     EXPECT_THAT(form.taken(), ElementsAre("out"));
 }
 
+TEST(Focus, AFaultWhileItComesOrGoesIsToldByTheForm)
+{
+    Noted form;
+    form.box.got_focus.handle("box_GotFocus", [] { throw fault::of(fault::kPropertyValue); });
+    form.box.lost_focus.handle("box_LostFocus", [] { throw fault::of(fault::kPropertyValue); });
+    EXPECT_TRUE(form.enter(form.box));
+    EXPECT_TRUE(form.enter(form.list));
+    EXPECT_THAT(form.taken(), ElementsAre("frmNoted.box_GotFocus 380", "frmNoted.box_LostFocus 380"));
+}
+
 TEST(Focus, StaysWhereTheCheckKeepsIt)
 {
     Noted form;
