@@ -106,10 +106,14 @@ public:
         columns_.insert(find(field) + 1, added.begin(), added.end());
         return *this;
     }
-    ColumnList& append(std::initializer_list<Column<Source>> added)
+    ColumnList& append(std::span<const Column<Source>> added)
     {
         columns_.insert(columns_.end(), added.begin(), added.end());
         return *this;
+    }
+    ColumnList& append(std::initializer_list<Column<Source>> added)
+    {
+        return append(std::span(added.begin(), added.size()));
     }
 
     [[nodiscard]] const std::vector<Column<Source>>& columns() const { return columns_; }

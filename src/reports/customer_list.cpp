@@ -3,15 +3,17 @@
 #include <array>
 
 #include "reports/company_block.h"
+#include "reports/list_report.h"
 #include "reports/pipe_writer.h"
-#include "reports/run_frame.h"
 #include "session/query.h"
 
 namespace velora {
 
 namespace {
 
-constexpr Builder kBuilder{"Print_CustomerList", kToleratedByLists};
+const ListReport kList{.procedure = "Print_CustomerList",
+                       .nothing = "There are no Customers in the database to place on the report.",
+                       .export_name = "Customer List"};
 
 /// The customer in hand.
 struct CustomerRow {
@@ -100,20 +102,9 @@ void write_rows(ReportRun& run, const CustomerFields& fields, Rows& rows, DataPi
 
 RunEnd Print_CustomerList(SessionState& state, const std::string& pReportString, bool pPreview, bool pExportIt)
 {
-    return run_report(state, kBuilder, {pReportString, pPreview, pExportIt}, [&](ReportRun& run) {
-        run.open_definition();
-        const CustomerFields fields;
-        DataPipeRecordset pipe(fields.fields(), state.log);
-        const auto rows = customers_to_list(state);
-        if (!move_to_first(*rows)) {
-            return no_data(state, "There are no Customers in the database to place on the report.");
-        }
-        write_rows(run, fields, *rows, pipe);
-        rows->Close();
-        run.attach(pipe);
-        run.choose_printer();
-        return run.route([&] { return dated_name(state, "Customer List"); });
-    });
+    const CustomerFields fields;
+    return run_list(state, kList, {pReportString, pPreview, pExportIt}, fields.fields(), customers_to_list,
+                    [&](ReportRun& run, Rows& rows, DataPipeRecordset& pipe) { write_rows(run, fields, rows, pipe); });
 }
 
 std::vector<PipeField> customer_list_fields()

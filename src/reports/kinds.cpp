@@ -4,7 +4,9 @@
 
 #include "reports/custom_report.h"
 #include "reports/customer_list.h"
+#include "reports/item_list.h"
 #include "reports/quote_report.h"
+#include "reports/win_loss.h"
 
 namespace velora {
 
@@ -13,6 +15,21 @@ namespace {
 constexpr std::string_view kOrderCaption = "Velora - Order Report Selection";
 constexpr std::string_view kOrderCriteria = "Order Report Criteria";
 constexpr std::string_view kOrderList = "_OrderReports.ini";
+
+/// A list without criteria.
+template <auto Print>
+RunEnd print_all(SessionState& state, const Selection&, const Delivery& how)
+{
+    return Print(state, how.report_string, how.preview, how.export_it);
+}
+
+/// A list of the quotes of a period and a customer.
+template <auto Print>
+RunEnd print_period(SessionState& state, const Selection& what, const Delivery& how)
+{
+    return Print(state, how.report_string, what.all_dates, static_cast<int16_t>(what.customer_from), what.from, what.to,
+                 what.accounting_customer, what.customer_id, how.preview, how.export_it);
+}
 
 constexpr auto kKinds =
     std::to_array<ReportKind>(
@@ -60,10 +77,7 @@ constexpr auto kKinds =
                 .list_file = "_CustomerListReports.ini",
                 .shipped = {"Customer List"},
                 .fields = customer_list_fields,
-                .print =
-                    [](SessionState& state, const Selection&, const Delivery& how) {
-                        return Print_CustomerList(state, how.report_string, how.preview, how.export_it);
-                    },
+                .print = print_all<Print_CustomerList>,
             },
             {
                 .name = "items",
@@ -75,6 +89,8 @@ constexpr auto kKinds =
                 .list_text = "Item List Reports",
                 .list_file = "_ItemListReports.ini",
                 .shipped = {"Item List"},
+                .fields = item_list_fields,
+                .print = print_all<Print_ItemList>,
             },
             {
                 .name = "win-loss",
@@ -88,6 +104,8 @@ constexpr auto kKinds =
                 .list_file = "_WinLossReports.ini",
                 .shipped = {"Win Loss"},
                 .criteria = {.period = true},
+                .fields = win_loss_fields,
+                .print = print_period<Print_WinLoss>,
             },
             {
                 .name = "lost-reasons",

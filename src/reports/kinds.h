@@ -7,14 +7,12 @@
 #include <vector>
 
 #include "reports/data_pipe.h"
+#include "reports/quote_criteria.h"
 #include "reports/run_frame.h"
 #include "session/enumerations.h"
 #include "session/session_state.h"
 
 namespace velora {
-
-/// Whose quotes a list is about; the numbers are those of the builders' argument.
-enum class CustomerFrom : int16_t { Anybody = 0, Accounting = 1, Own = 2 };
 
 /// What one run is about. A builder reads what the criteria of its kind name.
 struct Selection {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "reports/pipe_layout.h"
 #include "session/session_state.h"
 
@@ -36,7 +38,16 @@ public:
         }
     }
 
-    /// The same where the whole document shares the values: on the first row, and carried to all others.
+    /// The same where the values were worked out before; without any of them nothing is written.
+    template <class Source>
+    void write_values(const Section<Source>& section, std::span<const Value> values)
+    {
+        for (size_t at = 0; at < values.size(); ++at) {
+            statements_.attempt(section.columns[at].name, [&] { put(section.first + at, Outcome::cell(values[at])); });
+        }
+    }
+
+    /// As `write` where the whole document shares the values: on the first row, and carried to all others.
     template <class Source>
     void write_once(const Section<Source>& section, Source& source)
     {

@@ -60,7 +60,7 @@ TEST_F(CommandLine, HelpNamesEveryCommandAndTheExitStatus)
     for (const char* command : {"lists", "add-report", "remove-report", "fields"}) {
         EXPECT_THAT(run({command, "--help"}).out, HasSubstr("quote, ")) << command << " names the kinds";
     }
-    for (const char* missing : {"picking-slip", "win-loss", "options", "e-mail"}) {
+    for (const char* missing : {"picking-slip", "options", "e-mail"}) {
         EXPECT_THAT(ran.out, Not(HasSubstr(missing))) << "not part of this build";
     }
 }
@@ -72,8 +72,6 @@ TEST_F(CommandLine, WhatThisBuildLacksSaysSoInABox)
         {"picking-slip", "1", "--whole-quantities"},
         {"checklist", "1"},
         {"expiration"},
-        {"items"},
-        {"win-loss", "--from", "2026-01-01", "--to", "2026-02-01"},
         {"lost-reasons"},
         {"back-orders"},
         {"overview", "--status", "4", "--reason", "1"},
