@@ -115,8 +115,9 @@ int64_t DateTime::unix_milliseconds() const
 
 DateTime DateTime::from_unix_milliseconds(int64_t milliseconds)
 {
-    constexpr int64_t kLimit = 200'000'000'000'000;  // within the years 1 to 9999
-    const int64_t seconds = std::clamp(milliseconds, -kLimit / 4, kLimit) / 1000 - (milliseconds % 1000 < 0 ? 1 : 0);
+    constexpr int64_t kFirst = -62'135'596'800'000, kLast = 253'402'300'799'000;  // the years 1 to 9999
+    const int64_t held = std::clamp(milliseconds, kFirst, kLast);
+    const int64_t seconds = held / 1000 - (held % 1000 < 0 ? 1 : 0);
     int64_t day = seconds / kSecondsOfDay;
     int64_t second = seconds % kSecondsOfDay;
     if (second < 0) {

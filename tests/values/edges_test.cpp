@@ -133,5 +133,18 @@ TEST(TextEdges, ReplacingAndCuttingEndWhateverIsAsked)
     EXPECT_EQ(NameHash{}("QuoteID"), NameHash{}("QUOTEID"));
 }
 
+TEST(DateTimeEdges, MillisecondsReachFromTheFirstYearToTheLast)
+{
+    for (const char* day : {"0001-01-01", "1582-10-04", "1899-12-30", "1969-12-31T23:59:59", "9999-12-31T23:59:59"}) {
+        const auto date = DateTime::from_iso(day);
+        ASSERT_TRUE(date) << day;
+        EXPECT_EQ(DateTime::from_unix_milliseconds(date->unix_milliseconds()).iso(), day);
+    }
+    EXPECT_EQ(DateTime::from_unix_milliseconds(-1).iso(), "1969-12-31T23:59:59")
+        << "a part of a second is lost downwards";
+    EXPECT_EQ(DateTime::from_unix_milliseconds(INT64_MAX).iso(), "9999-12-31T23:59:59");
+    EXPECT_EQ(DateTime::from_unix_milliseconds(INT64_MIN).iso(), "0001-01-01");
+}
+
 }  // namespace
 }  // namespace velora

@@ -1,5 +1,6 @@
 #include <unicode/calendar.h>
 #include <unicode/dtfmtsym.h>
+#include <unicode/gregocal.h>
 #include <unicode/locid.h>
 #include <unicode/numsys.h>
 #include <unicode/smpdtfmt.h>
@@ -271,13 +272,14 @@ std::shared_ptr<const Formatter> make_date_formatter(std::string_view given, con
         zoned ? icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(time_zone))
               : icu::TimeZone::getGMT()->clone());
     std::unique_ptr<icu::Calendar> calendar;
-    if (zoned) calendar.reset(icu::Calendar::createInstance(*zone, icu_locale, status));
+    if (zoned) calendar = std::make_unique<icu::GregorianCalendar>(*zone, icu_locale, status);
     const std::unique_ptr<icu::NumberingSystem> digits(icu::NumberingSystem::createInstance(icu_locale, status));
     if (U_FAILURE(status)) return nullptr;
     format->setTimeZone(*zone);
     const bool latin = std::string_view(digits->getName()) == "latn";
     std::optional<CalendarNames> names;
-    if (latin && !styled && is_plain(pattern)) {
+    const bool gregorian = std::string_view(format->getCalendar()->getType()) == "gregorian";
+    if (latin && gregorian && !styled && is_plain(pattern)) {
         names = names_of(*static_cast<const icu::SimpleDateFormat&>(*format).getDateFormatSymbols());
     }
     return std::make_shared<DateFormatter>(std::move(format), std::move(calendar), std::move(pattern),

@@ -67,6 +67,13 @@ TEST(Pattern, DatesByPatternStyleAndLocale)
     Surroundings berlin;
     berlin.time_zone = "Europe/Berlin";
     EXPECT_EQ(Pattern("HH:mm Z", berlin).format(day), "16:05 +0200") << "wall time stays, the zone is named";
+    Surroundings bangkok;
+    bangkok.locale = "th_TH";
+    bangkok.time_zone = "Asia/Bangkok";
+    for (const char* pattern : {"dd.MM.yyyy", "dd.MM.yyyy Z"}) {
+        EXPECT_TRUE(Pattern(pattern, bangkok).format(day).starts_with("04.07.2569"))
+            << "years of the country's calendar";
+    }
 }
 
 TEST(Pattern, MarksOfTheLocale)
