@@ -113,7 +113,9 @@ void Documents::require_printer()
                         "No printer is set up on this machine. The report can be written to a file with "
                         "--export and --output.");
     }
-    if (!options_.printer.empty()) host_.settings().lay_over("Name", options_.printer);
+    if (options_.printer.empty()) return;
+    host_.settings().lay_over("Name", options_.printer);
+    host_.settings().lay_over("Default", "False");  // the expiration list asks before it takes the name
 }
 
 void Documents::watch_pipe()

@@ -101,6 +101,12 @@ public:
         find(field)->value = value;
         return *this;
     }
+    /// Fields that stand in the pipe and hold nothing in this run.
+    ColumnList& leave_unwritten()
+    {
+        for (auto& column : columns_) column.value = [](Source&) { return Outcome::unwritten(); };
+        return *this;
+    }
     ColumnList& insert_behind(std::string_view field, std::initializer_list<Column<Source>> added)
     {
         columns_.insert(find(field) + 1, added.begin(), added.end());
@@ -117,6 +123,7 @@ public:
     }
 
     [[nodiscard]] const std::vector<Column<Source>>& columns() const { return columns_; }
+    operator std::span<const Column<Source>>() const { return columns_; }
 
 private:
     auto find(std::string_view field)

@@ -14,6 +14,27 @@
 
 namespace velora {
 
+Outcome original_base_price(DetailRow& r)
+{
+    std::string price_list = r.row.text<"dePriceList">();
+    if (!r.is_accounting_item()) {
+        return r.money(Return_VLBasePrice(r.state, to_int32(r.row.at<"ItemID">()), r.currency, price_list));
+    }
+    const float quantity = to_single(r.row.at<"deQuantity">());
+    const float factor = to_single(r.row.at<"deConvFactor">());
+    return r.money(
+        Return_BasePrice(r.state, r.row.text<"APItem">(), price_list, r.currency, r.customer_type, quantity, factor));
+}
+
+/// The blank before the sign, which the discount's percent lacks, belongs to the report's look.
+Outcome margin(DetailRow& r)
+{
+    const Checked price = r.row.number<"deQuotedPrice">();
+    if (price.fault() == 0 && !(price.value() > 0)) return int32_t{0};
+    const Checked share = (price - r.row.number<"deCost">()) / price * 100;
+    return Outcome::of(share, [&](double percent) { return Format_Decimals(r.state, percent, 2) + " %"; });
+}
+
 namespace {
 
 using Row = DetailRow;
@@ -105,18 +126,6 @@ Outcome pricing_unit(Row& r)
     return trimmed(r.pricing_unit);
 }
 
-Outcome original_base_price(Row& r)
-{
-    std::string price_list = r.row.text<"dePriceList">();
-    if (!r.is_accounting_item()) {
-        return r.money(Return_VLBasePrice(r.state, to_int32(r.row.at<"ItemID">()), r.currency, price_list));
-    }
-    const float quantity = to_single(r.row.at<"deQuantity">());
-    const float factor = to_single(r.row.at<"deConvFactor">());
-    return r.money(
-        Return_BasePrice(r.state, r.row.text<"APItem">(), price_list, r.currency, r.customer_type, quantity, factor));
-}
-
 Outcome quoted_price(Row& r)
 {
     return r.money(r.row.number<"deQuotedPrice">());
@@ -156,15 +165,6 @@ Outcome cost(Row& r)
 Outcome profit(Row& r)
 {
     return r.money(r.row.number<"deQuotedPrice">() - r.row.number<"deCost">());
-}
-
-/// The blank before the sign, which the discount's percent lacks, belongs to the report's look.
-Outcome margin(Row& r)
-{
-    const Checked price = r.row.number<"deQuotedPrice">();
-    if (price.fault() == 0 && !(price.value() > 0)) return int32_t{0};
-    const Checked share = (price - r.row.number<"deCost">()) / price * 100;
-    return Outcome::of(share, [&](double percent) { return Format_Decimals(r.state, percent, 2) + " %"; });
 }
 
 Outcome price_list_name(Row& r)
@@ -245,9 +245,13 @@ void DetailRow::take_line(Statements& statements)
 {
     charge = nullptr;
     kind = is_item_line(row.at<"deDType">()) ? LineKind::Item : LineKind::Comment;
-    if (kind == LineKind::Comment) return;
+    if (kind == LineKind::Item) take_item(statements, false);
+}
+
+void DetailRow::take_item(Statements& statements, bool keep_line)
+{
     statements.attempt("BaseConv", [&] {
-        BaseConv = Return_BaseConvFactor(state, row.text<"APItem">(), row.text<"dePriceList">(), currency, false);
+        BaseConv = Return_BaseConvFactor(state, row.text<"APItem">(), row.text<"dePriceList">(), currency, keep_line);
     });
     statements.attempt("pricing unit", [&] { pricing_unit = find_pricing_unit(*this); });
     statements.attempt("pricing unit", [&] {

@@ -30,6 +30,9 @@ struct DetailRow {
 
     /// Takes the line on which the rows stand, and works out what its fields share, statement by statement.
     void take_line(Statements& statements);
+    /// The same for a line that is an item's without saying so.
+    /// @param keep_line  leaves the line's price list alone when the company's default has to serve
+    void take_item(Statements& statements, bool keep_line);
     /// Takes a charge. It goes on with the numbering behind the last line, as far as 16 bits reach.
     void take_charge(const MiscChargeRecord& record, Statements& statements);
 
@@ -40,6 +43,10 @@ struct DetailRow {
     /// @throws Fault 94 when the item kind is null
     [[nodiscard]] bool is_accounting_item() const;
 };
+
+// Two fields that another kind of report works out with a change of its own.
+Outcome original_base_price(DetailRow& r);
+Outcome margin(DetailRow& r);
 
 /// The detail fields of the quote, each with its value for each kind of row.
 std::span<const Column<DetailRow>> detail_columns();

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "reports/back_orders.h"
 #include "reports/custom_report.h"
 #include "reports/customer_list.h"
 #include "reports/item_list.h"
+#include "reports/lost_reasons.h"
+#include "reports/quote_expiration.h"
+#include "reports/quote_overview.h"
 #include "reports/quote_report.h"
 #include "reports/win_loss.h"
 
@@ -65,6 +69,14 @@ constexpr auto kKinds =
                 .list_file = "_OverviewReports.ini",
                 .shipped = {"Quote Overview"},
                 .criteria = {.period = true, .status = true},
+                .fields = quote_overview_fields,
+                .print =
+                    [](SessionState& state, const Selection& what, const Delivery& how) {
+                        return Print_Overview(
+                            state, how.report_string, what.all_dates, static_cast<int16_t>(what.customer_from),
+                            static_cast<int16_t>(what.status_id), what.from, what.to, what.accounting_customer,
+                            what.customer_id, static_cast<int16_t>(what.reason_id), how.preview, how.export_it);
+                    },
             },
             {
                 .name = "customers",
@@ -119,6 +131,8 @@ constexpr auto kKinds =
                 .list_file = "_LostReasonReports.ini",
                 .shipped = {"Lost Reason"},
                 .criteria = {.period = true},
+                .fields = lost_reason_fields,
+                .print = print_period<Print_LostReason>,
             },
             {
                 .name = "checklist",
@@ -173,6 +187,8 @@ constexpr auto kKinds =
                 .list_file = "_ExpirationReports.ini",
                 .shipped = {"Quote Expiration"},
                 .defaults = {{{"", "Expiration"}}},
+                .fields = quote_expiration_fields,
+                .print = print_all<Print_Expiration>,
             },
             {
                 .name = "back-orders",
@@ -185,6 +201,8 @@ constexpr auto kKinds =
                 .list_file = "_BackOrderReports.ini",
                 .shipped = {"Back Order Items"},
                 .criteria = {.period = true},
+                .fields = back_order_fields,
+                .print = print_period<Print_BackOrder>,
             },
             {
                 .name = "custom",

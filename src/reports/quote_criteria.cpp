@@ -30,14 +30,15 @@ std::string customer_clause(const SessionState& state, const QuoteCriteria& crit
     }
 }
 
-std::string period_clause(SessionState& state, const QuoteCriteria& criteria, std::string_view word)
+std::string period_clause(SessionState& state, const QuoteCriteria& criteria, std::string_view word,
+                          std::string_view column)
 {
     if (criteria.all_dates) return {};
     const bool by_server = state.gEngine == eDBSQLServer;
     const auto first = by_server ? SQLServer_DateFormat(state, criteria.from, false) : criteria.from.date_only().iso();
     const auto last = by_server ? SQLServer_DateFormat(state, criteria.to, true) : criteria.to.date_only().iso();
-    return std::string(word) + "(" + quote_column(state, "quDateEnter") + " BETWEEN '" + first + "' AND  '" + last +
-           "')";
+    const auto entered = column.empty() ? quote_column(state, "quDateEnter") : std::string(column);
+    return std::string(word) + "(" + entered + " BETWEEN '" + first + "' AND  '" + last + "')";
 }
 
 std::string criteria_clauses(SessionState& state, const QuoteCriteria& criteria, std::string_view word)

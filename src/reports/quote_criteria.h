@@ -25,7 +25,9 @@ struct QuoteCriteria {
 
 std::string customer_clause(const SessionState& state, const QuoteCriteria& criteria, std::string_view word);
 /// Of both ends, as far as the database's comparison goes; on SQL Server the last day counts to its end.
-std::string period_clause(SessionState& state, const QuoteCriteria& criteria, std::string_view word);
+/// @param column  as the statement writes it; blank: the day of entry, written as all columns are
+std::string period_clause(SessionState& state, const QuoteCriteria& criteria, std::string_view word,
+                          std::string_view column = {});
 /// The one and the other; only the first of them opens with `word`.
 std::string criteria_clauses(SessionState& state, const QuoteCriteria& criteria, std::string_view word);
 

@@ -91,6 +91,11 @@ void ReportRun::select_printer(std::string_view name)
     report_of(state_).SelectPrinter(chosen->DriverName, chosen->DeviceName, chosen->Port);
 }
 
+void ReportRun::select_device(const std::string& name)
+{
+    statements_.attempt("SelectPrinter", [&] { report_of(state_).SelectPrinter("", name, ""); });
+}
+
 RunEnd ReportRun::route(const Text& export_name)
 {
     bool went = false;

@@ -56,6 +56,8 @@ public:
     void choose_printer(const Text& name);
     /// The printer of the user's settings.
     void choose_printer();
+    /// The device of exactly that name prints the report, whether this machine has it or not.
+    void select_device(const std::string& name);
     /// Sends the report on its way. @param export_name  without folder and extension
     RunEnd route(const Text& export_name);
 

@@ -2,6 +2,7 @@
 
 #include "pricing/taxes.h"
 #include "reports/preparation.h"
+#include "reports/quote_expiration.h"
 #include "reports/quote_report.h"
 #include "session/error_messengers.h"
 #include "session/lists.h"
@@ -127,12 +128,12 @@ void Report::Print_OrderPickingSlip(const Session& pSess, const Database& pConn,
     builder_missing("picking slip");
 }
 
-void Report::Print_QuoteExpiration(const Session& pSess, const Database& pConn, WhichEngine pEngine, const std::string&,
-                                   bool, bool)
+void Report::Print_QuoteExpiration(const Session& pSess, const Database& pConn, WhichEngine pEngine,
+                                   const std::string& pReportString, bool pExportIt, bool pPreview)
 {
     store(state_, pSess, pConn, pEngine);
     load_company(state_);
-    builder_missing("quote expiration");
+    Print_Expiration(state_, pReportString, pPreview, pExportIt);
 }
 
 }  // namespace velora

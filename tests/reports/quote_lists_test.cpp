@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "reports/list_company.h"
 
 // The lists of quotes that share one row: win loss, lost reasons, overview.
@@ -37,6 +39,15 @@ const Sources kQuoteSources{
 };
 const Sources kStatusSources{
     {"Status Code", "QuoteStatus.qsCode"}, {"Status Name", "QuoteStatus.qsName"}, {"Status Desc", "QuoteStatus.qsDescription"},
+};
+const Sources kReasonSources{
+    {"Reason Code", "Reason.reCode"}, {"Reason Desc", "Reason.reDescription"}, {"Reason Date Lost", "LostDetail.ldDateLost"},
+    {"Reason User Lost", "LostDetail.ldUserLost"}, {"Reason Confirmed By", "LostDetail.ldConfirm"}, {"Reason Confirm Phone", "LostDetail.ldPhone"},
+    {"Reason Reference No", "LostDetail.ldRefNumber"}, {"Reason Notes", "LostDetail.ldNotes"},
+};
+const Sources kRateSources{
+    {"Home Currency", "Quote.quHomeCurr"}, {"Source Currency", "Quote.quSourceCurr"}, {"Rate Type", "Quote.quRateType"},
+    {"Rate Date", "Quote.quRateDate"}, {"Exchange Rate", "Quote.quRateEx"},
 };
 const Sources kAccountingCustomer{
     {"Customer Number", "Quote.AccPacID"}, {"Customer Short Name", "AR0024.TEXTSNAM"}, {"Customer Full Name", "AR0024.NAMECUST"},
@@ -86,16 +97,18 @@ public:
                 " AND ReasonID = " + std::to_string(reason));
     }
 
-    /// Quote 1, won, of a customer of the accounting system or of the product's own, with a value of its own in each
-    /// column of all tables.
-    void marked_quote(bool own)
+    /// Quote 1, won or of another status, of a customer of the accounting system or of the product's own, with a value
+    /// of its own in each column of all tables.
+    void marked_quote(bool own, int status = 2)
     {
         accounting("UPDATE CompanyInfo SET PhoneFormat = 0");
-        quote(1, 2, own ? "CustFrom = 7, CustomerID = 5" : "CustFrom = 0");
+        quote(1, status, own ? "CustFrom = 7, CustomerID = 5" : "CustFrom = 0");
         product("UPDATE Quote SET quCustomerType = 3");
         mark("Quote", {"QuoteID", "CustFrom", "CustomerID", "QuoteStatusID", "quCustomerType"});
         mark("QuoteStatus", {"QuoteStatusID", "qsActive"});
+        lost(1, 8);
         mark("Reason", {"ReasonID", "reActive"});
+        mark("LostDetail", {"QuoteID", "ReasonID"});
         product("INSERT INTO Customer (CustomerID) VALUES (5)").mark("Customer", {"CustomerID"});
         accounting("INSERT INTO AR0024 (IDCUST) VALUES ('" + marker("Quote.AccPacID") + "')")
             .mark("AR0024", {"IDCUST"});
@@ -277,6 +290,161 @@ TEST_P(QuoteLists, WithoutAQuoteABoxSaysSo)
     EXPECT_EQ(boxes()[0].title, "No Data Found");
     EXPECT_EQ(boxes()[0].text, "No data could be found for the report.");
     EXPECT_EQ(boxes()[0].icon, Icon::Information);
+}
+
+TEST_P(QuoteLists, LostReasonsShowEveryFieldFromItsColumn)
+{
+    marked_quote(false);
+    Expected expected = closed_quote("lost-reasons", false);
+    take_sources(expected, "lost-reasons", *this, kReasonSources);
+    expected["Reason ID"] = "8";
+    const auto& printed = rows("lost-reasons", everything());
+    ASSERT_EQ(printed.size(), 1U);
+    expect_row("lost-reasons", printed[0], expected);
+    EXPECT_TRUE(state().gExportFile.ends_with("20260313 - Lost Reason Graph.pdf"));
+}
+
+TEST_P(QuoteLists, EachReasonOfAQuoteIsARowWhateverItsStatus)
+{
+    quote(1, 1);
+    quote(2, 3, "AccPacID = '12''00', CustomerID = 5");
+    quote(3, 3);
+    quote(4, 9, "quDateEnter = '2026-03-20', CustomerID = 5");
+    lost(1, 7, "ldPhone = '9025551234'");
+    lost(2, 7, "ldPhone = NULL, ldDateLost = '2026-03-02'");
+    lost(2, 8);
+    lost(4, 8);
+    lost(1, 66);
+    const auto numbers = [&](const Selection& what) {
+        auto found = shown(rows("lost-reasons", what), "Quote Number");
+        std::ranges::sort(found);  // the statement has no order
+        return found;
+    };
+    EXPECT_EQ(numbers(everything()), (Texts{"Q1", "Q2", "Q2", "Q4"})) << "66 is no reason, 3 has none, 9 is no status";
+    EXPECT_EQ(numbers(of_accounting("12'00")), (Texts{"Q2", "Q2"}));
+    EXPECT_EQ(numbers(of_own(5)), (Texts{"Q2", "Q2", "Q4"}));
+    EXPECT_EQ(numbers(of_own(5, between("2026-03-15", "2026-03-20"))), (Texts{"Q4"}));
+    EXPECT_EQ(numbers(of_accounting("12'00", between("2026-03-15", "2026-03-20"))), Texts{});
+    EXPECT_EQ(numbers(between("2026-03-01", "2026-03-01")), (Texts{"Q1", "Q2", "Q2"}));
+    const auto& first = rows("lost-reasons", of_accounting("NOBODY", between("2026-03-01", "2026-03-01")));
+    EXPECT_EQ(shown(first.at(0), "Reason Confirm Phone"), "(902) 555-1234");
+    EXPECT_EQ(shown(first.at(0), "Date All"), "0");
+}
+
+TEST_P(QuoteLists, LostReasonsOfAnOwnCustomerThatIsFoundEndInABoxOfTheirOwn)
+{
+    product("INSERT INTO Customer (CustomerID, CustomerNumber, cuCountry) VALUES (5, 'C5', 'Canada')");
+    quote(1, 3, "CustFrom = 1, CustomerID = 6");
+    lost(1, 7);
+    EXPECT_EQ(rows("lost-reasons").size(), 1U) << "one that is gone does no harm";
+    EXPECT_TRUE(boxes().empty());
+    quote(2, 3, "CustFrom = 1, CustomerID = 5");
+    lost(2, 7);
+    EXPECT_EQ(print("lost-reasons"), RunEnd::Failed);
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_NE(box_text(0).find("3265"), std::string::npos) << box_text(0);
+    EXPECT_NE(box_text(0).find("modPrint.Print_LostReason"), std::string::npos) << box_text(0);
+    EXPECT_TRUE(engine.report->rows.empty()) << "nothing goes out";
+    EXPECT_EQ(print("lost-reasons", of_accounting("1200")), RunEnd::NoData) << "those of others are not touched";
+}
+
+TEST_P(QuoteLists, OverviewShowsEveryFieldFromItsColumn)
+{
+    for (const bool own : {false, true}) {
+        QuoteListCompany company(GetParam());
+        company.marked_quote(own, 3);
+        Expected expected = company.closed_quote("overview", own);
+        take_sources(expected, "overview", company, kStatusSources);
+        take_sources(expected, "overview", company, kRateSources);
+        take_sources(expected, "overview", company, kReasonSources);
+        take_sources(expected, "overview", company,
+                     {{"Sage Accpac OE Number", "Quote.quACCPACNum"},
+                      {"Customer Email", own ? "Customer.cuEmail2" : "AR0024.EMAIL2"}});
+        expected["Status ID"] = "3";
+        expected["Reason ID"] = "8";
+        Selection lost = everything();
+        lost.status_id = 3;
+        expect_row("overview", company.rows("overview", lost).at(0), expected);
+        EXPECT_TRUE(company.state().gExportFile.ends_with("20260313 - Quote Overview.pdf"));
+
+        for (auto& [field, text] : expected) text = field.starts_with("Reason ") ? "<null>" : text;
+        expect_row("overview", company.rows("overview", everything()).at(0), expected);
+    }
+}
+
+TEST_P(QuoteLists, OverviewSelectsByStatusAndLostQuotesByReason)
+{
+    quote(11, 3);
+    quote(2, 3);
+    quote(5, 3, "AccPacID = '1200', CustomerID = 5");
+    quote(4, 2, "AccPacID = '1200', quDateEnter = '2026-03-20'");
+    quote(6, 1, "CustomerID = 5");
+    quote(7, 9);
+    lost(11, 7);
+    lost(5, 8);
+    lost(5, 7);
+    lost(4, 7);
+    struct Case {
+        const char* why;
+        int32_t status, reason;
+        Selection what;
+        Texts numbers;
+    };
+    for (const auto& c : {
+             Case{"all of a known status, by id", 0, 0, everything(), {"Q2", "Q4", "Q5", "Q6", "Q11"}},
+             Case{"a reason counts for lost quotes alone", 0, 7, everything(), {"Q2", "Q4", "Q5", "Q6", "Q11"}},
+             Case{"and for no other status", 2, 8, everything(), {"Q4"}},
+             Case{"lost without a reason is absent", 3, 0, everything(), {"Q5", "Q5", "Q11"}},
+             Case{"one reason", 3, 7, everything(), {"Q5", "Q11"}},
+             Case{"a reason below 1 is all", 3, -1, everything(), {"Q5", "Q5", "Q11"}},
+             Case{"no such status", -2, 0, everything(), {}},
+             Case{"an accounting customer", 0, 0, of_accounting("1200"), {"Q4", "Q5"}},
+             Case{"an accounting customer of a status", 2, 0, of_accounting("1200"), {"Q4"}},
+             Case{"of all statuses within days",
+                  0,
+                  0,
+                  of_accounting("1200", between("2026-03-20", "2026-03-21")),
+                  {"Q4"}},
+             Case{"an own customer", 0, 0, of_own(5), {"Q5", "Q6"}},
+             Case{"an own customer of a status", 1, 0, of_own(5), {"Q6"}},
+             Case{"an own customer of a status within days",
+                  1,
+                  0,
+                  of_own(5, between("2026-03-01", "2026-03-01")),
+                  {"Q6"}},
+             Case{"days alone", 0, 0, between("2026-03-02", "2026-03-20"), {"Q4"}},
+             Case{"days of a status", 3, 8, between("2026-03-01", "2026-03-01"), {"Q5"}},
+         }) {
+        Selection what = c.what;
+        what.status_id = c.status;
+        what.reason_id = c.reason;
+        EXPECT_EQ(shown(rows("overview", what), "Quote Number"), c.numbers) << c.why;
+        if (!c.numbers.empty()) continue;
+        EXPECT_EQ(boxes().back().title, "No Data Found") << c.why;
+    }
+}
+
+TEST_P(QuoteLists, OverviewOfAnAccountingCustomersDaysOfOneStatusIsRefusedInThePlainDialect)
+{
+    quote(1, 2, "AccPacID = '1200'");
+    Selection what = of_accounting("1200", between("2026-03-01", "2026-03-01"));
+    what.status_id = 2;
+    const bool refused = GetParam() == eDBPervasive;
+    EXPECT_EQ(print("overview", what), refused ? RunEnd::Failed : RunEnd::Delivered);
+    ASSERT_EQ(boxes().size(), refused ? 1U : 0U);
+    if (!refused) return;
+    EXPECT_NE(box_text(0).find("modPrint.Print_Overview"), std::string::npos) << box_text(0);
+}
+
+TEST_P(QuoteLists, OverviewShipsOnTheDayOfEntryWhereNoOtherIsSet)
+{
+    quote(1, 2, "quDateShip = NULL, quRateDate = NULL, quRateEx = 1.3");
+    quote(2, 2, "quDateShip = '2026-04-05'");
+    quote(3, 2, "quDateShip = NULL, quDateEnter = NULL");
+    const auto& printed = rows("overview");
+    EXPECT_EQ(shown(printed, "Shipping Date"), (Texts{"2026-03-01", "2026-04-05", "<null>"}));
+    EXPECT_EQ(shown(printed[0], "Rate Date"), "<null>");
+    EXPECT_EQ(printed[0].at("Exchange Rate"), Value(1.3F)) << "a single";
 }
 
 }  // namespace
