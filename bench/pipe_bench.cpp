@@ -128,6 +128,7 @@ public:
     [[nodiscard]] const std::vector<TableSource::Field>& fields() const override { return none_; }
     [[nodiscard]] bool brings_its_own_data() const override { return false; }
     void SetDataSource(std::shared_ptr<TableSource>) override {}
+    void SetParameter(const std::string&, Value) override {}
     void SelectPrinter(const std::string&, const std::string&, const std::string&) override {}
     void PaperOrientation(int) override {}
     void PaperSource(int) override {}

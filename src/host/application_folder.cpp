@@ -31,13 +31,14 @@ void require_free(const fs::path& folder)
     if (!fs::is_empty(folder)) fail(folder, "it is there already and is not empty");
 }
 
-void write_config(const fs::path& folder)
+void write_config(const fs::path& folder, bool empty)
 {
     HostConfig config;
     config.company = sample::kCompanyId;
     config.database = "sqlite:velora.db";
     config.accounting = "sqlite:accounting.db";
     config.user = sample::kUser;
+    if (!empty) config.tax_registration = sample::kTaxRegistration;
     write_file(folder / "velora.ini", config.ini_text());
 }
 
@@ -77,7 +78,7 @@ void make_application_folder(const NewFolder& wanted, ProfileFile& lists)
         require_free(place);
         AtomicFolder making(place);
         for (const char* name : {"Reports", "Export", "Log File"}) fs::create_directory(making.path() / name);
-        write_config(making.path());
+        write_config(making.path(), wanted.empty);
         make_databases(making.path(), wanted.samples, wanted.empty);
         copy_definitions(wanted.definitions, making.path() / "Reports");
         write_report_lists(making.path() / "Reports", place, lists);

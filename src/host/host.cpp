@@ -89,6 +89,7 @@ void Host::make_engine()
     services.run_query = [this](const std::string& source, const Command& command) {
         return query_table(reader_of(source), command, config_.most_rows);
     };
+    services.parameters = house_parameters();
     services.before_export = [this](const fs::path& target) { require_free(target); };
     services.on_rows = [this](size_t rows) {
         if (on_rows_) on_rows_(rows);
@@ -97,6 +98,19 @@ void Host::make_engine()
         refusal_ = reason.empty() ? path : path + ": " + reason;
     };
     adapters_->engine = make_report_engine(shipped_folder(around_.program, "fonts"), std::move(services));
+}
+
+/// What velora.ini tells every document of the company.
+std::map<std::string, Value, std::less<>> Host::house_parameters()
+{
+    std::map<std::string, Value, std::less<>> parameters;
+    if (!config_.logo.empty()) {
+        const fs::path logo = folder() / config_.logo;
+        files_.reads(logo, "the company's logo");
+        parameters["Logo"] = logo.string();
+    }
+    if (!config_.tax_registration.empty()) parameters["Tax Registration"] = config_.tax_registration;
+    return parameters;
 }
 
 /// No export goes over a file that the run reads, whatever a document is called.

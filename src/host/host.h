@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -61,6 +62,7 @@ public:
 private:
     [[nodiscard]] std::filesystem::path folder() const;
     void make_engine();
+    std::map<std::string, Value, std::less<>> house_parameters();
     void open_company();
     void read_files(const std::filesystem::path& place);
     std::shared_ptr<Connection> reader_of(const std::string& source);

@@ -90,6 +90,9 @@ std::string HostConfig::ini_text() const
     text += "; SQLServer or Pervasive: how queries are written\n";
     text += std::string("Engine = ") + (engine == eDBPervasive ? "Pervasive" : "SQLServer") + "\n";
     text += "User = " + user + "\n";
+    text += "; A picture for the head of documents, and the company's own tax registration\n";
+    text += (logo.empty() ? "; Logo = Reports/logo.png" : "Logo = " + logo) + "\n";
+    text += (tax_registration.empty() ? "; TaxRegistration = " : "TaxRegistration = " + tax_registration) + "\n";
     if (multi_currency) text += std::string("MultiCurrency = ") + (*multi_currency ? "yes" : "no") + "\n";
     return text;
 }
@@ -114,6 +117,8 @@ HostConfig read_host_config(const fs::path& folder)
     config.engine = engine_of(host);
     config.user = host.text("User");
     config.multi_currency = multi_currency_of(host);
+    config.logo = host.text("Logo");
+    config.tax_registration = host.text("TaxRegistration");
     config.timeout = std::chrono::seconds(limit_of(host, "Timeout", static_cast<size_t>(config.timeout.count())));
     config.most_rows = limit_of(host, "MostRows", config.most_rows);
     return config;

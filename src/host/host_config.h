@@ -17,6 +17,8 @@ struct HostConfig {
     WhichEngine engine = eDBSQLServer;
     std::string user;
     std::optional<bool> multi_currency;  ///< none: as the company says
+    std::string logo;                    ///< picture for the head of documents, relative to the folder; blank for none
+    std::string tax_registration;        ///< the company's own, as documents show it; blank for none
     std::chrono::seconds timeout{30};    ///< how long a query may work
     size_t most_rows = 1'000'000;        ///< of the query that a definition brings; 0 for any number
 

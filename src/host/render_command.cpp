@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "host/bind.h"
+#include "host/csv.h"
 #include "host/opened_definition.h"
 #include "host/run_progress.h"
 #include "host/tables.h"
@@ -45,7 +46,8 @@ Data data_for(Host& host, const RenderOptions& options, const OpenedReport& repo
     if (!options.json.empty()) return held(read_pipe_json(options.json));
     if (!options.rows && report.brings_its_own_data()) return {};
     const size_t rows = options.rows.value_or(0);
-    return {std::make_shared<SampleTable>(report.fields(), rows, host.now()), rows};
+    const auto choices = compared_texts(read_data_file(options.file));
+    return {std::make_shared<SampleTable>(report.fields(), choices, rows, host.now()), rows};
 }
 
 void fill_and_export(Host& host, const RenderOptions& options, ExportFormat format, const fs::path& target)

@@ -11,6 +11,7 @@ namespace velora {
 namespace sample {
 inline constexpr std::string_view kCompanyId = "DEMOCO";
 inline constexpr std::string_view kUser = "CHIEF";
+inline constexpr std::string_view kTaxRegistration = "GST/HST 10512 3344 RT0001";
 /// The quote that shows everything: comments, charges, two taxes, discounts, a ship-to location.
 inline constexpr std::string_view kDemoQuote = "Q-10052";
 }  // namespace sample

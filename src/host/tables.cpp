@@ -42,8 +42,6 @@ Value sample_of(const TableSource::Field& field, const DateTime& now)
     switch (field.type) {
         case Value::Type::Boolean:
             return true;
-        case Value::Type::Integer:
-            return 12;
         case Value::Type::Single:
         case Value::Type::Double:
         case Value::Type::Fixed:
@@ -100,10 +98,41 @@ HeldTable table_of(const json& pipe)
 
 }  // namespace
 
-SampleTable::SampleTable(std::vector<Field> fields, size_t count, const DateTime& now)
+SampleTable::SampleTable(std::vector<Field> fields, const Choices& choices, size_t count, const DateTime& now)
     : fields_(std::move(fields)), count_(count)
 {
-    for (const auto& field : fields_) row_.push_back(sample_of(field, now));
+    for (const auto& field : fields_) {
+        const auto found = choices.find(field.name);
+        choices_.push_back(found == choices.end() ? std::vector<std::string>() : found->second);
+        row_.push_back(sample_of(field, now));
+    }
+}
+
+bool SampleTable::next()
+{
+    if (at_ == count_) return false;
+    ++at_;
+    for (size_t field = 0; field < fields_.size(); ++field) {
+        if (fields_[field].type == Value::Type::Integer) row_[field] = static_cast<int64_t>(at_);
+        if (!choices_[field].empty()) row_[field] = choices_[field][(at_ - 1) % choices_[field].size()];
+    }
+    return true;
+}
+
+SampleTable::Choices compared_texts(std::string_view definition)
+{
+    constexpr std::string_view kMiddle = "\".equals($F{";
+    SampleTable::Choices choices;
+    for (size_t at = definition.find(kMiddle); at != std::string_view::npos; at = definition.find(kMiddle, at + 1)) {
+        const size_t open = definition.rfind('"', at - 1);
+        const size_t name = at + kMiddle.size();
+        const size_t close = definition.find('}', name);
+        if (at == 0 || open == std::string_view::npos || close == std::string_view::npos) continue;
+        auto& texts = choices[std::string(definition.substr(name, close - name))];
+        std::string text(definition.substr(open + 1, at - open - 1));
+        if (std::ranges::find(texts, text) == texts.end()) texts.push_back(std::move(text));
+    }
+    return choices;
 }
 
 HeldTable read_csv(const fs::path& file)

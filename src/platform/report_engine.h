@@ -53,6 +53,8 @@ public:
 
     /// The one table of the report. It is read when the report is printed, exported or shown.
     virtual void SetDataSource(std::shared_ptr<TableSource> data) = 0;
+    /// A value for the run, over the default of the definition; one that declares no such parameter does not notice.
+    virtual void SetParameter(const std::string& name, Value value) = 0;
     virtual void SelectPrinter(const std::string& driver, const std::string& device, const std::string& port) = 0;
     virtual void PaperOrientation(int orientation) = 0;
     virtual void PaperSource(int source) = 0;

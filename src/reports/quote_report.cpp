@@ -1,6 +1,7 @@
 #include "reports/quote_report.h"
 
 #include "gateway/quote_record.h"
+#include "reports/document_parameters.h"
 #include "reports/document_rows.h"
 #include "session/error_messengers.h"
 #include "values/text.h"
@@ -44,6 +45,7 @@ RunEnd Print_Quote(SessionState& state, int32_t pQuoteID, const std::string& pRe
         if (!Fetch_QuoteInfo(state, state.gQuote, pQuoteID)) return not_found(state);
         LoadedDocument loaded = load_document(state, pQuoteID);
         write_document_rows(run, fields, loaded, pipe);
+        set_document_parameters(state, loaded.document);
         run.attach(pipe);
         run.choose_printer();
         return run.route([&] { return export_name(state.gQuote, loaded.addresses); });

@@ -21,14 +21,15 @@ constexpr std::string_view kFont = " fontName fontSize bold italic underline str
 constexpr std::string_view kPen = " lineWidth lineStyle lineColor ";
 constexpr auto kKnown = std::to_array<Known>({
     {"jasperReport", " name language uuid pageWidth pageHeight columnWidth leftMargin rightMargin topMargin bottomMargin"
-                     " orientation floatColumnFooter summaryWithPageHeaderAndFooter whenNoDataType "},
+                     " orientation floatColumnFooter summaryWithPageHeaderAndFooter whenNoDataType resourceBundle "},
     {"style",        " name style default mode forecolor backcolor hTextAlign vTextAlign fontName fontSize bold italic"
                      " blankWhenNull "},
     {"box",          " padding topPadding leftPadding bottomPadding rightPadding "},
     {"pen", kPen}, {"topPen", kPen}, {"leftPen", kPen}, {"bottomPen", kPen}, {"rightPen", kPen},
     {"titleFont", kFont}, {"subtitleFont", kFont}, {"legendFont", kFont},
     {"field",        " name class "},
-    {"property",     " name value "},
+    {"parameter",    " name class "},
+    {"property",     " name value "}, {"propertyExpression", " name "},
     {"sortField",    " name type order "},
     {"variable",     " name class calculation resetType resetGroup incrementType incrementGroup "},
     {"group",        " name keepTogether minHeightToStartNewPage preventOrphanFooter reprintHeaderOnEachPage "},
@@ -41,6 +42,7 @@ constexpr auto kKnown = std::to_array<Known>({
 /// Of an element by its kind, beside those of its place.
 constexpr auto kKinds = std::to_array<Known>({
     {"staticText", ""}, {"line", ""}, {"rectangle", ""}, {"frame", ""},
+    {"image",        " scaleImage hImageAlign vImageAlign onErrorType "},
     {"textField",    " evaluationTime evaluationGroup pattern textAdjust "},
     {"chart",        " chartType evaluationTime titleColor "},
 });

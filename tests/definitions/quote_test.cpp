@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "definitions/shipped.h"
@@ -88,6 +89,106 @@ TEST(QuoteDefinition, TaxesAreBrokenOutForTheUsedSlotsOnly)
     EXPECT_EQ(times_shown(report, "CITY"), 1U) << "a gap in the group does not hide what follows";
     EXPECT_EQ(times_shown(report, "1,234.50"), 1U);
     EXPECT_EQ(times_shown(report, "77.25"), 0U) << "a slot without an authority";
+}
+
+TEST(QuoteDefinition, AmountsOfTaxesAreWrittenAsTheRunSays)
+{
+    struct Case {
+        const char *why, *pattern, *marks, *above, *below;
+    };
+    HeldRows rows = golden_rows("Quote, Taxes");
+    set_everywhere(rows, "Tax Authority1", "GST");
+    set_everywhere(rows, "Tax Amount1", 11880.27F);
+    set_everywhere(rows, "Tax Authority2", "QST");
+    set_everywhere(rows, "Tax Amount2", -1234.5F);
+    for (const Case& c : {
+             Case{"dollars", "#,##0.00", "en@marks=.|,", "11,880.27", "-1,234.50"},
+             Case{"yen", "#,##0", "en@marks=.|,", "11,880", "-1,234"},
+             Case{"a dinar of three places, with a comma", "#,##0.000;(#,##0.000)", "en@marks=,|.", "11.880,270",
+                  "(1.234,500)"},
+             Case{"no mark of thousands, the sign behind", "#,##0.00;#,##0.00-", "en@marks=.|", "11880.27", "1234.50-"},
+         }) {
+        for (const char* region : {"en_US", "de_DE"}) {
+            rows.rewind();
+            const Filled report =
+                fill_shipped("Quote, Taxes", rows, region, {{"Amount Pattern", c.pattern}, {"Amount Marks", c.marks}});
+            EXPECT_EQ(times_shown(report, c.above), 1U) << c.why << " in " << region;
+            EXPECT_EQ(times_shown(report, c.below), 1U) << c.why << " in " << region;
+        }
+    }
+}
+
+TEST(QuoteDefinition, ItemsAndChargesAreNumberedWithoutAGap)
+{
+    HeldRows rows = golden_rows("Quote");
+    const size_t kind = rows.column("Detail Type");
+    const size_t line = rows.column("Detail Line");
+    const auto row_of = [&](const char* wanted) {
+        return *std::ranges::find_if(rows.rows, [&](const auto& row) { return row[kind] == Value(wanted); });
+    };
+    const auto item = row_of("Item");
+    const auto comment = row_of("Comment");
+    auto charge = row_of("Charge");
+    charge[line] = nullptr;
+    rows.rows = {comment, item, item, comment, comment, item, charge, charge};
+    const std::vector<int32_t> lines{1, 2, 2, 3, 4, 5};  // the second row of line 2 is its second remark
+    for (size_t at = 0; at < lines.size(); ++at) rows.rows[at][line] = lines[at];
+    const Filled report = fill_shipped("Quote", rows);
+    std::vector<std::string> numbers;
+    for (const auto& placed : texts_of(report.pages.pages.front())) {
+        if (placed.place.x == 40) numbers.push_back(placed.text);
+    }
+    EXPECT_THAT(numbers, ::testing::ElementsAre("#", "1", "2", "3", "4"));
+}
+
+TEST(QuoteDefinition, AHeadingStandsWithTheItemBelowIt)
+{
+    for (size_t before = 5; before < 45; ++before) {
+        constexpr size_t kBehind = 4;  // the totals may take the last one along
+        HeldRows rows = quote_of(before + kBehind);
+        auto heading = rows.rows.back();
+        heading[rows.column("Detail Type")] = "Comment";
+        heading[rows.column("Detail Desc")] = "Heading";
+        rows.rows[before][rows.column("Detail Desc")] = "First below";
+        rows.rows.insert(rows.rows.begin() + static_cast<std::ptrdiff_t>(before), heading);
+        for (size_t at = 0; at < rows.rows.size(); ++at) {
+            rows.rows[at][rows.column("Detail Line")] = static_cast<int32_t>(at + 1);
+        }
+        const Filled report = fill_shipped("Quote", rows);
+        EXPECT_EQ(times_shown(report, "Heading"), 1U);
+        for (const auto& page : report.pages.pages) {
+            EXPECT_EQ(shows(page, "Heading"), shows(page, "First below")) << before << " items before it";
+        }
+    }
+}
+
+TEST(QuoteDefinition, TheHouseMayGiveALogoItsRegistrationAndTheTaxesInItsPrices)
+{
+    for (const char* name : {"Quote", "Quote, Taxes", "Confirmation, Taxes"}) {
+        HeldRows rows = golden_rows(name);
+        const Filled plain = fill_shipped(name, rows);
+        EXPECT_EQ(times_shown(plain, "Prices include CAHST"), 0U);
+        rows.rewind();
+        const std::string picture =
+            "data:image/"
+            "png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8BQDwAEhQGAhKmMIQAAAABJRU5ErkJg"
+            "gg==";
+        const Filled full = fill_shipped(
+            name, rows, "en_US",
+            {{"Tax Registration", "GST/HST 10512 3344 RT0001"}, {"Included Taxes", "CAHST"}, {"Logo", picture}});
+        EXPECT_EQ(times_shown(full, "Prices include CAHST"), 1U) << name;
+        size_t registrations = 0;
+        for (const auto& placed : texts_of(full.pages.pages.front())) {
+            registrations += placed.text.ends_with("\nGST/HST 10512 3344 RT0001") ? 1 : 0;
+        }
+        EXPECT_EQ(registrations, 1U) << name;
+        size_t pictures = 0;
+        engine::walk_elements(full.pages.pages.front().elements, [&](const engine::Element& element, const auto&) {
+            pictures += std::holds_alternative<engine::Image>(element.content) ? 1 : 0;
+        });
+        EXPECT_EQ(pictures, 1U) << name;
+        EXPECT_EQ(full.warnings, std::vector<std::string>{}) << name;
+    }
 }
 
 TEST(QuoteDefinition, TheCurrencyIsTheCustomersOnlyInACompanyOfSeveral)

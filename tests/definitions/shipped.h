@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -16,6 +17,7 @@
 #include "engine/export/common/page_walk.h"
 #include "engine/export/exporter.h"
 #include "engine/fill/fill.h"
+#include "engine/plan/resources.h"
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"
 #include "host/tables.h"
@@ -103,8 +105,11 @@ struct Filled {
     [[nodiscard]] size_t count() const { return pages.pages.size(); }
 };
 
+using Parameters = std::map<std::string, Value, std::less<>>;
+
 /// Fills a shipped definition; what it warns of is returned.
-inline std::vector<std::string> fill_shipped(const std::string& name, TableSource& rows, engine::PageSink& sink)
+inline std::vector<std::string> fill_shipped(const std::string& name, TableSource& rows, engine::PageSink& sink,
+                                             const std::string& locale = "en_US", const Parameters& parameters = {})
 {
     static engine::FontStore fonts(VELORA_SOURCE_DIR "/fonts");
     static engine::Measurer measurer(fonts);
@@ -117,16 +122,20 @@ inline std::vector<std::string> fill_shipped(const std::string& name, TableSourc
 
     engine::FillOptions options;
     options.surroundings.now = *DateTime::from_ymd(2026, 6, 8);
+    options.surroundings.locale = locale;
     options.created = options.surroundings.now;
+    options.parameters = parameters;
+    options.resources = engine::read_resources(report.definition(), locale, warnings);
     options.warn = [&](const std::string& text) { warnings.push_back(text); };
     engine::fill(report, rows, measurer, options, sink);
     return warnings;
 }
 
-inline Filled fill_shipped(const std::string& name, TableSource& rows)
+inline Filled fill_shipped(const std::string& name, TableSource& rows, const std::string& locale = "en_US",
+                           const Parameters& parameters = {})
 {
     Filled out;
-    out.warnings = fill_shipped(name, rows, out.pages);
+    out.warnings = fill_shipped(name, rows, out.pages, locale, parameters);
     return out;
 }
 

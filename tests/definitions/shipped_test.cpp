@@ -147,7 +147,9 @@ TEST_P(EachDefinition, NothingOverlapsAndNothingLeavesThePage)
 {
     const std::string name = GetParam().name;
     HeldRows rows = golden_rows(name);
-    expect_tidy(fill_shipped(name, rows), name);
+    for (const char* locale : {"en_US", "en_CA", "fr_CA", "de_DE", "es_ES"}) {
+        expect_tidy(fill_shipped(name, rows, locale), name + " in " + locale);
+    }
 
     HeldRows many = golden_rows(name);
     const auto once = many.rows;

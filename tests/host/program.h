@@ -56,7 +56,9 @@ protected:
 
     [[nodiscard]] fs::path scratch(const std::string& name) const { return scratch_ / name; }
 
-    [[nodiscard]] Ran run(std::vector<std::string> arguments, const std::string& folder_variable = {}) const
+    /// @param watched  as on a terminal
+    [[nodiscard]] Ran run(std::vector<std::string> arguments, const std::string& folder_variable = {},
+                          bool watched = false) const
     {
         std::ostringstream out;
         std::ostringstream err;
@@ -66,7 +68,7 @@ protected:
                                       if (asked == "VELORA_FOLDER") return folder_variable;
                                       return asked == "XDG_CONFIG_HOME" ? (scratch_ / "config").string() : "";
                                   },
-                                  fs::path(VELORA_SOURCE_DIR) / "velora-report", false};
+                                  fs::path(VELORA_SOURCE_DIR) / "velora-report", watched};
         const auto status = run_command_line(arguments, around);
         return {static_cast<int>(status), out.str(), err.str()};
     }

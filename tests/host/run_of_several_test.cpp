@@ -83,6 +83,45 @@ TEST_F(RunOfSeveral, AnInchMarkInAnItemNumberChangesNoFigure)
     EXPECT_TRUE(pipe_of_the_quote() == plain);  // the number that is shown stands apart from the key
 }
 
+/// The percentages that a bar showed, in order.
+std::vector<int> percents(const std::string& terminal)
+{
+    std::vector<int> shown;
+    for (size_t at = terminal.find("] "); at != std::string::npos; at = terminal.find("] ", at + 1)) {
+        shown.push_back(std::atoi(terminal.c_str() + at + 2));
+    }
+    return shown;
+}
+
+TEST_F(RunOfSeveral, ATerminalSeesHowFarItHasComeOverAllDocuments)
+{
+    fs::create_directory(scratch("out"));
+    const std::vector<std::string> command{"quote", "52", "51", "50", "49", "--output", scratch("out/").string()};
+    const Ran watched = run(in_company(company(), command), {}, true);
+    EXPECT_EQ(watched.status, 0);
+    EXPECT_THAT(percents(watched.err), ::testing::ElementsAre(0, 25, 50, 75)) << watched.err;
+    EXPECT_TRUE(watched.err.ends_with("\r\x1b[K")) << "nothing of it stays";
+    EXPECT_EQ(run(in_company(company(), command)).err, "");
+    auto quiet = in_company(company(), command);
+    quiet.insert(quiet.begin(), "--quiet");
+    EXPECT_EQ(run(quiet, {}, true).err, "");
+}
+
+TEST_F(RunOfSeveral, ALargeTableShowsItsRows)
+{
+    std::string rows;
+    for (int row = 0; row < 5000; ++row) rows += "a,b\n";
+    write_text(scratch("rows.csv"), rows);
+    write_text(scratch("one.jrxml"), R"(<jasperReport name="one" pageWidth="400" pageHeight="200" columnWidth="400"
+        leftMargin="0" rightMargin="0" topMargin="0" bottomMargin="0"><field name="COLUMN_0" class="java.lang.String"/>
+        <detail><band height="20"/></detail></jasperReport>)");
+    const Ran ran = run({"render", scratch("one.jrxml").string(), "--csv", scratch("rows.csv").string(), "--output",
+                         scratch("o.txt").string()},
+                        {}, true);
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(percents(ran.err), ::testing::ElementsAre(20, 40, 60, 80, 100));
+}
+
 TEST_F(RunOfSeveral, TheOrderOfTheWorst)
 {
     using enum ExitStatus;

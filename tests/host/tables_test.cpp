@@ -25,18 +25,25 @@ class Tables : public HostTest {};
 
 TEST_F(Tables, SampleRowsShowEachFieldByNameOrType)
 {
+    const auto choices = compared_texts(
+        R"(<x>"Item".equals($F{Kind}) || "Charge".equals( $F{Kind}) ? "" : "Charge".equals($F{Kind})</x>
+           <y>"Item".equals($F{Kind}) "open".equals($F{never closed)");
     SampleTable table({{"Name", Value::Type::Text},
+                       {"Kind", Value::Type::Text},
                        {"Count", Value::Type::Integer},
                        {"Amount", Value::Type::Single},
                        {"Day", Value::Type::Date},
                        {"Open", Value::Type::Boolean}},
-                      2, *DateTime::from_iso("2026-06-15"));
+                      choices, 3, *DateTime::from_iso("2026-06-15"));
     for (int reading = 0; reading < 2; ++reading) {
-        EXPECT_EQ(all_cells(table), "Name|12|1234.56|2026-06-15|True|\nName|12|1234.56|2026-06-15|True|\n");
+        EXPECT_EQ(all_cells(table),
+                  "Name|Item|1|1234.56|2026-06-15|True|\nName|Charge|2|1234.56|2026-06-15|True|\n"
+                  "Name|Item|3|1234.56|2026-06-15|True|\n");
         EXPECT_FALSE(table.next());
         table.rewind();
     }
-    EXPECT_FALSE(SampleTable({}, 0, DateTime()).next());
+    EXPECT_FALSE(SampleTable({}, {}, 0, DateTime()).next());
+    EXPECT_TRUE(compared_texts(R"(".equals($F{A}))").empty());
 }
 
 TEST_F(Tables, CsvIsReadAsSpreadsheetsWriteIt)

@@ -77,6 +77,7 @@ public:
     [[nodiscard]] const std::vector<TableSource::Field>& fields() const override { return asked; }
     [[nodiscard]] bool brings_its_own_data() const override { return false; }
     void SetDataSource(std::shared_ptr<TableSource> data) override { source = std::move(data); }
+    void SetParameter(const std::string& name, Value value) override { parameters[name] = std::move(value); }
     void SelectPrinter(const std::string& driver, const std::string& device, const std::string& port) override
     {
         printer = driver + "|" + device + "|" + port;
@@ -90,6 +91,7 @@ public:
 
     std::vector<TableSource::Field> asked;
     std::shared_ptr<TableSource> source;
+    std::map<std::string, Value> parameters;
     std::string printer;
     std::vector<std::string> calls;  ///< what was asked of it, in order
     std::vector<Row> rows;

@@ -58,11 +58,13 @@ public:
           services_(services)
     {
         job_.title = report_->definition().name;
+        parameters_ = services.parameters;
     }
 
     [[nodiscard]] const std::vector<TableSource::Field>& fields() const override { return report_->fields(); }
     [[nodiscard]] bool brings_its_own_data() const override { return report_->definition().data.query.text.present(); }
     void SetDataSource(std::shared_ptr<TableSource> data) override { data_ = std::move(data); }
+    void SetParameter(const std::string& name, Value value) override { parameters_[name] = std::move(value); }
     void SelectPrinter(const std::string& driver, const std::string& device, const std::string& port) override
     {
         job_.driver = driver;
@@ -113,6 +115,7 @@ private:
             options.surroundings.now = services_.now();
             options.created = options.surroundings.now;
         }
+        options.parameters = parameters_;
         options.resources = engine::read_resources(report_->definition(), services_.locale, warnings_);
         options.warn = [this](const std::string& text) { warn(text); };
         options.cancelled = [this, rows = size_t{0}]() mutable {
@@ -154,6 +157,7 @@ private:
     engine::Measurer measurer_;
     const EngineServices& services_;
     std::shared_ptr<TableSource> data_;
+    std::map<std::string, Value, std::less<>> parameters_;
     PrintJob job_;
 };
 

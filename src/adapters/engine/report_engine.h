@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -25,6 +26,8 @@ struct EngineServices {
     std::function<DateTime()> now;  ///< date of the run: what `new Date()` gives and what the files carry
     std::string locale = "en_US";
     std::string time_zone = "GMT";
+    /// What every report may say of this host, for definitions that declare such a parameter.
+    std::map<std::string, Value, std::less<>> parameters;
     /// Runs the query of a definition that brings its own data. The connection is the definition's own; empty for the
     /// product's database.
     std::function<std::shared_ptr<TableSource>(const std::string& connection, const Command& command)> run_query;

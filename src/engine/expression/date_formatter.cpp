@@ -252,6 +252,17 @@ private:
 
 }  // namespace
 
+std::optional<std::string> letters_of_date_style(std::string_view pattern, const std::string& locale)
+{
+    const auto format = styled_format(pattern, icu::Locale::createCanonical(locale.c_str()));
+    const auto* letters = dynamic_cast<const icu::SimpleDateFormat*>(format.get());
+    if (letters == nullptr) return std::nullopt;
+    icu::UnicodeString text;
+    letters->toPattern(text);
+    std::string out;
+    return text.toUTF8String(out);
+}
+
 std::shared_ptr<const Formatter> make_date_formatter(std::string_view given, const std::string& locale,
                                                      const std::string& time_zone)
 {

@@ -29,13 +29,17 @@ protected:
 };
 
 /// "#,##0.00", "0.0%", "¤#,##0.00;(¤#,##0.00)". Halves go to the even neighbour, seen from the exact binary value
-/// of a double. Null when the pattern cannot be read.
+/// of a double. A locale may name marks of its own: "fr_CA@marks=.|," writes 1,234.50, whatever fr_CA does. Null when
+/// the pattern cannot be read.
 std::shared_ptr<const Formatter> make_number_formatter(std::string_view pattern, const std::string& locale);
 
 /// "dd.MM.yyyy HH:mm", or the styles "short", "medium", "long", "full", "default", "hide", alone for date and time
 /// or as "date,time". Empty is the short form of both. Null when the pattern cannot be read.
 std::shared_ptr<const Formatter> make_date_formatter(std::string_view pattern, const std::string& locale,
                                                      const std::string& time_zone);
+
+/// The letters that "medium,hide" and its like stand for in a region: "d MMM y". Null when the pattern is no style.
+std::optional<std::string> letters_of_date_style(std::string_view pattern, const std::string& locale);
 
 /// The formatters that one program made, so that `new DecimalFormat("0.00")` costs a look-up a row.
 class FormatterCache {

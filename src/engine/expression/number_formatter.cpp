@@ -296,13 +296,34 @@ private:
     std::optional<PlainPattern> plain_;
 };
 
+constexpr std::string_view kMarks = "@marks=";
+
+/// A locale and the marks behind it, where it names some.
+std::pair<std::string, std::optional<std::string_view>> split_marks(std::string_view locale)
+{
+    const size_t at = locale.find(kMarks);
+    if (at == std::string_view::npos) return {std::string(locale), std::nullopt};
+    return {std::string(locale.substr(0, at)), locale.substr(at + kMarks.size())};
+}
+
+/// @param marks  decimal mark, "|", mark of thousands; either may be empty
+void set_marks(icu::DecimalFormatSymbols& symbols, std::string_view marks)
+{
+    const size_t bar = std::min(marks.find('|'), marks.size());
+    symbols.setSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol, unicode(marks.substr(0, bar)));
+    symbols.setSymbol(icu::DecimalFormatSymbols::kGroupingSeparatorSymbol,
+                      unicode(marks.substr(std::min(bar + 1, marks.size()))));
+}
+
 }  // namespace
 
 std::shared_ptr<const Formatter> make_number_formatter(std::string_view pattern, const std::string& locale)
 {
     UErrorCode status = U_ZERO_ERROR;
-    auto symbols = std::make_unique<icu::DecimalFormatSymbols>(icu::Locale::createCanonical(locale.c_str()), status);
+    const auto [name, marks] = split_marks(locale);
+    auto symbols = std::make_unique<icu::DecimalFormatSymbols>(icu::Locale::createCanonical(name.c_str()), status);
     if (U_FAILURE(status) || pattern.size() > 1000) return nullptr;
+    if (marks) set_marks(*symbols, *marks);
     auto format = std::make_unique<icu::DecimalFormat>(unicode(pattern), symbols.release(), status);
     if (U_FAILURE(status)) return nullptr;
     format->setRoundingMode(icu::DecimalFormat::kRoundHalfEven);

@@ -27,8 +27,18 @@ void describe(Document& document, const ReportPlan& plan, const FillOptions& opt
     document.title = definition.name;
     document.default_font = resolve_look(plan.styles->find({}), 0, {}, LookKind::Text).style.font;
     *document.sources = plan.sources;
+}
+
+/// What a reader of the file sees beside its pages. Parameters and words are known by now, and no row.
+void name_document(Document& document, const ReportPlan& plan, const Environment& environment)
+{
     const auto property = [&](const char* name, std::string& target) {
-        if (const auto value = model::property_value(definition.data.properties, name)) target = *value;
+        const auto found = plan.properties.find(name);
+        if (found != plan.properties.end()) {
+            if (auto text = found->second.text(environment)) target = std::move(*text);
+        } else if (const auto value = model::property_value(plan.definition->data.properties, name)) {
+            target = *value;
+        }
     };
     property("net.sf.jasperreports.export.pdf.metadata.title", document.title);
     property("net.sf.jasperreports.export.pdf.metadata.author", document.author);
@@ -110,6 +120,7 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     if (store) stored.emplace(*store);
     TableSource& own_rows = stored ? static_cast<TableSource&>(*stored) : rows_of;
     Rows rows(plan, own_rows, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
+    name_document(document, plan, rows.at(Moment::Now));
     PageBook book(sink, document);
     Images images(options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder);
 

@@ -371,6 +371,11 @@ void PlanMaker::data()
     }
     plan_.filter = compiled(definition_.data.filter, "filterExpression");
     plan_.estimates_for_filter = looks_at_variable(plan_.filter);
+    for (const auto& property : definition_.data.properties) {
+        if (property.expression.present()) {
+            plan_.properties[property.name] = compiled(property.expression, "propertyExpression");
+        }
+    }
 }
 
 std::shared_ptr<const ReportPlan> make_inner_plan(std::shared_ptr<const model::Definition> definition, Opening opening)

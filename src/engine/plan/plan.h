@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -158,6 +159,7 @@ struct ReportPlan {
     std::vector<VariablePlan> variables;
     std::vector<GroupPlan> groups;
     Expression filter;
+    std::map<std::string, Expression, std::less<>> properties;  ///< of the document, worked out before the first row
     std::vector<Source> sources;
 
     BandPlan background, title, page_header, column_header, column_footer, page_footer, last_page_footer, summary,

@@ -1,3 +1,4 @@
+#include "engine/expression/formatter.h"
 #include "engine/expression/pattern.h"
 #include "expression_cases.h"
 #include "values/text.h"
@@ -184,8 +185,23 @@ TEST(DatePatterns, ReadBackWhatTheyWriteAndNothingElse)
            {"a number of a date", "new SimpleDateFormat(\"yyyy\").format(0L)", "1970"},
            {"a date is no number", "new DecimalFormat(\"0\").format($F{day})", nullptr},
            {"a text is no date", "new SimpleDateFormat(\"yyyy\").format($F{any_text})", nullptr},
+           {"marks of its own", "new DecimalFormat(\"#,##0.00;(#,##0.00)\", \"de_DE@marks=.|'\").format(-1234567.5)",
+            "(1'234'567.50)"},
+           {"through symbols",
+            "new DecimalFormat(\"#,##0.000\", DecimalFormatSymbols.getInstance(\"en@marks=,|.\")).format(1234.5)",
+            "1.234,500"},
+           {"a mark for the decimals alone", "new DecimalFormat(\"#,##0.0\", \"en@marks=,\").format(1234.5)", "1234,5"},
+           {"no marks at all", "new DecimalFormat(\"#,##0.0\", \"en@marks=\").format(1234.5)", "12345"},
            {"a number read back", "new DecimalFormat(\"#,##0.00\").parse(\"1,234.50\")", 1234.5},
            {"a pattern that cannot be read", "new DecimalFormat(\"0.0.0\").format(1)", nullptr}});
+}
+
+TEST(DateStyle, StandsForLettersOfItsRegion)
+{
+    EXPECT_EQ(letters_of_date_style("medium,hide", "en_US"), "MMM d, y");
+    EXPECT_EQ(letters_of_date_style("medium,hide", "de_AT"), "dd.MM.y");
+    EXPECT_EQ(letters_of_date_style("hide,short", "fr_CA"), "HH 'h' mm");
+    EXPECT_EQ(letters_of_date_style("d MMM", "en_US"), std::nullopt) << "letters already";
 }
 
 }  // namespace

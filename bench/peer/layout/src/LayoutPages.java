@@ -5,6 +5,7 @@ import java.awt.font.TextAttribute;
 import java.io.File;
 import java.math.BigDecimal;
 import java.net.URL;
+import java.net.URLClassLoader;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
@@ -177,10 +178,18 @@ public final class LayoutPages {
         Files.writeString(pages, out, StandardCharsets.UTF_8);
     }
 
+    /** The bundles of a definition lie beside it. */
+    private static Map<String, Object> wordsBeside(File definition) throws Exception {
+        Map<String, Object> parameters = new HashMap<>();
+        URL folder = definition.getAbsoluteFile().getParentFile().toURI().toURL();
+        parameters.put(JRParameter.REPORT_CLASS_LOADER, new URLClassLoader(new URL[] {folder}));
+        return parameters;
+    }
+
     private static void fillShipped(File definition, JasperReport report) throws Exception {
         String name = definition.getName().replaceFirst("\\.rpt$", ".json");
         Rows rows = Rows.ofPipe(Path.of("tests/golden/definitions", name));
-        if (JasperFillManager.fillReport(report, new HashMap<>(), rows).getPages().isEmpty()) {
+        if (JasperFillManager.fillReport(report, wordsBeside(definition), rows).getPages().isEmpty()) {
             throw new IllegalStateException("no page");
         }
     }

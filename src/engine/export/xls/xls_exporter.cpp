@@ -24,7 +24,11 @@ public:
     }
 
     [[nodiscard]] bool wants_values() const override { return true; }
-    void begin(const Document& document) override { document_ = &document; }
+    void begin(const Document& document) override
+    {
+        document_ = &document;
+        pages_.speak(document.locale);
+    }
     void page(Page&& page) override { pages_.add(page); }
     void end() override;
 
@@ -99,7 +103,7 @@ void XlsExporter::tell_of_hidden_texts() const
 
 void XlsExporter::end()
 {
-    pages_.settle_amounts(document_->locale);
+    pages_.settle_amounts();
     find_columns();
     if (columns_.lines().size() < 2) {
         // Nothing to show: one empty cell makes a sheet all the same.

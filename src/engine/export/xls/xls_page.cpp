@@ -8,6 +8,7 @@
 #include "engine/export/common/link_address.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/xls/xls_pattern.h"
+#include "engine/expression/formatter.h"
 
 namespace velora::engine {
 namespace {
@@ -327,8 +328,7 @@ std::vector<XlsTextPart> XlsPageBuilder::parts_of(const Text& text, const Style&
 uint16_t XlsPageBuilder::format_of(const Value& value, double number, const Style& style, std::string_view shown)
 {
     if (value.type() == Value::Type::Date) {
-        const auto code = xls_date_format(style.pattern);
-        if (code) return to_.styles_.format(*code);
+        if (const auto format = to_.date_format(style.pattern)) return format;
         return number == std::floor(number) ? XlsStyles::kShortDate : XlsStyles::kShortDateTime;
     }
     const auto code = xls_number_format(style.pattern, number, shown);
@@ -402,7 +402,18 @@ bool has_decimal_comma(const std::string& locale)
 
 }  // namespace
 
-void XlsPages::settle_amounts(const std::string& locale)
+/// 0 for a pattern that no workbook has.
+uint16_t XlsPages::date_format(const std::string& pattern)
+{
+    const auto [place, is_new] = date_formats_.try_emplace(pattern, uint16_t{0});
+    if (is_new) {
+        const auto code = xls_date_format(letters_of_date_style(pattern, locale_).value_or(pattern));
+        if (code) place->second = styles_.format(*code);
+    }
+    return place->second;
+}
+
+void XlsPages::settle_amounts()
 {
     const bool undecided = points_ > 0 && commas_ > 0;
     for (const OpenAmount& open : open_amounts_) {
@@ -411,7 +422,7 @@ void XlsPages::settle_amounts(const std::string& locale)
             item.label.text = strings_.add(open.text);
             continue;
         }
-        const bool comma = points_ + commas_ > 0 ? commas_ > 0 : has_decimal_comma(locale);
+        const bool comma = points_ + commas_ > 0 ? commas_ > 0 : has_decimal_comma(locale_);
         const WrittenAmount amount = open.amount.settled(comma ? ',' : '.');
         XlsLooks looks = looks_.at(open.number_looks);
         looks.format = styles_.format(amount.format());

@@ -97,10 +97,11 @@ public:
     {
     }
 
+    /// The locale of the document, before its first page.
+    void speak(std::string locale) { locale_ = std::move(locale); }
     void add(const Page& page);
-    /// Behind the last page: decides on the texts that only the document's other amounts explain.
-    /// @param locale  tells the decimal mark where no amount does
-    void settle_amounts(const std::string& locale);
+    /// Behind the last page: decides on the texts that only the document's other amounts explain, or else the locale.
+    void settle_amounts();
 
     [[nodiscard]] const std::vector<XlsPage>& pages() const { return pages_; }
     [[nodiscard]] const XlsSpans& spans() const { return spans_; }
@@ -119,6 +120,8 @@ private:
         uint32_t number_looks = 0;  ///< but for the format
     };
 
+    uint16_t date_format(const std::string& pattern);
+
     XlsStyles& styles_;
     XlsStrings& strings_;
     Measurer& measurer_;
@@ -128,6 +131,8 @@ private:
     XlsInterned<XlsGround> grounds_;
     std::vector<XlsPage> pages_;
     std::vector<OpenAmount> open_amounts_;
+    std::map<std::string, uint16_t, std::less<>> date_formats_;  ///< by the pattern of a definition
+    std::string locale_ = "en_US";
     size_t points_ = 0, commas_ = 0;  ///< that part decimals in the amounts that leave no doubt
 };
 

@@ -1,0 +1,85 @@
+#include "program.h"
+
+namespace velora::testing {
+namespace {
+
+/// The commands of the tour, as they stand in the README without their remarks.
+std::vector<std::string> tour()
+{
+    std::istringstream readme(file_text(fs::path(VELORA_SOURCE_DIR) / "README.md"));
+    std::vector<std::string> commands;
+    bool in_tour = false;
+    bool in_block = false;
+    for (std::string line; std::getline(readme, line);) {
+        if (line.starts_with("## ")) in_tour = line == "## A first tour";
+        if (!in_tour) continue;
+        if (line.starts_with("```")) {
+            in_block = !in_block;
+        } else if (in_block && !line.empty()) {
+            commands.push_back(line.substr(0, line.find("  #")));
+        }
+    }
+    return commands;
+}
+
+/// The words of a command; double quotes hold a word together.
+std::vector<std::string> words_of(const std::string& command)
+{
+    std::vector<std::string> words;
+    bool is_quoted = false;
+    bool is_open = false;
+    for (const char c : command) {
+        if (c == '"') {
+            is_quoted = !is_quoted;
+        } else if (c == ' ' && !is_quoted) {
+            is_open = false;
+        } else {
+            if (!is_open) words.emplace_back();
+            is_open = true;
+            words.back() += c;
+        }
+    }
+    return words;
+}
+
+/// The folder that names count from, until the end of the scope.
+class WorkingFolder {
+public:
+    explicit WorkingFolder(const fs::path& folder) { fs::current_path(folder); }
+    WorkingFolder(const WorkingFolder&) = delete;
+    WorkingFolder& operator=(const WorkingFolder&) = delete;
+    ~WorkingFolder() { fs::current_path(before_); }
+
+private:
+    fs::path before_ = fs::current_path();
+};
+
+class Readme : public HostTest {};
+
+TEST_F(Readme, EveryLineOfTheTourWorksAsItStands)
+{
+    const WorkingFolder here(scratch(""));
+    const auto commands = tour();
+    EXPECT_GT(commands.size(), 12U);
+    size_t ran_here = 0;
+    for (const std::string& command : commands) {
+        if (command.starts_with("scripts/build") || command.starts_with("alias ")) continue;
+        auto words = words_of(command);
+        if (words.front() != "velora-report") {
+            EXPECT_EQ(std::system(command.c_str()), 0) << command;
+            continue;
+        }
+        words.front() = "2026-06-15";
+        words.insert(words.begin(), "--today");
+        const Ran ran = run(words);
+        EXPECT_EQ(ran.status, 0) << command << '\n' << ran.err;
+        ++ran_here;
+    }
+    EXPECT_GT(ran_here, 10U);
+    for (const char* made : {"offer.xls", "offer.pdf", "devis.pdf", "values.json", "customers.pdf", "mine.pdf"}) {
+        EXPECT_TRUE(fs::exists(scratch(made))) << made;
+    }
+}
+
+}  // namespace
+}  // namespace velora::testing
