@@ -13,6 +13,13 @@ pkg_check_modules(FREETYPE REQUIRED IMPORTED_TARGET freetype2)
 pkg_check_modules(HARFBUZZ REQUIRED IMPORTED_TARGET harfbuzz)
 pkg_check_modules(HARFBUZZ_SUBSET REQUIRED IMPORTED_TARGET harfbuzz-subset)
 pkg_check_modules(ZLIB REQUIRED IMPORTED_TARGET zlib)
-pkg_check_modules(JPEG REQUIRED IMPORTED_TARGET libjpeg)
+pkg_check_modules(JPEG REQUIRED IMPORTED_TARGET libturbojpeg)
 pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
 pkg_check_modules(GSF REQUIRED IMPORTED_TARGET libgsf-1)
+
+# Zint comes without a description of itself.
+find_library(ZINT_LIBRARY zint REQUIRED)
+find_path(ZINT_INCLUDE_DIR zint.h REQUIRED)
+add_library(Zint::Zint UNKNOWN IMPORTED)
+set_target_properties(Zint::Zint PROPERTIES
+    IMPORTED_LOCATION ${ZINT_LIBRARY} INTERFACE_INCLUDE_DIRECTORIES ${ZINT_INCLUDE_DIR})

@@ -29,7 +29,8 @@ std::pair<double, double> value_range(const ChartData& data)
             const double value = chart_value(series, category).value_or(0);
             least = std::min(least, value);
             most = std::max(most, value);
-            (value < 0 ? down : up) += value;
+            double& stack = value < 0 ? down : up;
+            stack += value;
         }
         if (!is_stacked(data.kind)) continue;
         least = std::min(least, down);

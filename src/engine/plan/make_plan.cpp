@@ -1,6 +1,6 @@
 #include "engine/plan/make_plan.h"
 
-#include "engine/chart/barcode.h"
+#include "engine/barcode/barcode.h"
 #include "engine/definition/warning.h"
 #include "engine/plan/chart_plan.h"
 #include "engine/plan/nested_plan.h"

@@ -5,6 +5,7 @@
 
 #include "engine/fill/fill.h"
 #include "engine/fill/parts/images.h"
+#include "engine/page/picture_head.h"
 #include "engine/plan/resources.h"
 #include "support.h"
 
@@ -152,7 +153,7 @@ TEST(Images, TheirSizeIsReadFromTheirHead)
              {"tables are no head", "\xff\xd8\xff\xc4\0\4ab\xff\xc0\0\x0b\x08\0\5\0\6..."s, 6, 5},
              {"JPEG that is cut", jpeg_head.substr(0, 16), 0, 0},
              {"something else", "BM and more bytes than a head has", 0, 0}}) {
-        const auto size = image_size(c.bytes);
+        const auto size = picture_head(c.bytes);
         ASSERT_EQ(size.has_value(), c.width > 0) << c.why;
         if (!size) continue;
         EXPECT_EQ(size->width, c.width) << c.why;

@@ -4,15 +4,12 @@
 #include <string_view>
 
 #include "engine/page/page.h"
+#include "engine/page/picture_head.h"
 
 namespace velora::engine {
 
-struct PictureSize {
-    uint32_t width = 0, height = 0;  ///< pixels
-};
-
-/// Size of a PNG or JPEG picture as its head tells it. None for others and for damaged ones.
-std::optional<PictureSize> picture_size(std::string_view bytes);
+/// The head of a picture that exporters can show, a PNG or JPEG. None for others and for damaged ones.
+std::optional<PictureHead> shown_picture(std::string_view bytes);
 
 /// A rectangle on the page in points.
 struct PictureBox {

@@ -1,9 +1,9 @@
 #include "engine/export/paint/bitmap.h"
 
 #include <cairo.h>
-#include <jpeglib.h>
+#include <turbojpeg.h>
 
-#include <csetjmp>
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -13,11 +13,6 @@ namespace velora::engine {
 namespace {
 
 constexpr uint64_t kMostPoints = uint64_t{64} << 20;
-
-bool is_jpeg(std::string_view bytes)
-{
-    return bytes.starts_with("\xFF\xD8\xFF");
-}
 
 struct DropSurface {
     void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
@@ -56,81 +51,54 @@ std::optional<Bitmap> read_png(std::string_view bytes)
     return bitmap;
 }
 
-struct JpegFailure {
-    jpeg_error_mgr base;
-    std::jmp_buf back;
+struct DropReader {
+    void operator()(void* reader) const noexcept { tjDestroy(reader); }
 };
 
-[[noreturn]] void leave(j_common_ptr reader)
+bool is_small_enough(int width, int height)
 {
-    std::longjmp(reinterpret_cast<JpegFailure*>(reader->err)->back, 1);
+    return static_cast<uint64_t>(width) * static_cast<uint64_t>(height) <= kMostPoints;
 }
 
-/// The library reports failures by a jump, so nothing with a destructor may live in here.
-bool decode_jpeg(std::string_view bytes, Bitmap& bitmap, std::vector<uint8_t>& row)
+/// Four inks a point, which such files hold inverted, become the three colours that they leave.
+void mix_inks(std::vector<uint8_t>& parts)
 {
-    jpeg_decompress_struct reader{};
-    JpegFailure failure{};
-    reader.err = jpeg_std_error(&failure.base);
-    failure.base.error_exit = leave;
-    failure.base.output_message = [](j_common_ptr) {};
-    if (setjmp(failure.back) != 0) {
-        jpeg_destroy_decompress(&reader);
-        return false;
-    }
-    jpeg_create_decompress(&reader);
-    jpeg_mem_src(&reader, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-    jpeg_read_header(&reader, TRUE);
-    const bool inks = reader.num_components == 4;
-    reader.out_color_space = inks ? JCS_CMYK : JCS_RGB;
-    jpeg_start_decompress(&reader);
-    row.resize(size_t{reader.output_width} * 4);
-    bitmap.width = static_cast<int>(reader.output_width);
-    bitmap.height = static_cast<int>(reader.output_height);
-    bitmap.colors.reserve(size_t{reader.output_width} * reader.output_height * 3);
-    while (reader.output_scanline < reader.output_height) {
-        JSAMPROW target = row.data();
-        jpeg_read_scanlines(&reader, &target, 1);
-        for (size_t x = 0; x < reader.output_width; ++x) {
-            for (size_t part = 0; part < 3; ++part) {
-                // Such files hold their inks inverted.
-                bitmap.colors.push_back(inks ? static_cast<uint8_t>(row[x * 4 + part] * row[x * 4 + 3] / 255)
-                                             : row[x * 3 + part]);
-            }
+    for (size_t from = 0, to = 0; from < parts.size(); from += 4) {
+        for (size_t part = 0; part < 3; ++part) {
+            parts[to++] = static_cast<uint8_t>(parts[from + part] * parts[from + 3] / 255);
         }
     }
-    jpeg_finish_decompress(&reader);
-    jpeg_destroy_decompress(&reader);
-    return true;
+    parts.resize(parts.size() / 4 * 3);
+}
+
+/// A file that ends too early is shown as far as it goes.
+std::optional<Bitmap> read_jpeg(std::string_view bytes)
+{
+    const std::unique_ptr<void, DropReader> reader(tjInitDecompress());
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+    Bitmap bitmap;
+    int sampling = 0;
+    int space = 0;
+    const bool read = reader && tjDecompressHeader3(reader.get(), data, bytes.size(), &bitmap.width, &bitmap.height,
+                                                    &sampling, &space) == 0;
+    if (!read || !is_small_enough(bitmap.width, bitmap.height)) return std::nullopt;
+    const int format = space == TJCS_CMYK || space == TJCS_YCCK ? TJPF_CMYK : TJPF_RGB;
+    bitmap.colors.resize(static_cast<size_t>(bitmap.width) * static_cast<size_t>(bitmap.height) *
+                         static_cast<size_t>(tjPixelSize[format]));
+    const int end = tjDecompress2(reader.get(), data, bytes.size(), bitmap.colors.data(), bitmap.width, 0,
+                                  bitmap.height, format, TJFLAG_LIMITSCANS);
+    if (end != 0 && tjGetErrorCode(reader.get()) != TJERR_WARNING) return std::nullopt;
+    if (format == TJPF_CMYK) mix_inks(bitmap.colors);
+    return bitmap;
 }
 
 }  // namespace
 
 std::optional<Bitmap> read_bitmap(std::string_view bytes)
 {
-    const auto size = picture_size(bytes);
-    if (!size || size->width == 0 || size->height == 0) return std::nullopt;
-    if (uint64_t{size->width} * size->height > kMostPoints) return std::nullopt;
-    if (!is_jpeg(bytes)) return read_png(bytes);
-    Bitmap bitmap;
-    std::vector<uint8_t> row;
-    return decode_jpeg(bytes, bitmap, row) ? std::optional(std::move(bitmap)) : std::nullopt;
-}
-
-std::optional<JpegHead> read_jpeg_head(std::string_view bytes)
-{
-    if (!is_jpeg(bytes)) return std::nullopt;
-    const auto byte = [&](size_t at) { return static_cast<uint8_t>(bytes[at]); };
-    for (size_t at = 2; at + 9 < bytes.size();) {
-        if (byte(at) != 0xFF) return std::nullopt;
-        const int marker = byte(at + 1);
-        const bool frame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-        if (frame) {
-            return JpegHead{byte(at + 7) << 8 | byte(at + 8), byte(at + 5) << 8 | byte(at + 6), byte(at + 9)};
-        }
-        at += 2 + static_cast<size_t>(byte(at + 2) << 8 | byte(at + 3));
-    }
-    return std::nullopt;
+    const auto head = shown_picture(bytes);
+    if (!head || !is_small_enough(head->width, head->height)) return std::nullopt;
+    return head->kind == PictureKind::Jpeg ? read_jpeg(bytes) : read_png(bytes);
 }
 
 }  // namespace velora::engine

@@ -18,11 +18,4 @@ struct Bitmap {
 /// None for what is no PNG or JPEG picture, for damaged ones and for those of more than 64 million points.
 std::optional<Bitmap> read_bitmap(std::string_view bytes);
 
-/// What a PDF file needs to know of a JPEG picture to hold it as it is.
-struct JpegHead {
-    int width = 0, height = 0;
-    int components = 0;  ///< 1 grey, 3 colour, 4 inks
-};
-std::optional<JpegHead> read_jpeg_head(std::string_view bytes);
-
 }  // namespace velora::engine

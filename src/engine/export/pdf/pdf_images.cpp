@@ -1,6 +1,7 @@
 #include "engine/export/pdf/pdf_images.h"
 
 #include "engine/export/paint/bitmap.h"
+#include "engine/page/picture_head.h"
 
 namespace velora::engine {
 namespace {
@@ -21,7 +22,7 @@ std::string_view view(const std::vector<uint8_t>& bytes)
 std::optional<PdfImages::Placed> PdfImages::write(const std::string& bytes)
 {
     const std::string name = "I" + std::to_string(written_ + 1);
-    if (const auto head = read_jpeg_head(bytes); head && head->width > 0 && head->height > 0) {
+    if (const auto head = picture_head(bytes); head && head->kind == PictureKind::Jpeg) {
         const PdfId id = file_.reserve();
         const char* space = head->components == 1 ? "DeviceGray" : head->components == 4 ? "DeviceCMYK" : "DeviceRGB";
         std::string entries = picture_entries(head->width, head->height, space) + "/Filter/DCTDecode";

@@ -124,7 +124,7 @@ void RtfExporter::image(const Image& image, const Style& style, const Place& pla
 {
     if (!image.data) return;
     const std::string& bytes = image.data->bytes;
-    if (picture_size(bytes)) shapes_.picture(out_, fitted_picture(style, place, bytes), bytes);
+    if (shown_picture(bytes)) shapes_.picture(out_, fitted_picture(style, place, bytes), bytes);
 }
 
 float line_height(const Text& text, const Style& style)

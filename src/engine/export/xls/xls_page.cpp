@@ -188,7 +188,7 @@ private:
         if (std::holds_alternative<Text>(element.content)) return take_text(element, place);
         if (std::holds_alternative<Line>(element.content)) return take_line(*element.style, place);
         if (const auto* image = std::get_if<Image>(&element.content)) {
-            if (image->data && picture_size(image->data->bytes)) {
+            if (image->data && shown_picture(image->data->bytes)) {
                 pictures_.push_back({fitted_picture(*element.style, place, image->data->bytes), image->data, {}});
             }
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/chart/barcode.h"
+#include "engine/barcode/barcode.h"
 #include "engine/fill/parts/part.h"
 
 namespace velora::engine {

@@ -1,5 +1,7 @@
 #include "engine/fill/parts/image_part.h"
 
+#include "engine/page/picture_head.h"
+
 namespace velora::engine {
 
 ImagePart::ImagePart(Run& run, const PartPlan& plan, const BandState& band)
@@ -58,8 +60,8 @@ bool ImagePart::fit_size(int available)
 {
     const ScaleImage scale = dress_->look.style.scale;
     if (waits_ || !data_ || (scale != ScaleImage::RealHeight && scale != ScaleImage::RealSize)) return false;
-    const auto size = image_size(data_->bytes);
-    if (!size || size->width <= 0 || size->height <= 0 || width_ <= 0) return false;
+    const auto size = picture_head(data_->bytes);
+    if (!size || width_ <= 0) return false;
     const int64_t width = std::min(width_, size->width);
     const int64_t height = size->height * width / size->width;
     const Box& box = dress_->look.style.box;

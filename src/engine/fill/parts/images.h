@@ -10,11 +10,6 @@
 
 namespace velora::engine {
 
-struct ImageSize {
-    int width = 0;
-    int height = 0;
-};
-
 /// The pictures of a run, each read once. A relative path is looked up in the definition's folder and cannot leave
 /// it; only an absolute path reads elsewhere.
 class Images {
@@ -31,8 +26,5 @@ private:
     std::filesystem::path folder_;
     std::map<std::string, std::shared_ptr<const ImageData>> known_;
 };
-
-/// Size in pixels that a PNG, a JPEG or a GIF file states; none for everything else.
-std::optional<ImageSize> image_size(std::string_view bytes);
 
 }  // namespace velora::engine

@@ -1,4 +1,4 @@
-#include "engine/chart/barcode.h"
+#include "engine/barcode/barcode.h"
 
 #include <algorithm>
 #include <cctype>
@@ -14,7 +14,7 @@ struct Linear {
         std::string text;
         int from, to;
     };
-    BarRow bars;
+    Symbol symbol;
     int quiet_left = 10, quiet_right = 10;
     std::vector<Caption> captions;
 };
@@ -39,18 +39,19 @@ float module_width(float asked, float room)
 Linear code128(const BarcodeRequest& request)
 {
     Linear linear;
-    linear.bars = code128_bars(code128_symbols(request.code));
+    linear.symbol = code128_symbol(request.code);
     std::string text = request.code;
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c); }, ' ');
-    linear.captions.push_back({text, 0, static_cast<int>(linear.bars.size())});
+    linear.captions.push_back({text, 0, linear.symbol.width});
     return linear;
 }
 
 Linear ean13(const BarcodeRequest& request)
 {
-    const std::string digits = ean_digits(request.code, 13);
-    return {ean_bars(digits),
+    Symbol symbol = ean_symbol(request.code, 13);
+    const std::string digits = symbol.text;
+    return {std::move(symbol),
             11,
             7,
             {{digits.substr(0, 1), -9, -2}, {digits.substr(1, 6), 3, 45}, {digits.substr(7), 50, 92}}};
@@ -58,15 +59,27 @@ Linear ean13(const BarcodeRequest& request)
 
 Linear ean8(const BarcodeRequest& request)
 {
-    const std::string digits = ean_digits(request.code, 8);
-    return {ean_bars(digits), 7, 7, {{digits.substr(0, 4), 3, 31}, {digits.substr(4), 36, 64}}};
+    Symbol symbol = ean_symbol(request.code, 8);
+    const std::string digits = symbol.text;
+    return {std::move(symbol), 7, 7, {{digits.substr(0, 4), 3, 31}, {digits.substr(4), 36, 64}}};
+}
+
+/// The bars of a row of modules that are dark side by side.
+template <class Bar>
+void each_bar(const Symbol& symbol, int y, Bar&& bar)
+{
+    for (int x = 0; x < symbol.width;) {
+        int end = x;
+        while (end < symbol.width && symbol.dark(end, y)) ++end;
+        if (end > x) bar(x, end);
+        x = std::max(end, x + 1);
+    }
 }
 
 void draw_linear(Drawing& drawing, const Linear& linear, const BarcodeRequest& request, Measurer& measurer)
 {
     constexpr float kMostTextShare = 0.4F;
-    const auto count = static_cast<int>(linear.bars.size());
-    const auto modules = static_cast<float>(count + linear.quiet_left + linear.quiet_right);
+    const auto modules = static_cast<float>(linear.symbol.width + linear.quiet_left + linear.quiet_right);
     const float module = module_width(request.module_width, drawing.width / modules);
     const float left = (drawing.width - module * modules) / 2 + module * static_cast<float>(linear.quiet_left);
     const auto x_of = [&](int at) { return left + module * static_cast<float>(at); };
@@ -75,14 +88,9 @@ void draw_linear(Drawing& drawing, const Linear& linear, const BarcodeRequest& r
     const float ask = measurer.line_height(font);
     const float text_height = request.show_text ? std::min(ask, drawing.height * kMostTextShare) : 0;
     if (ask > 0 && text_height > 0) font.size *= text_height / ask;
-    for (int at = 0; at < count;) {
-        int end = at;
-        while (end < count && linear.bars[static_cast<size_t>(end)] == linear.bars[static_cast<size_t>(at)]) ++end;
-        if (linear.bars[static_cast<size_t>(at)]) {
-            add_bar(drawing, {x_of(at), 0}, x_of(end) - x_of(at), drawing.height - text_height, request.fore);
-        }
-        at = end;
-    }
+    each_bar(linear.symbol, 0, [&](int from, int to) {
+        add_bar(drawing, {x_of(from), 0}, x_of(to) - x_of(from), drawing.height - text_height, request.fore);
+    });
     if (!request.show_text) return;
     for (const auto& caption : linear.captions) {
         Font fitted = font;
@@ -99,23 +107,18 @@ void draw_linear(Drawing& drawing, const Linear& linear, const BarcodeRequest& r
     }
 }
 
-void draw_square(Drawing& drawing, const QrCode& code, const BarcodeRequest& request)
+void draw_square(Drawing& drawing, const Symbol& code, const BarcodeRequest& request)
 {
     constexpr int kQuiet = 4;
-    const auto modules = static_cast<float>(code.size + 2 * kQuiet);
+    const auto modules = static_cast<float>(code.width + 2 * kQuiet);
     const float module = module_width(request.module_width, std::min(drawing.width, drawing.height) / modules);
-    const auto inner = static_cast<float>(code.size) * module;
+    const auto inner = static_cast<float>(code.width) * module;
     const Point corner{(drawing.width - inner) / 2, (drawing.height - inner) / 2};
-    for (int y = 0; y < code.size; ++y) {
-        for (int x = 0; x < code.size;) {
-            int end = x;
-            while (end < code.size && code.dark(end, y)) ++end;
-            if (end > x) {
-                add_bar(drawing, {corner.x + static_cast<float>(x) * module, corner.y + static_cast<float>(y) * module},
-                        static_cast<float>(end - x) * module, module, request.fore);
-            }
-            x = std::max(end, x + 1);
-        }
+    for (int y = 0; y < code.height; ++y) {
+        each_bar(code, y, [&](int from, int to) {
+            const Point start{corner.x + static_cast<float>(from) * module, corner.y + static_cast<float>(y) * module};
+            add_bar(drawing, start, static_cast<float>(to - from) * module, module, request.fore);
+        });
     }
 }
 
@@ -141,7 +144,7 @@ std::shared_ptr<const Drawing> draw_barcode(const BarcodeRequest& request, float
     drawing->width = width;
     drawing->height = height;
     if (request.type == kSquare) {
-        draw_square(*drawing, qr_code(request.code, request.level), request);
+        draw_square(*drawing, qr_symbol(request.code, request.level), request);
         return drawing;
     }
     for (const auto& linear : kLinear) {
