@@ -85,6 +85,8 @@ void check_variables(const Dataset& data, const std::vector<Group>& groups)
 
 void check_groups(const std::vector<Group>& groups)
 {
+    constexpr size_t kMost = 1000;  // each row compares them all
+    if (groups.size() > kMost) throw DefinitionError(groups[kMost].place, "group", "there are more than 1,000 groups");
     for (auto group = groups.begin(); group != groups.end(); ++group) {
         if (std::find_if(groups.begin(), group, [&](const Group& g) { return g.name == group->name; }) != group) {
             throw DefinitionError(group->place, "group", "there are two groups '" + group->name + "'");
@@ -99,6 +101,7 @@ public:
     ElementCheck(const Definition& definition, SourceText& source)
         : definition_(definition), groups_(definition.groups), source_(source)
     {
+        for (const model::Style& style : definition.styles) styles_.insert(style.name);
     }
 
     void run() const
@@ -123,9 +126,7 @@ private:
 
     void check(const Element& element) const
     {
-        const auto& styles = definition_.styles;
-        const bool known = element.style.empty() || !definition_.templates.empty() ||
-                           std::ranges::find(styles, element.style, &model::Style::name) != styles.end();
+        const bool known = element.style.empty() || !definition_.templates.empty() || styles_.contains(element.style);
         if (!known) source_.warn(element.place, "element", "there is no style '" + element.style + "'");
         if (!element.print_when_group_changes.empty()) {
             groups_.require(element.print_when_group_changes, element.place, "element");
@@ -160,6 +161,7 @@ private:
 
     const Definition& definition_;
     GroupNames groups_;
+    std::set<std::string_view> styles_;
     SourceText& source_;
 };
 

@@ -1,4 +1,7 @@
 #include "engine/definition/parts.h"
+
+#include <algorithm>
+
 #include "values/text.h"
 
 namespace velora::engine {
@@ -82,6 +85,8 @@ void read_declared(std::vector<Declared>& all, Tag& tag, std::span<const Attribu
         }
         return read_child(children, out, child);
     });
+    constexpr size_t kMost = 10'000;  // each name is compared with all before
+    if (all.size() == kMost) tag.fail("more than 10,000 of a kind are declared");
     const auto same = std::ranges::find(all, out.name, &Declared::name);
     if (same != all.end()) {
         tag.warn("'" + out.name + "' is declared twice; the first one is taken");

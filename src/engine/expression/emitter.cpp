@@ -7,7 +7,6 @@ namespace velora::engine {
 namespace {
 
 constexpr uint16_t kDeepestProgram = 400;
-constexpr size_t kLongestText = 1U << 20;
 constexpr size_t kMostInstructions = 100'000;
 constexpr size_t kMostOperands = 1'000'000;
 
@@ -75,6 +74,11 @@ uint32_t Emitter::emit(Instruction instruction, std::span<const uint32_t> operan
         const auto below = static_cast<uint16_t>(program_->code[operand].depth + 1);
         instruction.depth = std::max(instruction.depth, below);
         program_->operands.push_back(operand);
+    }
+    if (is_arithmetic(instruction.op)) {
+        const Instruction& left = program_->code[operands[0]];
+        const Instruction& right = program_->code[operands[1]];
+        if (is_long_chain(left)) instruction.depth = std::max(left.depth, static_cast<uint16_t>(right.depth + 1));
     }
     if (instruction.depth > kDeepestProgram) fail(token(), "the expression is nested too deeply");
     program_->code.push_back(instruction);

@@ -1,4 +1,5 @@
 #include <array>
+#include <ranges>
 
 #include "engine/expression/program.h"
 
@@ -78,8 +79,24 @@ private:
         return text ? cell::text(std::move(*text)) : Cell{};
     }
 
+    Cell chained(const Instruction& top)
+    {
+        std::vector<const Instruction*> links{&top};
+        for (;;) {
+            const Instruction& left = program_.code[operand(*links.back(), 0)];
+            if (!is_long_chain(left)) break;
+            links.push_back(&left);
+        }
+        Cell result = evaluate(operand(*links.back(), 0));
+        for (const Instruction* link : links | std::views::reverse) {
+            result = arithmetic(link->op, link->result, result, evaluate(operand(*link, 1)));
+        }
+        return result;
+    }
+
     Cell binary(const Instruction& instruction)
     {
+        if (is_long_chain(instruction)) return chained(instruction);
         const Cell left = evaluate(operand(instruction, 0));
         const Cell right = evaluate(operand(instruction, 1));
         switch (instruction.op) {

@@ -30,6 +30,19 @@ struct Instruction {
     uint32_t count = 0;
 };
 
+constexpr bool is_arithmetic(Op op)
+{
+    return op >= Op::Add && op <= Op::Remainder;
+}
+
+/// Arithmetic that leans to the left over many terms, as a + b + c ... does. It is worked off without going deeper, so
+/// its depth grows no more.
+constexpr bool is_long_chain(const Instruction& instruction)
+{
+    constexpr uint16_t kLong = 100;
+    return instruction.depth >= kLong && is_arithmetic(instruction.op);
+}
+
 struct Program {
     std::vector<Instruction> code;  ///< the last one gives the result
     std::vector<uint32_t> operands;

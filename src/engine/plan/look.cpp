@@ -125,8 +125,14 @@ using ByName = std::map<std::string_view, const model::Style*>;
 /// A style and those that it inherits from, itself first.
 std::vector<const model::Style*> line_of(const model::Style& style, const ByName& styles)
 {
+    constexpr size_t kLongest = 100;  // each style holds the layers of all in its line
     std::vector<const model::Style*> line;
     for (const auto* at = &style; at != nullptr;) {
+        if (line.size() == kLongest) {
+            throw DefinitionError(
+                style.place, "style",
+                "style '" + style.name + "' inherits from more than " + std::to_string(kLongest - 1) + " others");
+        }
         if (std::ranges::find(line, at) != line.end()) {
             throw DefinitionError(style.place, "style", "style '" + style.name + "' inherits from itself");
         }

@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kMostNested = 16;
+constexpr size_t kMostReports = 500;   // a report that holds another thrice, which does so too, and so on
 constexpr size_t kMostComponents = 4;  // each may read all rows for every row of the one around it
 constexpr std::string_view kOwnRows = "$P{REPORT_DATA_SOURCE}";
 constexpr std::string_view kOwnParameters = "$P{REPORT_PARAMETERS_MAP}";
@@ -122,6 +123,10 @@ std::shared_ptr<const ReportPlan> open_subreport(const fs::path& file, Position 
     if (files.size() >= kMostNested) {
         throw DefinitionError(place, "subreport",
                               "more than " + std::to_string(kMostNested) + " reports stand in each other");
+    }
+    if (++*around.opening.reports > kMostReports) {
+        throw DefinitionError(place, "subreport",
+                              "more than " + std::to_string(kMostReports) + " reports stand in this one");
     }
     std::vector<Warning> met;
     try {

@@ -233,6 +233,12 @@ TEST(Report, RefusesWhatCannotBeMeant)
               "no 'f' to sort by"}}) {
         EXPECT_THAT(refusal_of(c.inside), ::testing::HasSubstr(c.reason)) << c.why;
     }
+    std::string fields;
+    for (int at = 0; at <= 10'000; ++at) fields += "<field name='f" + std::to_string(at) + "'/>";
+    EXPECT_THAT(refusal_of(fields), ::testing::HasSubstr("more than 10,000"));
+    std::string groups;
+    for (int at = 0; at <= 1'000; ++at) groups += "<group name='g" + std::to_string(at) + "'/>";
+    EXPECT_THAT(refusal_of(groups), ::testing::HasSubstr("more than 1,000 groups"));
     EXPECT_THAT(refusal_of("", "topMargin='500' bottomMargin='400'"), ::testing::HasSubstr("no room on the page"));
 }
 

@@ -117,8 +117,11 @@ TEST(Hostile, DepthAndLengthAreBoundedInTimeAndMemory)
     }
     const auto literal = compile("\"" + times("x", 1000000) + "\".length()", world).evaluate(world);
     EXPECT_EQ(literal, Value(int64_t{1000000})) << "a literal of a megabyte is only long";
-    const auto sums = compile("$F{count}" + times(" + $F{count}", 300), world).evaluate(world);
-    EXPECT_EQ(sums, Value(int64_t{7 * 301}));
+    const auto sums = compile("$F{count}" + times(" + $F{count} * 2 - 3", 10000), world).evaluate(world);
+    EXPECT_EQ(sums, Value(int64_t{7 + 11 * 10000})) << "a chain of any length needs no depth";
+    const auto inside =
+        compile("2 * Math.abs(1" + times(" - 2", 3000) + ") / (3 - (1" + times("*1", 3000) + "))", world);
+    EXPECT_EQ(inside.evaluate(world), Value(int64_t{5999}));
     const auto choices = compile(times("$F{count} == 1 ? 1 : ", 70) + "2", world).evaluate(world);
     EXPECT_EQ(choices, Value(int64_t{2}));
 }

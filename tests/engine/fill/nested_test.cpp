@@ -236,6 +236,32 @@ TEST_F(Subreports, WhatHoldsItselfIsRefused)
     EXPECT_THROW(printed("deep0.jrxml"), DefinitionError);
 }
 
+TEST_F(Subreports, WhatGrowsWithEachStepIsRefusedBeforeItIsMade)
+{
+    const auto refusal = [&](const std::string& name) {
+        try {
+            printed(name);
+        } catch (const DefinitionError& error) {
+            return std::string(error.what());
+        }
+        return std::string();
+    };
+    for (int at = 0; at < 15; ++at) {  // three times the next one each: 14 million reports
+        const std::string next = subreport("\"wide" + std::to_string(at + 1) + ".jrxml\"");
+        write("wide" + std::to_string(at) + ".jrxml", {band("title", 10, next + next + next)});
+    }
+    write("wide15.jrxml", {band("title", 12, text_field("\"x\"", 0, 12))});
+    EXPECT_NE(refusal("wide0.jrxml").find("more than 500 reports stand in this one"), std::string::npos);
+    EXPECT_EQ(refusal("wide11.jrxml"), "");
+
+    std::string styles = "<style name=\"s0\"/>";
+    for (int at = 1; at < 3000; ++at) {
+        styles += "<style name=\"s" + std::to_string(at) + "\" style=\"s" + std::to_string(at - 1) + "\"/>";
+    }
+    write("styles.jrxml", {band("title", 12, text_field("\"x\"", 0, 12)), "", styles});
+    EXPECT_NE(refusal("styles.jrxml").find("style 's100' inherits from more than 99 others"), std::string::npos);
+}
+
 TEST_F(Subreports, OnesOutsideTheFolderOrNotThereLeaveThePlaceEmpty)
 {
     write("outside.jrxml", {band("title", 12, text_field("\"secret\"", 0, 12))});
