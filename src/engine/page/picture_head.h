@@ -18,4 +18,8 @@ struct PictureHead {
 /// None for every other file and for one whose head is damaged.
 std::optional<PictureHead> picture_head(std::string_view bytes);
 
+/// "image/png", "image/jpeg", "image/svg+xml", told by the content; empty when it is none of them, which no format
+/// shows.
+std::string_view image_media_type(std::string_view bytes);
+
 }  // namespace velora::engine

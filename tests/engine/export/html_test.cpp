@@ -1,7 +1,6 @@
 #include "engine/export/html/html_text.h"
 
 #include "engine/export/common/link_address.h"
-#include "engine/export/common/picture_bytes.h"
 #include "engine/export/export_run.h"
 #include "engine/export/sample_quote.h"
 

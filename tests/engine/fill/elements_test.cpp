@@ -171,6 +171,15 @@ TEST(Images, AMissingOneIsAWarningAndTheReportGoesOn)
     EXPECT_NE(result.warnings[0].find("gone.png"), std::string::npos);
 }
 
+TEST(Images, OneThatNoFormatShowsIsAWarning)
+{
+    const std::string image = R"(<element kind="image" x="0" y="0" width="50" height="20"><expression>)"
+                              R"("data:image/gif;base64,R0lGODlhAgABAAAAACw="</expression></element>)";
+    const auto result = filled({detail(20, image)}, 3);
+    ASSERT_EQ(result.warnings.size(), 1u);
+    EXPECT_NE(result.warnings[0].find("is no PNG, JPEG or SVG"), std::string::npos) << result.warnings[0];
+}
+
 TEST(Barcodes, AreDrawnAndWhatTheTypeCannotHoldIsAWarning)
 {
     const auto component = [](const std::string& type, const std::string& code) {

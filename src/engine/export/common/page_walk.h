@@ -34,6 +34,13 @@ void walk_elements(const std::vector<Element>& elements, const Visit& visit, int
     }
 }
 
+/// The measured height of a text's line; a text that was never measured gets that of the shipped face.
+inline float measured_height(const Text& text, const Style& style)
+{
+    constexpr float kOfShippedFace = 1.1640625F;
+    return text.text_height > 0 ? text.text_height : style.font.size * kOfShippedFace;
+}
+
 /// The upright area in which a text's lines stand, before its rotation is applied: paddings as the lines see them.
 struct TextArea {
     float width = 0, height = 0;  ///< of the whole box, exchanged when the text is turned aside

@@ -6,12 +6,12 @@
 
 #include "engine/export/common/link_address.h"
 #include "engine/export/common/page_walk.h"
-#include "engine/export/common/picture_bytes.h"
 #include "engine/export/common/picture_fit.h"
 #include "engine/export/common/two_part_file.h"
 #include "engine/export/html/html_drawing.h"
 #include "engine/export/html/html_styles.h"
 #include "engine/export/html/html_text.h"
+#include "engine/page/picture_head.h"
 #include "engine/text/visual_order.h"
 
 namespace velora::engine {
@@ -31,12 +31,12 @@ a{color:inherit;text-decoration:inherit}
 @media print{html{background:none}section{margin:0;box-shadow:none;break-after:page}section:last-of-type{break-after:auto}}
 )";
 
-/// The measured height of a text's line; a text that was never measured gets that of the shipped face.
+/// The height of a text's line.
 float line_height(const Text& text, const Style& style)
 {
     const size_t lines = text.detail ? std::max<size_t>(1, text.detail->lines.size()) : 1;
     if (lines > 1) return text.detail->lines.front().height;
-    return text.text_height > 0 ? text.text_height : style.font.size * 1.1640625F;
+    return measured_height(text, style);
 }
 
 std::string geometry(const PictureBox& box)

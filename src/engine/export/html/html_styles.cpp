@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "engine/export/common/page_walk.h"
-#include "engine/export/common/picture_bytes.h"
 #include "engine/export/html/html_text.h"
+#include "engine/page/picture_head.h"
 #include "values/base64.h"
 
 namespace velora::engine {

@@ -6,6 +6,7 @@
 #include FT_FREETYPE_H
 
 #include <cmath>
+#include <map>
 
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"

@@ -1,5 +1,7 @@
 #include "engine/export/pdf/pdf_exporter.h"
 
+#include <algorithm>
+
 #include "engine/export/paint/paint.h"
 #include "engine/export/pdf/pdf_canvas.h"
 #include "engine/export/pdf/pdf_outline.h"

@@ -50,7 +50,9 @@ const PdfImages::Placed* PdfImages::image(const std::shared_ptr<const ImageData>
     auto known = images_.find(data);
     if (known == images_.end()) {
         known = images_.emplace(data, write(data->bytes)).first;
-        if (!known->second && warn_) warn_("The picture '" + data->source + "' cannot be read; it is left out.");
+        const bool is_told = image_media_type(data->bytes).empty();  // when the page was filled
+        if (!known->second && !is_told && warn_)
+            warn_("The picture '" + data->source + "' cannot be read; it is left out.");
     }
     return known->second ? &*known->second : nullptr;
 }

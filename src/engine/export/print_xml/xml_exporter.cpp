@@ -1,6 +1,7 @@
 #include "engine/export/print_xml/xml_exporter.h"
 
-#include "engine/export/common/picture_bytes.h"
+#include <algorithm>
+
 #include "engine/export/print_xml/drawing_text.h"
 #include "engine/export/print_xml/xml_marked_text.h"
 #include "engine/export/print_xml/xml_names.h"

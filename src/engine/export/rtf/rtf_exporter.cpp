@@ -130,7 +130,7 @@ void RtfExporter::image(const Image& image, const Style& style, const Place& pla
 float line_height(const Text& text, const Style& style)
 {
     if (text.detail && !text.detail->lines.empty()) return text.detail->lines.back().height;
-    return text.text_height > 0 ? text.text_height : style.font.size * 1.1640625F;
+    return measured_height(text, style);
 }
 
 /// The part of the element that the text's box covers: down from where the first line starts.

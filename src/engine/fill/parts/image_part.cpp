@@ -31,7 +31,7 @@ void ImagePart::take_image(Moment moment)
     if (const auto name = plan_.expression.text(run_.at(moment)); name && !name->empty()) {
         std::string reason;
         data_ = run_.images.find(*name, reason);
-        if (!data_ && !reason.empty()) run_.tell(reason);
+        if (!reason.empty()) run_.tell(reason);
     }
     repeats_ = before == data_;
     if (plan_.link) {

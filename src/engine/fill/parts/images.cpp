@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "engine/definition/file_beside.h"
+#include "engine/page/picture_head.h"
 #include "values/base64.h"
 #include "values/utf8.h"
 
@@ -31,6 +32,9 @@ std::shared_ptr<const ImageData> Images::find(const std::string& name, std::stri
 {
     if (const auto known = known_.find(name); known != known_.end()) return known->second;
     auto image = name.starts_with("data:") ? embedded(name, reason) : read(name, reason);
+    if (image && image_media_type(image->bytes).empty()) {
+        reason = "picture '" + image->source + "' is no PNG, JPEG or SVG file and is left out";
+    }
     return known_[name] = std::move(image);
 }
 

@@ -17,7 +17,7 @@ public:
     explicit Images(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
     /// The picture of a file name, a file: address or a data: address.
-    /// @param reason  why there is none; told once for each name
+    /// @param reason  why there is none, or why it will not be shown; told once for each name
     std::shared_ptr<const ImageData> find(const std::string& name, std::string& reason);
 
 private:
