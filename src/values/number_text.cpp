@@ -108,44 +108,44 @@ double parse(const std::string& text)
     return value;
 }
 
-/// Collects a number from the front of `text` into `out`; answers how much of the text it took.
+/// Whether a character goes on with the number of which `so_far` is collected: a digit, its one point, a sign in front.
+bool goes_on(char c, std::string_view so_far)
+{
+    if (c == '.') return so_far.find('.') == std::string_view::npos;
+    if (c == '-' || c == '+') return so_far.empty();
+    return is_digit(c);
+}
+
+/// Adds the exponent that stands at `at`, if one does; answers where the text goes on.
+size_t read_exponent(std::string_view text, size_t at, std::string& out)
+{
+    const std::string_view mark = text.substr(at, 2);
+    if (mark.empty() || std::string_view("eEdD").find(mark.front()) == std::string_view::npos) return at;
+    const bool has_sign = mark.size() == 2 && (mark.back() == '-' || mark.back() == '+');
+    const size_t first = at + (has_sign ? 2 : 1);
+    const size_t end = std::min(text.find_first_not_of("0123456789", first), text.size());
+    if (end == first) return at;
+    out += has_sign && mark.back() == '-' ? "e-" : "e";
+    out += text.substr(first, end - first);
+    return end;
+}
+
+/// Collects a number from the front of `text` into `out`, without what `skip` passes over; answers how much of the text
+/// it took.
 template <class Skip>
 size_t scan_number(std::string_view text, std::string& out, Skip skip)
 {
     size_t at = 0;
-    bool digits = false;
-    bool point = false;
     for (; at < text.size(); ++at) {
-        const char c = text[at];
-        if (is_digit(c)) {
-            digits = true;
-        } else if (c == '.' && !point) {
-            point = true;
-        } else if ((c == '-' || c == '+') && out.empty()) {
-        } else if (skip(at, digits && !point)) {
-            continue;
-        } else {
+        if (goes_on(text[at], out)) {
+            out.push_back(text[at]);
+        } else if (!skip(at)) {
             break;
         }
-        out.push_back(c);
     }
-    if (!digits) {
-        out.clear();
-        return 0;
-    }
-    if (at < text.size() && (text[at] == 'e' || text[at] == 'E' || text[at] == 'd' || text[at] == 'D')) {
-        size_t end = at + 1;
-        if (end < text.size() && (text[end] == '-' || text[end] == '+')) ++end;
-        const size_t first = end;
-        while (end < text.size() && is_digit(text[end])) ++end;
-        if (end > first) {
-            out.push_back('e');
-            const size_t sign = text[at + 1] == '+' ? at + 2 : at + 1;
-            out.append(text.substr(sign, end - sign));
-            at = end;
-        }
-    }
-    return at;
+    if (std::ranges::any_of(out, is_digit)) return read_exponent(text, at, out);
+    out.clear();
+    return 0;
 }
 
 }  // namespace
@@ -198,9 +198,11 @@ std::optional<double> read_number(std::string_view text)
     while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
     if (text.empty()) return std::nullopt;
     std::string digits;
-    const auto taken = scan_number(text, digits, [&](size_t at, bool in_whole) {
+    const auto is_group_mark = [&](size_t at) {
+        const bool in_whole = !digits.empty() && is_digit(digits.back()) && digits.find('.') == std::string::npos;
         return text[at] == ',' && in_whole && at + 1 < text.size() && is_digit(text[at + 1]);
-    });
+    };
+    const auto taken = scan_number(text, digits, is_group_mark);
     if (digits.empty() || taken != text.size()) return std::nullopt;
     return parse(digits);
 }
@@ -208,7 +210,7 @@ std::optional<double> read_number(std::string_view text)
 double leading_number(std::string_view text)
 {
     std::string digits;
-    scan_number(text, digits, [&](size_t at, bool) { return is_blank(text[at]); });
+    scan_number(text, digits, [&](size_t at) { return is_blank(text[at]); });
     return digits.empty() ? 0 : parse(digits);
 }
 

@@ -188,6 +188,7 @@ Template read_template_parts(std::string_view xml, std::vector<Warning>& warning
         }
         return true;
     });
+    tag.finish();
     return out;
 }
 
@@ -227,15 +228,10 @@ private:
 Definition read_definition(std::string_view xml, std::vector<Warning>& warnings)
 {
     SourceText source(xml, warnings);
-    Definition out;
-    {
-        Tag tag(source.root(), source);
-        if (tag.name() != "jasperReport") {
-            tag.ignore_all();
-            tag.fail("this is no report definition");
-        }
-        out = read_report(tag);
-    }
+    Tag tag(source.root(), source);
+    if (tag.name() != "jasperReport") tag.fail("this is no report definition");
+    Definition out = read_report(tag);
+    tag.finish();
     check_definition(out, source);
     return out;
 }

@@ -209,12 +209,20 @@ std::string Tag::known_name(std::string_view written)
     return std::string(written);
 }
 
-void Tag::warn_about_the_rest() const
+void Tag::take(size_t attribute)
 {
+    constexpr size_t kMost = 64;
+    if (attribute >= kMost) fail("it has more than 64 attributes");
+    taken_ |= uint64_t{1} << attribute;
+}
+
+void Tag::finish() const
+{
+    if (ignores_all_) return;
     size_t at = 0;
     for (const auto attribute : node_.attributes()) {
         const std::string_view written = attribute.name();
-        const bool taken = at >= 64 || (taken_ >> at & 1) != 0;
+        const bool taken = at < 64 && (taken_ >> at & 1) != 0;
         ++at;
         const bool bookkeeping = written == "uuid" || written.starts_with("xmlns") || written.starts_with("xsi:");
         if (taken || bookkeeping) continue;

@@ -70,7 +70,7 @@ public:
     Tag(pugi::xml_node node, SourceText& source) : node_(node), source_(source) {}
     Tag(const Tag&) = delete;
     Tag& operator=(const Tag&) = delete;
-    ~Tag() { warn_about_the_rest(); }
+    ~Tag() = default;
 
     [[nodiscard]] std::string_view name() const;  ///< without a namespace prefix
     [[nodiscard]] Position place() const;
@@ -86,7 +86,10 @@ public:
     void require(std::string_view attribute) { static_cast<void>(required(attribute)); }
     void ignore(std::string_view attribute) { static_cast<void>(value(attribute)); }
     [[nodiscard]] bool has_child(const char* name) const { return !node_.child(name).empty(); }
-    void ignore_all() { taken_ = ~uint64_t{0}; }
+    void ignore_all() { ignores_all_ = true; }
+    /// Warns about the attributes that nobody took. For the outermost element; those inside are finished as they are
+    /// visited.
+    void finish() const;
 
     /// Sets what the rules know; the other attributes are left for other rules.
     template <class Target>
@@ -111,8 +114,10 @@ public:
         for (const auto node : node_.children()) {
             if (node.type() != pugi::node_element) continue;
             Tag child(node, source_);
-            if (visit(child)) continue;
-            child.ignore_all();
+            if (visit(child)) {
+                child.finish();
+                continue;
+            }
             warn(child.place(), "the element '" + std::string(child.name()) + "' is not known and passed over");
         }
     }
@@ -122,12 +127,12 @@ public:
 
 private:
     static std::string known_name(std::string_view written);
-    void take(size_t attribute) { taken_ |= attribute < 64 ? uint64_t{1} << attribute : 0; }
-    void warn_about_the_rest() const;
+    void take(size_t attribute);
 
     pugi::xml_node node_;
     SourceText& source_;
-    uint64_t taken_ = 0;
+    uint64_t taken_ = 0;  ///< a bit for each attribute, in their order
+    bool ignores_all_ = false;
 };
 
 /// Reads a child by the rule of its name; false when there is none.

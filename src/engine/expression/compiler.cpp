@@ -335,7 +335,7 @@ private:
             package.append(token().text).append(".");
             pass(2);
         }
-        const std::string name(token().text);
+        std::string name(token().text);
         pass();
         if (package + name == "java.sql.Date") return "java.sql.Date";
         if (std::ranges::find(kPackages, package) == kPackages.end()) return package + name;

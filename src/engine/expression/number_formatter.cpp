@@ -238,7 +238,7 @@ void append_grouped(const std::string& whole, size_t grouping, const std::string
     }
 }
 
-std::string laid_out(Digits digits, const PlainPattern& pattern, const Symbols& symbols)
+std::string laid_out(Digits&& digits, const PlainPattern& pattern, const Symbols& symbols)
 {
     auto& [negative, whole, places] = digits;
     while (places.size() > static_cast<size_t>(pattern.least_places) && places.back() == '0') places.pop_back();

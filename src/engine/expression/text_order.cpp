@@ -2,6 +2,7 @@
 
 #include <unicode/tblcoll.h>
 
+#include <algorithm>
 #include <array>
 
 #include "engine/expression/utf16.h"

@@ -1,6 +1,8 @@
 #include "engine/fill/book/held_page.h"
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
 
 namespace velora::engine {
 
@@ -59,18 +61,22 @@ std::string take_text(const std::string& bytes, size_t& at, std::string_view bef
     return text;
 }
 
-ElementShape shape_of(const Element& element)
+/// None for what is kept as it is.
+std::optional<PlainSort> plain_sort(const Element& element)
 {
-    const auto* text = std::get_if<Text>(&element.content);
-    return {element.place, element.style, element.source, static_cast<uint8_t>(element.content.index()),
-            text ? text->text_height : 0};
+    if (const auto* text = std::get_if<Text>(&element.content)) {
+        return text->detail ? std::nullopt : std::optional(PlainSort::Text);
+    }
+    if (std::holds_alternative<Line>(element.content)) return PlainSort::Line;
+    if (std::holds_alternative<Rectangle>(element.content)) return PlainSort::Rectangle;
+    if (std::holds_alternative<Ellipse>(element.content)) return PlainSort::Ellipse;
+    return std::nullopt;
 }
 
-bool is_plain(const Element& element)
+ElementShape shape_of(const Element& element, PlainSort sort)
 {
-    if (const auto* text = std::get_if<Text>(&element.content)) return !text->detail;
-    return std::holds_alternative<Line>(element.content) || std::holds_alternative<Rectangle>(element.content) ||
-           std::holds_alternative<Ellipse>(element.content);
+    const auto* text = std::get_if<Text>(&element.content);
+    return {element.place, element.style, element.source, sort, text ? text->text_height : 0};
 }
 
 Element made_from(const ElementShape& shape)
@@ -79,20 +85,20 @@ Element made_from(const ElementShape& shape)
     element.place = shape.place;
     element.style = shape.style;
     element.source = shape.source;
-    switch (shape.kind) {
-        case 0: {
+    switch (shape.sort) {
+        case PlainSort::Text: {
             Text text;
             text.text_height = shape.text_height;
             element.content = std::move(text);
             break;
         }
-        case 1:
+        case PlainSort::Line:
             element.content = Line{};
             break;
-        case 2:
+        case PlainSort::Rectangle:
             element.content = Rectangle{};
             break;
-        default:
+        case PlainSort::Ellipse:
             element.content = Ellipse{};
             break;
     }
@@ -114,7 +120,8 @@ PackedPage PagePacker::pack(Page&& page, const std::vector<uint32_t>& open)
     for (size_t index = 0; index < page.elements.size(); ++index) {
         Element& element = page.elements[index];
         const bool is_open = next_open < open.size() && open[next_open] == index;
-        if (is_open || !is_plain(element)) {
+        const auto sort = plain_sort(element);
+        if (is_open || !sort) {
             packed.bytes += {static_cast<char>(kSpecial), static_cast<char>(kKept)};
             put_number(packed.bytes, static_cast<uint32_t>(is_open ? next_open : packed.kept.size()));
             if (is_open) {
@@ -125,7 +132,7 @@ PackedPage PagePacker::pack(Page&& page, const std::vector<uint32_t>& open)
             continue;
         }
         ElementBefore& before = before_[index];
-        if (const ElementShape shape = shape_of(element); before.shape != shape) {
+        if (const ElementShape shape = shape_of(element, *sort); before.shape != shape) {
             before.shape = shape;
             packed.bytes += {static_cast<char>(kSpecial), static_cast<char>(kNewShape)};
             packed.bytes.append(reinterpret_cast<const char*>(&shape), sizeof shape);

@@ -7,12 +7,15 @@
 
 namespace velora::engine {
 
+/// The sorts of elements that can be told in a few bytes.
+enum class PlainSort : uint8_t { Text, Line, Rectangle, Ellipse };
+
 /// What an element has besides its text; pages of a report repeat it place for place.
 struct ElementShape {
     Place place;
     const Style* style = nullptr;
     uint32_t source = 0;
-    uint8_t kind = 0;
+    PlainSort sort = PlainSort::Text;
     float text_height = 0;
     bool operator==(const ElementShape&) const = default;
 };
