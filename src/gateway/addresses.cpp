@@ -161,23 +161,25 @@ void Fetch_VLSDefaultAddress(SessionState& state, int32_t pCustomerID, AddressRo
                       [&] { fill_from_table(state, kShipTo, rows, pCustomerID); });
 }
 
+void fetch_bill_to(SessionState& state, const AddressKeys& keys, AddressRows& rows)
+{
+    if (keys.BillToID != 0) return Fetch_VLBillTo(state, rows, keys.BillToID);
+    if (keys.CustFrom != 0) return Fetch_VLBDefaultAddress(state, keys.CustomerID, rows);
+    Fetch_ACCPACBillTo(state, keys.AccpacID, rows);
+}
+
+void fetch_ship_to(SessionState& state, const AddressKeys& keys, AddressRows& rows)
+{
+    if (keys.ShipToID != 0) return Fetch_VLShipTo(state, rows, keys.ShipToID);
+    if (keys.CustFrom != 0) return Fetch_VLSDefaultAddress(state, keys.CustomerID, rows);
+    Fetch_ACCPACShipTo(state, keys.AccpacID, rows, keys.quShipToLoc);
+}
+
 DocumentAddresses fetch_addresses(SessionState& state, const AddressKeys& keys)
 {
     DocumentAddresses found;
-    if (keys.BillToID != 0) {
-        Fetch_VLBillTo(state, found.bill_to, keys.BillToID);
-    } else if (keys.CustFrom != 0) {
-        Fetch_VLBDefaultAddress(state, keys.CustomerID, found.bill_to);
-    } else {
-        Fetch_ACCPACBillTo(state, keys.AccpacID, found.bill_to);
-    }
-    if (keys.ShipToID != 0) {
-        Fetch_VLShipTo(state, found.ship_to, keys.ShipToID);
-    } else if (keys.CustFrom != 0) {
-        Fetch_VLSDefaultAddress(state, keys.CustomerID, found.ship_to);
-    } else {
-        Fetch_ACCPACShipTo(state, keys.AccpacID, found.ship_to, keys.quShipToLoc);
-    }
+    fetch_bill_to(state, keys, found.bill_to);
+    fetch_ship_to(state, keys, found.ship_to);
     return found;
 }
 

@@ -38,7 +38,9 @@ struct AddressKeys {
     std::string_view quShipToLoc;
 };
 
-/// A saved row wins; else the customer's own address, by where the customer lives.
+// A saved row wins; else the customer's own address, by where the customer lives.
+void fetch_bill_to(SessionState& state, const AddressKeys& keys, AddressRows& rows);
+void fetch_ship_to(SessionState& state, const AddressKeys& keys, AddressRows& rows);
 DocumentAddresses fetch_addresses(SessionState& state, const AddressKeys& keys);
 
 }  // namespace velora

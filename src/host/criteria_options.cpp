@@ -80,7 +80,9 @@ void add_criteria_options(CLI::App& command, const Criteria& criteria, CriteriaO
     if (criteria.period) add_period(command, options);
     if (criteria.status) {
         const CLI::Range short_number(std::numeric_limits<int16_t>::min(), std::numeric_limits<int16_t>::max());
-        command.add_option("--status", options.status, "Quotes of one status")->type_name("ID")->check(short_number, "");
+        command.add_option("--status", options.status, "Quotes of one status")
+            ->type_name("ID")
+            ->check(short_number, "");
         command.add_option("--reason", options.reason, "Quotes of the status 3 (lost) for one reason")
             ->type_name("ID")
             ->check(short_number, "");

@@ -14,10 +14,12 @@ namespace fs = std::filesystem;
 struct FieldOptions {
     std::string kind;
     std::string definition;
+    bool whole_quantities = false;
 };
 
-std::vector<PipeField> fields_of(const ReportKind& kind)
+std::vector<PipeField> fields_of(const ReportKind& kind, bool whole_quantities)
 {
+    if (whole_quantities && kind.whole_quantity_fields != nullptr) return kind.whole_quantity_fields();
     if (kind.fields != nullptr) return kind.fields();
     const char* why = kind.criteria.file ? "brings its own data and has no field list."
                                          : "is not in this build yet; it has no field list.";
@@ -50,7 +52,7 @@ ExitStatus compare_fields(Host& host, const std::vector<PipeField>& fields, cons
 
 ExitStatus show_fields(Host& host, const FieldOptions& options)
 {
-    const auto fields = fields_of(require_kind(options.kind));
+    const auto fields = fields_of(require_kind(options.kind), options.whole_quantities);
     if (!options.definition.empty()) return compare_fields(host, fields, options.definition);
     print_fields(host.answers(), fields);
     return ExitStatus::Delivered;
@@ -75,6 +77,7 @@ void add_fields_command(CLI::App& program, CommandBody& chosen)
     command->add_option("KIND", options->kind, "Report kind: " + kinds_with_fields())->required();
     command->add_option("--definition", options->definition, "List what this definition asks for that the list lacks")
         ->type_name("FILE");
+    command->add_flag("--whole-quantities", options->whole_quantities, "Those of slips with whole quantities");
     bind(*command, chosen, options, show_fields);
 }
 

@@ -11,6 +11,7 @@ namespace {
 struct KindOptions {
     CriteriaOptions criteria;
     DeliveryOptions delivery;
+    bool no_mark = false;
 };
 
 ExitStatus print_kind(Host& host, const ReportKind& kind, const KindOptions& options)
@@ -19,6 +20,7 @@ ExitStatus print_kind(Host& host, const ReportKind& kind, const KindOptions& opt
     if (!options.criteria.by_number) require_ids(options.criteria.quotes);
     Documents documents(host, options.delivery, kind, std::max<size_t>(options.criteria.quotes.size(), 1));
     SessionState& state = host.company();
+    state.ports.marks_as_printed = !options.no_mark;
     const Selection what = selection_of(options.criteria, today(state));
     if (!kind.criteria.quote) documents.deliver(std::string(kind.title), [&] { return what; });
     for (const std::string& quote : options.criteria.quotes) {
@@ -37,6 +39,9 @@ void add_kind(CLI::App& program, CommandBody& chosen, const ReportKind& kind)
     if (kind.print == nullptr) command->group("");  // not part of this build: it answers, and no help lists it
     const auto options = std::make_shared<KindOptions>();
     add_criteria_options(*command, kind.criteria, options->criteria);
+    if (kind.marks) {
+        command->add_flag("--no-mark", options->no_mark, "For a look: the quote is not marked as printed");
+    }
     add_delivery_options(*command, options->delivery);
     if (!kind.criteria.file) {
         add_definition_option(*command, options->delivery);

@@ -58,6 +58,13 @@ struct QueryLimits {
     std::function<bool()> cancelled;                            ///< asked while the database works; empty for never
 };
 
+/// While it lives, everything that the connection reads is one state of the data, whoever writes meanwhile. Nothing is
+/// written through the connection before it ended.
+class Snapshot {
+public:
+    virtual ~Snapshot() = default;
+};
+
 /// An open connection to the product's database.
 class Connection {
 public:
@@ -75,6 +82,10 @@ public:
     virtual std::unique_ptr<Rows> Execute(std::string_view text) = 0;
 
     [[nodiscard]] virtual std::vector<DatabaseError>& Errors() = 0;
+
+    /// From its first read on, the connection sees one state of the data. None where the database has no such thing, or
+    /// where the connection already reads so.
+    virtual std::unique_ptr<Snapshot> begin_snapshot() { return nullptr; }
 
     /// A second connection to the same data, for statements of unknown origin. It reads rows and can do nothing else:
     /// the database itself sees to that (a file opened for reading, a transaction that reads only and is rolled back).

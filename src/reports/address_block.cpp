@@ -58,6 +58,15 @@ std::span<const Column<AddressBlock>> address_columns()
     return kAddressColumns;
 }
 
+ColumnList<AddressBlock> order_address_columns()
+{
+    return ColumnList(address_columns())
+        .revalue("BillTo Address3", bill_to<"btAddress1">)
+        .revalue("BillTo Address4", bill_to<"btAddress2">)
+        .revalue("ShipTo Address3", ship_to<"stAddress1">)
+        .revalue("ShipTo Address4", ship_to<"stAddress2">);
+}
+
 Value address_field(const AddressRows& rows, std::string_view column)
 {
     const auto& row = opened(rows, "address");

@@ -16,6 +16,8 @@ struct AddressBlock {
 
 /// 12 fields of the bill-to and 11 of the ship-to address.
 std::span<const Column<AddressBlock>> address_columns();
+/// As the order documents print them: the third and fourth address lines repeat the first and second on purpose.
+ColumnList<AddressBlock> order_address_columns();
 
 /// A trimmed field of an address; null where the address has no row.
 /// @throws Fault 91 for an address that was never fetched, 3265 for one that could not be opened

@@ -153,8 +153,7 @@ Outcome discounted_amount(Row& r)
 
 Outcome discount_percent(Row& r)
 {
-    const Checked share = r.row.number<"deDiscount">() / r.gross() * 100;
-    return Outcome::of(share.absolute(), [&](double percent) { return Format_Decimals(r.state, percent, 2) + "%"; });
+    return r.percent(r.row.number<"deDiscount">() / r.gross());
 }
 
 Outcome cost(Row& r)
@@ -180,18 +179,6 @@ Outcome location_name(Row& r)
 Outcome category_name(Row& r)
 {
     return Return_CategoryDesc(r.state, r.row.text<"deCategory">());
-}
-
-/// Which comments print is the user's choice: all, comments only (kind 1), instructions only (kind 2). The setting is
-/// asked for anew for each row.
-Outcome comment_or_instruction(Row& r)
-{
-    const Value& has_comment = r.row.at<"deHasItemCom">();
-    if (has_comment.is_null() || !to_bool(has_comment)) return Outcome::unwritten();
-    const double choice = leading_number(setting(r.state, "CommIns", "0"));
-    const bool fits = choice == 0 || ((choice == 1 || choice == 2) && equals_number(r.row.at<"CoInType">(), choice));
-    const Value& text = r.row.at<"CommIns">();
-    return fits && !text.is_null() ? trimmed_cell(text) : Outcome::unwritten();
 }
 
 // clang-format off
@@ -228,7 +215,7 @@ constexpr auto kDetailColumns = std::to_array<Column<DetailRow>>({
     {"Detail GL Acct Description", ado::VarChar,  60, of_charge<charge_text<&MiscChargeRecord::MiscAccountDesc>>},
     {"Detail Weight",              ado::Single,    0, of_item<as_stored<"deWeight", Row>>},
     {"Detail Lead Time",           ado::VarChar,  60, item_text<"deLeadTime">},
-    {"Detail Item Comm/Ins",       ado::VarChar, 250, of_item<comment_or_instruction>},
+    {"Detail Item Comm/Ins",       ado::VarChar, 250, of_item<line_comment<Row>>},
 });
 // clang-format on
 static_assert(well_formed(kDetailColumns));
@@ -271,6 +258,11 @@ Outcome DetailRow::money(Checked amount)
     return Outcome::of(amount, [&](double value) { return Display_AccpacCurrency(state, value, currency, false); });
 }
 
+Outcome DetailRow::percent(Checked share)
+{
+    return Outcome::of((share * 100).absolute(), [&](double value) { return Format_Decimals(state, value, 2) + "%"; });
+}
+
 Checked DetailRow::gross() const
 {
     const Checked factor = row.number<"deConvFactor">() / BaseConv;
@@ -280,6 +272,17 @@ Checked DetailRow::gross() const
 bool DetailRow::is_accounting_item() const
 {
     return velora::is_accounting_item(row.at<"deIType">());
+}
+
+/// The setting is asked for anew for each row.
+Outcome comment_or_instruction(SessionState& state, const QueryRow& row)
+{
+    const Value& has_comment = row.at<"deHasItemCom">();
+    if (has_comment.is_null() || !to_bool(has_comment)) return Outcome::unwritten();
+    const double choice = leading_number(setting(state, "CommIns", "0"));
+    const bool fits = choice == 0 || ((choice == 1 || choice == 2) && equals_number(row.at<"CoInType">(), choice));
+    const Value& text = row.at<"CommIns">();
+    return fits && !text.is_null() ? trimmed_cell(text) : Outcome::unwritten();
 }
 
 std::span<const Column<DetailRow>> detail_columns()

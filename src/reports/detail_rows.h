@@ -38,6 +38,8 @@ struct DetailRow {
 
     /// An amount as the report shows it.
     [[nodiscard]] Outcome money(Checked amount);
+    /// A share as "12.50%", without its sign.
+    [[nodiscard]] Outcome percent(Checked share);
     /// Quantity times price in pricing units, before any discount.
     [[nodiscard]] Checked gross() const;
     /// @throws Fault 94 when the item kind is null
@@ -47,6 +49,16 @@ struct DetailRow {
 // Two fields that another kind of report works out with a change of its own.
 Outcome original_base_price(DetailRow& r);
 Outcome margin(DetailRow& r);
+
+/// The comment or instruction of an item line. Which of them print is the user's choice: all, comments only (kind 1),
+/// instructions only (kind 2).
+Outcome comment_or_instruction(SessionState& state, const QueryRow& row);
+
+template <class Source>
+Outcome line_comment(Source& source)
+{
+    return comment_or_instruction(source.state, source.row);
+}
 
 /// The detail fields of the quote, each with its value for each kind of row.
 std::span<const Column<DetailRow>> detail_columns();

@@ -60,8 +60,10 @@ struct ReportKind {
     std::array<std::string_view, 2> shipped = {};  ///< names of its definitions in the list; each file is "NAME.rpt"
     std::array<DefaultSetting, 2> defaults = {};
     Criteria criteria = {};
+    bool marks = false;  ///< a quote that was printed so is marked as printed
     std::vector<PipeField> (*fields)() =
         nullptr;  ///< none: the kind has no pipe, or its builder is not part of this build
+    std::vector<PipeField> (*whole_quantity_fields)() = nullptr;  ///< of runs with whole quantities, where they differ
     RunEnd (*print)(SessionState&, const Selection&, const Delivery&) = nullptr;  ///< none: not part of this build
 };
 

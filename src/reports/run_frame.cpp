@@ -6,6 +6,7 @@
 #include "delivery/viewer.h"
 #include "reports/like_pattern.h"
 #include "session/error_messengers.h"
+#include "session/query.h"
 #include "session/settings.h"
 #include "session/value_helpers.h"
 #include "values/text.h"
@@ -46,6 +47,15 @@ RunEnd delivered_if(bool delivered)
 }
 
 }  // namespace
+
+ReportRun::ReportRun(SessionState& state, const Builder& builder, const Delivery& delivery)
+    : state_(state),
+      delivery_(delivery),
+      statements_(state, builder.tolerated),
+      reads_between_outputs_(builder.reads_between_outputs),
+      snapshot_(state.gConn ? state.gConn->begin_snapshot() : nullptr)
+{
+}
 
 void ReportRun::open_definition()
 {
@@ -98,6 +108,7 @@ void ReportRun::select_device(const std::string& name)
 
 RunEnd ReportRun::route(const Text& export_name)
 {
+    if (!reads_between_outputs_) snapshot_.reset();  // nobody has to wait for a printer or an open window
     bool went = false;
     if (delivery_.export_it) {
         went = statements_.attempt("Export_Report", [&] { Export_Report(state_, export_name()); });
@@ -110,6 +121,15 @@ RunEnd ReportRun::route(const Text& export_name)
         return delivered_if(went);
     }
     return delivered_if(statements_.attempt("PrintOut", [&] { report_of(state_).PrintOut(); }));
+}
+
+void ReportRun::mark(const Mark& as, int32_t quote, RunEnd end)
+{
+    snapshot_.reset();
+    if (end != RunEnd::Delivered || !state_.ports.marks_as_printed) return;
+    const std::string id = std::to_string(quote);
+    statements_.attempt(
+        "mark", [&] { execute(state_, std::string(as.sql_server) + id + ");", std::string(as.pervasive) + id + ")"); });
 }
 
 RunEnd run_report(SessionState& state, const Builder& builder, const Delivery& delivery,
@@ -148,6 +168,16 @@ RunEnd no_data(SessionState& state, std::string_view text)
 {
     tell(state, {"No Data Found", std::string(text), Icon::Information});
     return RunEnd::NoData;
+}
+
+std::string part_of(std::string_view quote_number, std::string_view name)
+{
+    return std::string(trimmed(std::string(trimmed(quote_number)).append(" - ").append(name)));
+}
+
+std::string document_name(const DataPipeRecordset& pipe, std::string_view name)
+{
+    return trimmed_text(pipe.last("Quote Number")).append(" - ").append(name);
 }
 
 std::string dated_name(SessionState& state, std::string_view name)

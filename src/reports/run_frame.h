@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,15 +32,20 @@ inline constexpr std::array<int32_t, 4> kToleratedByQuotes{fault::kOverflow, fau
 struct Builder {
     std::string_view procedure;
     std::span<const int32_t> tolerated;
+    bool reads_between_outputs = false;  ///< it delivers several reports in one run, out of one state of the data
+};
+
+/// What says that a quote was printed as a document: the statements that write it, up to the id of the quote.
+struct Mark {
+    std::string_view sql_server;
+    std::string_view pervasive;
 };
 
 /// The steps that all builders share, each a statement of the run: a fault that the builder tolerates drops it.
 class ReportRun {
 public:
-    ReportRun(SessionState& state, const Builder& builder, const Delivery& delivery)
-        : state_(state), delivery_(delivery), statements_(state, builder.tolerated)
-    {
-    }
+    /// From here to the output the run reads one state of the data.
+    ReportRun(SessionState& state, const Builder& builder, const Delivery& delivery);
 
     [[nodiscard]] SessionState& state() { return state_; }
     [[nodiscard]] const Delivery& delivery() const { return delivery_; }
@@ -60,6 +66,9 @@ public:
     void select_device(const std::string& name);
     /// Sends the report on its way. @param export_name  without folder and extension
     RunEnd route(const Text& export_name);
+    /// Marks the quote as printed, whichever way its document went; not one that went nowhere, and not where the host
+    /// prints without marks.
+    void mark(const Mark& as, int32_t quote, RunEnd end);
 
 private:
     void select_printer(std::string_view name);
@@ -67,6 +76,8 @@ private:
     SessionState& state_;
     const Delivery& delivery_;
     Statements statements_;
+    bool reads_between_outputs_;
+    std::unique_ptr<Snapshot> snapshot_;
 };
 
 /// Runs a builder with the lookups of the run cached. A fault that the builder did not tolerate ends in
@@ -79,6 +90,12 @@ RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_vi
 
 /// Tells that there is nothing to put on a list.
 RunEnd no_data(SessionState& state, std::string_view text);
+
+/// "quote number - name": how the exports of order documents are called. @throws Fault 3021 for a pipe without rows
+std::string document_name(const DataPipeRecordset& pipe, std::string_view name);
+
+/// "quote number - name", as the parts of an order are described; without blanks at its ends.
+std::string part_of(std::string_view quote_number, std::string_view name);
 
 /// "yyyymmdd - name": how the exports of list reports are called.
 std::string dated_name(SessionState& state, std::string_view name);

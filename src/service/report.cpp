@@ -1,6 +1,9 @@
 #include "service/report.h"
 
 #include "pricing/taxes.h"
+#include "reports/checklist.h"
+#include "reports/confirmation.h"
+#include "reports/picking_slip.h"
 #include "reports/preparation.h"
 #include "reports/quote_expiration.h"
 #include "reports/quote_report.h"
@@ -92,21 +95,21 @@ void Report::Print_CurrentQuote(const Session& pSess, const Database& pConn, Whi
     });
 }
 
-void Report::Print_OrderChecklist(const Session& pSess, const Database& pConn, WhichEngine pEngine, int32_t,
-                                  const std::string&, bool, bool)
+void Report::Print_OrderChecklist(const Session& pSess, const Database& pConn, WhichEngine pEngine, int32_t pQuoteID,
+                                  const std::string& pReportString, bool pExportIt, bool pPreview)
 {
     store(state_, pSess, pConn, pEngine);
     load_company(state_);
-    builder_missing("order checklist");
+    Print_Checklist(state_, pQuoteID, pReportString, pPreview, pExportIt);
 }
 
-void Report::Print_OrderConfirmation(const Session& pSess, const Database& pConn, WhichEngine pEngine, int32_t,
-                                     const std::string&, bool, bool)
+void Report::Print_OrderConfirmation(const Session& pSess, const Database& pConn, WhichEngine pEngine, int32_t pQuoteID,
+                                     const std::string& pReportString, bool pExportIt, bool pPreview)
 {
     store(state_, pSess, pConn, pEngine);
     load_lists(state_);
     load_company(state_);
-    builder_missing("order confirmation");
+    Print_Confirmation(state_, pQuoteID, pReportString, pPreview, pExportIt);
 }
 
 void Report::Show_Emailer(const Session& pSess, bool pWinXP, WhichEngine pEngine)
@@ -119,13 +122,13 @@ void Report::Show_Emailer(const Session& pSess, bool pWinXP, WhichEngine pEngine
     windows(state_).open_emailer(state_);
 }
 
-void Report::Print_OrderPickingSlip(const Session& pSess, const Database& pConn, WhichEngine pEngine, int32_t,
-                                    const std::string&, bool, bool, bool)
+void Report::Print_OrderPickingSlip(const Session& pSess, const Database& pConn, WhichEngine pEngine, int32_t pQuoteID,
+                                    const std::string& pReportString, bool pExportIt, bool pPreview, bool pQuantAsInt)
 {
     store(state_, pSess, pConn, pEngine);
     load_lists(state_);
     load_company(state_);
-    builder_missing("picking slip");
+    Print_PickingSlip(state_, pQuoteID, pReportString, pPreview, pExportIt, pQuantAsInt);
 }
 
 void Report::Print_QuoteExpiration(const Session& pSess, const Database& pConn, WhichEngine pEngine,

@@ -75,6 +75,12 @@ std::string plain_date(SessionState& state, const DateTime& date)
     return region(state).plain_date(date);
 }
 
+std::string compact_date(SessionState& state, const Value& value)
+{
+    const auto date = date_of(state, value);
+    return date ? date->compact() : to_text(value);
+}
+
 std::string Display_Date(SessionState& state, Value& pDate)
 {
     return with_failure_path(state, ErrorMessenger, "modGeneral.Display_Date", [&] {

@@ -14,6 +14,9 @@ std::optional<DateTime> date_of(SessionState& state, const Value& value);
 /// A date as plain text of the region, with its time of day if it has one.
 std::string plain_date(SessionState& state, const DateTime& date);
 
+/// A stored date as "YYYYMMDD"; what is no date stands as it is. @throws Fault 94 for a null
+std::string compact_date(SessionState& state, const Value& value);
+
 /// A stored date as the region's short date; the empty text for what is no date or lies before 1900.
 /// The value is replaced by its trimmed text.
 std::string Display_Date(SessionState& state, Value& pDate);

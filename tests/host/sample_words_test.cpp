@@ -36,6 +36,7 @@ protected:
                                              "--definition",
                                              (company() / "Reports" / definition).string() + ".rpt"};
             if (kind.criteria.quote) std::ranges::copy(quote_ids(), std::back_inserter(command));
+            if (kind.marks) command.emplace_back("--no-mark");
             const Ran ran = run(in_company(company(), command));
             EXPECT_EQ(ran.status, 0) << kind.name << " " << format << ran.err;
             for (const auto& file : fs::directory_iterator(folder)) by_name[file.path().stem()][format] = file.path();

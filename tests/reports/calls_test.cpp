@@ -11,8 +11,11 @@
 #include "pricing/contract_price.h"
 #include "pricing/taxes.h"
 #include "pricing/units.h"
+#include "reports/checklist.h"
+#include "reports/confirmation.h"
 #include "reports/customer_list.h"
 #include "reports/detail_lines.h"
+#include "reports/picking_slip.h"
 #include "reports/quote_company.h"
 #include "session/query.h"
 #include "support/recording.h"
@@ -68,6 +71,20 @@ public:
         run(company_.state());
         text_ += "== " + name + "\n";
         for (const auto& call : calls_) text_ += call + "\n";
+    }
+
+    /// The same of an order document, but for the calls that every document makes.
+    template <class Step>
+    void order_step(const std::string& defaults, Step run)
+    {
+        company_.product("UPDATE Defaults SET " + defaults);
+        Get_Defaults(company_.state());
+        calls_.clear();
+        run(company_.state());
+        text_ += "== " + defaults + "\n";
+        for (const auto& call : calls_) {
+            if (call.find("deDType") != std::string::npos || call.starts_with("execute")) text_ += call + "\n";
+        }
     }
 
     [[nodiscard]] QuoteCompany& company() { return company_; }
@@ -181,6 +198,30 @@ void run_reports(Script& script)
     script.step("the customer list", [](SessionState& s) { Print_CustomerList(s, "list.rpt", false, true); });
 }
 
+void run_orders(Script& script)
+{
+    script.company().product(
+        "UPDATE Details SET deLocation = 'O''N', dePickingSeq = '10', deShipDate = '2026-03-15' WHERE Line = 1; UPDATE "
+        "Details SET deLocation = 'B', dePickingSeq = '9', deShipDate = '2026-03-20' WHERE Line <> 1;"
+        "INSERT INTO DLocRange (DLRID, RType, RName, RStart, REnd, RPrinter) VALUES (1, 0, 'A', ' ', ' O''N ', ''), "
+        "(2, 0, 'B', 'B', 'B', ''), (3, 0, 'C', 'A', 'C', ''), (4, 1, 'D', '', '7', ''), (5, 1, 'E', '9', '9', ''), "
+        "(6, 1, 'F', '8', '99', '');"
+        "UPDATE Quote SET quSourceCurr = 'CAD'");
+    const auto slip = [](bool whole) {
+        return [whole](SessionState& s) { Print_PickingSlip(s, 1, "slip.rpt", true, false, whole); };
+    };
+    script.order_step("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", slip(false));
+    script.order_step("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", slip(true));
+    script.order_step("mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", slip(false));
+    for (const char* each : {"0", "1", "2", "3"}) {
+        script.order_step(std::string("mdUseDLRange = 1, mdEachLoc = ") + each, slip(each[0] == '2'));
+        script.order_step(std::string("mdEachLoc = ") + each,
+                          [](SessionState& s) { Print_Checklist(s, 1, "checklist.rpt", true, false); });
+    }
+    script.order_step("mdOCPrintName = ' '",
+                      [](SessionState& s) { Print_Confirmation(s, 1, "confirmation.rpt", true, false); });
+}
+
 TEST(Calls, AreThoseThatSitesHaveBuiltOn)
 {
     for (const auto& [engine, file] :
@@ -191,6 +232,7 @@ TEST(Calls, AreThoseThatSitesHaveBuiltOn)
         run_accounting_lookups(script);
         run_prices(script);
         run_reports(script);
+        run_orders(script);
         EXPECT_TRUE(script.company().boxes().empty()) << script.company().box_text(0);
 
         const auto golden = std::filesystem::path(VELORA_SOURCE_DIR) / "tests" / "golden" / "reports" / file;

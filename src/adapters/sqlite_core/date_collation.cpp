@@ -71,6 +71,19 @@ bool read_day(Reader& reader, DateOrder order, Day& result)
     return true;
 }
 
+/// "AM" or "PM" behind an hour of twelve, as servers take it, where it stands there.
+bool read_half(Reader& reader, int& hour)
+{
+    while (reader.take(' ')) {
+    }
+    const bool after_noon = reader.take('P') || reader.take('p');
+    if (!after_noon && !reader.take('A') && !reader.take('a')) return true;
+    if (!reader.take('M') && !reader.take('m')) return false;
+    if (hour < 1 || hour > 12) return false;
+    hour = hour % 12 + (after_noon ? 12 : 0);
+    return true;
+}
+
 bool read_time(Reader& reader, int64_t& microseconds)
 {
     int hour = 0, minute = 0, second = 0, fraction = 0;
@@ -79,7 +92,7 @@ bool read_time(Reader& reader, int64_t& microseconds)
         if (!reader.number(second, 2)) return false;
         if (reader.take('.') && !reader.millionths(fraction)) return false;
     }
-    if (hour > 23 || minute > 59 || second > 59) return false;
+    if (!read_half(reader, hour) || hour > 23 || minute > 59 || second > 59) return false;
     microseconds = ((hour * 60 + minute) * 60 + second) * kMicroseconds + fraction;
     return true;
 }

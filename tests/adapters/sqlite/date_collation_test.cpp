@@ -30,6 +30,9 @@ TEST(DateCollation, OneMomentIsEqualInEveryForm)
              Pair{"midnight is the day itself", MonthDayYear, "2006-03-13", "3/13/2006 00:00:00"},
              Pair{"T or a blank before the time", MonthDayYear, "2006-03-13T10:30:00", "2006-03-13 10:30"},
              Pair{"fractions of any length", MonthDayYear, "2006-03-13 10:30:00.5", "3/13/2006 10:30:00.500000"},
+             Pair{"the half of the day", MonthDayYear, "2006-03-13 13:45:10", "3/13/2006 1:45:10 PM"},
+             Pair{"an hour past midnight", MonthDayYear, "2006-03-13 00:05", "3/13/2006 12:05 am"},
+             Pair{"noon", MonthDayYear, "2006-03-13 12:00", "3/13/2006 12:00:00PM"},
              Pair{"blanks around", MonthDayYear, " 2006-03-13 ", "3/13/2006"},
              Pair{"a leap day", DayMonthYear, "2024-02-29", "29/2/2024"},
          }) {
@@ -56,7 +59,8 @@ TEST(DateCollation, WhatIsNoDateHasNoKey)
 {
     for (const char* text :
          {"", " ", "2006", "2006-13-01", "2006-02-29", "13/13/2006", "2/30/2006", "0/1/2006", "2006-03-13 24:00",
-          "2006-03-13 10:60", "2006-03-13x", "3/13/2006 10", "3-13-2006", "2006-03-13 10:30:00.", "'2006-03-13'"}) {
+          "2006-03-13 10:60", "2006-03-13x", "3/13/2006 10", "3-13-2006", "2006-03-13 10:30:00.", "3/13/2006 13:00 PM",
+          "3/13/2006 0:30 AM", "3/13/2006 1:30 P", "'2006-03-13'"}) {
         EXPECT_FALSE(date_key(text, MonthDayYear)) << text;
     }
 }

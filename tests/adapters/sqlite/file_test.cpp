@@ -83,6 +83,27 @@ TEST(SqliteFile, ALockedFileIsRefusedAndALockDuringWorkIsReported)
     EXPECT_TRUE(connection->Execute("SELECT * FROM Quote")->is_empty());
 }
 
+TEST(SqliteFile, ASnapshotIsOneStateOfTheDataUntilItEnds)
+{
+    const Scratch scratch;
+    const auto path = database_in(scratch);
+    const auto connection = open_sqlite(path);
+    const auto writer = open_sqlite(path, {.busy_milliseconds = 1});
+    const auto quotes = [&] { return to_text(connection->Execute("SELECT COUNT(*) FROM Quote")->value(size_t{0})); };
+    const std::string insert = "INSERT INTO Quote (QuoteID) VALUES (77)";
+    auto snapshot = connection->begin_snapshot();
+    ASSERT_NE(snapshot, nullptr);
+    EXPECT_EQ(connection->begin_snapshot(), nullptr) << "it reads so already";
+    const std::string before = quotes();
+    EXPECT_THROW(writer->Execute(insert), Fault) << "a writer waits";
+    EXPECT_EQ(quotes(), before);
+    snapshot.reset();
+    writer->Execute(insert);
+    EXPECT_NE(quotes(), before);
+    connection->Execute("DELETE FROM Quote");
+    EXPECT_EQ(quotes(), "0");
+}
+
 TEST(SqliteFile, ASchemaIsNeverWrittenOverAFile)
 {
     const Scratch scratch;
