@@ -3,9 +3,10 @@
 #
 #   velora_layer(NAME floor USES lower... LIBRARIES outside... HIDDEN outside...)
 #
-# LIBRARIES are seen by the users of the layer, HIDDEN ones only by its own sources.
+# LIBRARIES are seen by the users of the layer, HIDDEN ones only by its own sources. A MODULE is loaded at run time by a
+# program that has the layers below in it: it is compiled against them and linked with its LIBRARIES alone.
 function(velora_layer name floor)
-    cmake_parse_arguments(PARSE_ARGV 2 layer "" "" "USES;LIBRARIES;HIDDEN")
+    cmake_parse_arguments(PARSE_ARGV 2 layer "MODULE" "" "USES;LIBRARIES;HIDDEN")
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
 
@@ -18,6 +19,12 @@ function(velora_layer name floor)
     endforeach()
 
     list(TRANSFORM layer_USES PREPEND velora_)
+    if(layer_MODULE)
+        add_library(velora_${name} MODULE ${sources} ${headers})
+        target_link_libraries(velora_${name} PRIVATE velora_warnings ${layer_LIBRARIES})
+        target_include_directories(velora_${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
+        return()
+    endif()
     if(sources)
         add_library(velora_${name} STATIC ${sources} ${headers})
         set(scope PUBLIC)

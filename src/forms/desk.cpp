@@ -68,6 +68,11 @@ void Desk::show_viewer(std::shared_ptr<PageView> pages, const std::string& capti
 
 void Desk::show(std::shared_ptr<Form> form, Form* owner)
 {
+    came_to_front.tell(add(std::move(form), owner));
+}
+
+Form& Desk::add(std::shared_ptr<Form> form, Form* owner)
+{
     Form& shown = *form;
     shown.tell_fault = [this](const std::string& procedure, const Fault& caught) {
         ErrorMessenger(state_, caught.number(), caught.description(), procedure);
@@ -77,19 +82,19 @@ void Desk::show(std::shared_ptr<Form> form, Form* owner)
     shown_.push_back({std::move(form), owner});
     if (Control* first = shown.first_focus(); first != nullptr) shown.enter(*first);
     opened.tell(shown);
-    came_to_front.tell(shown);
+    return shown;
 }
 
 void Desk::show_modal(const std::shared_ptr<Form>& form)
 {
-    show(form);
+    add(form, nullptr);
     run_modal(*form);
 }
 
 void Desk::run_modal(Form& form)
 {
-    bring_to_front(form);
     modal_.push_back(&form);
+    bring_to_front(form);
     if (run_until_unloaded) {
         run_until_unloaded(form);
     } else {

@@ -60,6 +60,7 @@ private:
         Form* owner = nullptr;
     };
     void take_away(Form& form);
+    Form& add(std::shared_ptr<Form> form, Form* owner);
     void run_modal(Form& form);
 
     SessionState& state_;

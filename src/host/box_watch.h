@@ -16,17 +16,36 @@ public:
     {
         boxes_.push_back(box);
         user_.show(box);
+        if (windows_ != nullptr) windows_->show(box);
     }
     void show_pages(std::shared_ptr<PageView> pages, const std::string& caption) override
     {
-        user_.show_pages(std::move(pages), caption);
+        (windows_ != nullptr ? *windows_ : user_).show_pages(std::move(pages), caption);
         pages_shown_ = true;
     }
+    std::optional<std::vector<std::string>> choose_files(const FileQuestion& question) override
+    {
+        return (windows_ != nullptr ? *windows_ : user_).choose_files(question);
+    }
+    std::optional<std::string> choose_folder(const FolderQuestion& question) override
+    {
+        return (windows_ != nullptr ? *windows_ : user_).choose_folder(question);
+    }
+    std::optional<std::string> choose_target(const FileQuestion& question) override
+    {
+        return (windows_ != nullptr ? *windows_ : user_).choose_target(question);
+    }
+    void copy_text(const std::string& text) override { (windows_ != nullptr ? *windows_ : user_).copy_text(text); }
+    void open_web_site() override { (windows_ != nullptr ? *windows_ : user_).open_web_site(); }
 
     void progress(size_t done, size_t total) override
     {
         if (on_progress_) on_progress_(done, total);
+        if (windows_ != nullptr) windows_->progress(done, total);
     }
+
+    /// From now on boxes come up in windows too, and pages and dialogs there; null for no more.
+    void show_in(UserInterface* windows) { windows_ = windows; }
 
     /// Told how far a builder is with its rows; empty for nobody.
     void watch_progress(std::function<void(size_t, size_t)> watcher) { on_progress_ = std::move(watcher); }
@@ -41,6 +60,7 @@ public:
 
 private:
     UserInterface& user_;
+    UserInterface* windows_ = nullptr;
     std::vector<MessageBox> boxes_;
     bool pages_shown_ = false;
     std::function<void(size_t, size_t)> on_progress_;

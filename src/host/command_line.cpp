@@ -90,7 +90,11 @@ ExitStatus run_command_line(std::span<const std::string> arguments, const Surrou
     }
     try {
         Host host(common, around);
-        return host.guard([&] { return chosen(host); });
+        return host.guard([&] {
+            const ExitStatus status = chosen(host);
+            host.wait_for_windows();
+            return status;
+        });
     } catch (const UsageError& error) {
         return complain(around, error.what());
     } catch (const HostError& error) {

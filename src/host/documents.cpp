@@ -66,11 +66,7 @@ Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKin
     host_.files().reads(delivery_.report_string, "the report definition");
     if (options.exports()) place_output();
     if (options.print) require_printer();
-    if (options.preview) {
-        throw HostError("Not Available",
-                        "This build does not have the preview window yet. The report can be written "
-                        "to a file with --export and --output.");
-    }
+    if (options.preview) host_.windows();
     watch_pipe();
 }
 

@@ -7,43 +7,31 @@
 #include "forms/hands.h"
 #include "host/bind.h"
 #include "host/drive/driver.h"
-#include "service/report.h"
+#include "host/open_windows.h"
+#include "host/windows_module.h"
 
 namespace velora {
 namespace {
 
-/// The application around the component: it keeps what it hands in, since the state holds what the latest call gave.
-drive::HostCalls calls_of(SessionState& state)
-{
-    const auto session = state.gSess;
-    const auto database = state.gConn;
-    const WhichEngine engine = state.gEngine;
-    const bool multi_currency = state.gMultiCurr;
-    const std::string user = state.gSessUser;
-    return {
-        [=, &state](WhichReport kind, int32_t quote_id) {
-            Report(state).Open_Reports(session, database, true, engine, kind, multi_currency, user, quote_id);
-        },
-        [=, &state](WhichFrame pane) { Report(state).Show_Printers(session, database, true, engine, pane); },
-        [=, &state] { Report(state).Show_Emailer(session, true, engine); },
-    };
-}
-
 struct DriveOptions {
     std::string file;
+    bool widgets = false;
 };
 
 }  // namespace
 
-ExitStatus drive_forms(Host& host, std::istream& script)
+ExitStatus drive_forms(Host& host, std::istream& script, const std::filesystem::path& windows)
 {
     SessionState& state = host.company();
     forms::Desk desk(state);
     drive::ScriptedUser user(host.user());
-    forms::Hands hands;
+    std::unique_ptr<forms::Toolkit> toolkit;
+    if (!windows.empty()) toolkit = open_toolkit(windows, desk, {.places = {}, .is_scripted = true});
+    forms::Hands bare_hands;
     state.ports.user = &user;
     state.ports.windows = &desk;
-    drive::Driver driver(desk, user, hands, calls_of(state), script, host.around().out);
+    drive::Driver driver(desk, user, toolkit ? toolkit->hands() : bare_hands, host_calls(state), script,
+                         host.around().out);
     const bool understood = driver.run();
     state.ports.user = &host.user();
     state.ports.windows = nullptr;
@@ -56,11 +44,13 @@ void add_drive_command(CLI::App& program, CommandBody& chosen)
     auto* command = program.add_subcommand("drive", "Act on the windows by a script: JSON in, JSON out");
     const auto options = std::make_shared<DriveOptions>();
     command->add_option("FILE", options->file, "Script, an object a line (default: standard input)");
+    command->add_flag("--qt", options->widgets, "Act on the windows' widgets by keys and clicks");
     bind(*command, chosen, options, [](Host& host, const DriveOptions& read) {
-        if (read.file.empty()) return drive_forms(host, std::cin);
+        const auto windows = read.widgets ? windows_module(host.around().program) : std::filesystem::path();
+        if (read.file.empty()) return drive_forms(host, std::cin, windows);
         std::ifstream script(read.file);
         if (!script) throw UsageError("The script \"" + read.file + "\" cannot be read.");
-        return drive_forms(host, script);
+        return drive_forms(host, script, windows);
     });
 }
 

@@ -6,6 +6,7 @@
 #include "adapters/engine/report_engine.h"
 #include "adapters/sqlite/connection.h"
 #include "host/adapters.h"
+#include "host/open_windows.h"
 #include "host/query_table.h"
 #include "host/shipped.h"
 #include "session/settings.h"
@@ -62,6 +63,8 @@ Host::Host(const CommonOptions& options, const Surroundings& around)
 
 Host::~Host()
 {
+    user_->show_in(nullptr);
+    windows_.reset();
     adapters_->user->tell_repeats();
 }
 
@@ -139,6 +142,20 @@ SessionState& Host::company()
 {
     if (!company_) open_company();
     return *company_;
+}
+
+OpenWindows& Host::windows()
+{
+    if (!windows_) {
+        windows_ = std::make_unique<OpenWindows>(*this);
+        user_->show_in(&windows_->user());
+    }
+    return *windows_;
+}
+
+void Host::wait_for_windows()
+{
+    if (windows_) windows_->run();
 }
 
 fs::path Host::folder() const

@@ -19,6 +19,7 @@
 namespace velora {
 
 struct Adapters;
+class OpenWindows;
 
 /// The ports of one run of the program, made when they are first asked for.
 class Host {
@@ -41,6 +42,11 @@ public:
     /// The session on the company of the application folder, with its database and accounting store open.
     /// @throws HostError saying what is missing or broken and where
     SessionState& company();
+    /// The company's windows, opened when they are first asked for.
+    /// @throws HostError where windows cannot be shown
+    OpenWindows& windows();
+    /// Returns when the last window is closed; at once without windows.
+    void wait_for_windows();
 
     /// Told the rows that a report has read; empty for nobody.
     void watch_rows(std::function<void(size_t)> watcher) { on_rows_ = std::move(watcher); }
@@ -76,6 +82,7 @@ private:
     std::unique_ptr<LayeredSettings> settings_;
     HostConfig config_;
     std::unique_ptr<SessionState> company_;
+    std::unique_ptr<OpenWindows> windows_;  ///< goes before the company does
     std::function<void(size_t)> on_rows_;
     std::string refusal_;
     bool stdout_taken_ = false;

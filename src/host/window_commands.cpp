@@ -1,5 +1,6 @@
 #include "host/bind.h"
 #include "host/kinds.h"
+#include "host/open_windows.h"
 
 namespace velora {
 namespace {
@@ -9,26 +10,38 @@ struct WindowOptions {
     std::string pane = "printer";
 };
 
+constexpr std::string_view kAllOrders = "orders";
+
+ExitStatus open_selection(Host& host, const WindowOptions& options)
+{
+    const WhichReport kind = options.kind == kAllOrders ? eRptAllOrder : require_kind(options.kind).which;
+    host.windows();
+    host_calls(host.company()).open_reports(kind, 0);
+    return ExitStatus::Delivered;
+}
+
+ExitStatus open_options(Host& host, const WindowOptions& options)
+{
+    const auto pane = std::ranges::find(drive::kPaneNames, options.pane);
+    host.windows();
+    host_calls(host.company()).show_printers(static_cast<WhichFrame>(pane - drive::kPaneNames.begin()));
+    return ExitStatus::Delivered;
+}
+
 }  // namespace
 
-/// The windows are not part of this build: the commands answer, and no help lists them.
 void add_window_commands(CLI::App& program, CommandBody& chosen)
 {
     const auto options = std::make_shared<WindowOptions>();
 
-    auto* open = program.add_subcommand("open", "Open the report selection window")->group("");
-    open->add_option("KIND", options->kind, "Report kind to open on: " + kind_names());
-    bind(*open, chosen, options, [](Host& host, const WindowOptions& read) {
-        (void)require_kind(read.kind);
-        return not_available(host, "the report selection window");
-    });
+    auto* open = program.add_subcommand("open", "Open the report selection window");
+    open->add_option("KIND", options->kind, "Report kind to open on, or \"orders\": " + kind_names());
+    bind(*open, chosen, options, open_selection);
 
-    const std::vector<std::string> panes{"printer",      "quote",  "expiration", "checklist", "confirmation",
-                                         "picking-slip", "export", "email",      "log",       "misc"};
-    auto* settings = program.add_subcommand("options", "Open the options window")->group("");
-    settings->add_option("PANE", options->pane, "Pane to open on")->check(CLI::IsMember(panes));
-    bind(*settings, chosen, options,
-         [](Host& host, const WindowOptions&) { return not_available(host, "the options window"); });
+    auto* settings = program.add_subcommand("options", "Open the options window");
+    settings->add_option("PANE", options->pane, "Pane to open on")
+        ->check(CLI::IsMember(std::vector<std::string>(drive::kPaneNames.begin(), drive::kPaneNames.end())));
+    bind(*settings, chosen, options, open_options);
 
     auto* email = program.add_subcommand("email", "Open the e-mail window")->group("");
     bind(*email, chosen, options,

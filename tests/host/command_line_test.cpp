@@ -61,7 +61,7 @@ TEST_F(CommandLine, HelpNamesEveryCommandAndTheExitStatus)
     for (const char* command : {"lists", "add-report", "remove-report", "fields"}) {
         EXPECT_THAT(run({command, "--help"}).out, HasSubstr("quote, ")) << command << " names the kinds";
     }
-    for (const char* missing : {"lost-reasons", "options", "e-mail"}) {
+    for (const char* missing : {"e-mail"}) {
         EXPECT_THAT(ran.out, Not(HasSubstr(missing))) << "not part of this build";
     }
 }
@@ -69,8 +69,6 @@ TEST_F(CommandLine, HelpNamesEveryCommandAndTheExitStatus)
 TEST_F(CommandLine, WhatThisBuildLacksSaysSoInABox)
 {
     const std::vector<std::vector<std::string>> commands{
-        {"open", "quote"},
-        {"options", "export"},
         {"email"},
     };
     for (const auto& command : commands) {
@@ -79,6 +77,22 @@ TEST_F(CommandLine, WhatThisBuildLacksSaysSoInABox)
         EXPECT_THAT(ran.err, HasSubstr("This build does not have")) << command.front();
         EXPECT_THAT(messages(), HasSubstr(R"("icon":"exclamation")")) << command.front();
     }
+}
+
+TEST_F(CommandLine, AnInstallationWithoutWindowsSaysSoAndRunsTheRest)
+{
+    const std::vector<std::vector<std::string>> commands{{"open", "quote"},
+                                                         {"open"},
+                                                         {"options", "export"},
+                                                         {"drive", "--qt"},
+                                                         {"quote", "--number", "Q-10052", "--preview"}};
+    for (const auto& command : commands) {
+        const Ran ran = run(in_company(company(), command));
+        EXPECT_EQ(ran.status, 1) << command.front();
+        EXPECT_THAT(ran.err, HasSubstr("This installation has no windows")) << command.front();
+    }
+    EXPECT_EQ(run(in_company(company(), {"options", "nowhere"})).status, 2);
+    EXPECT_EQ(run(in_company(company(), {"open", "nowhere"})).status, 2);
 }
 
 TEST_F(CommandLine, ARegionThatIsNoneIsWrongUsage)

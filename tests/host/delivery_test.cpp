@@ -86,7 +86,7 @@ TEST_F(Delivery, WhatCannotBeDeliveredSaysWhyAndLeavesNothing)
                   "broken.rpt"},
              Case{"no printer", {"52", "--print"}, 1, "No printer is set up"},
              Case{"a printer that is none", {"52", "--print", "Laser"}, 1, "No printer is set up"},
-             Case{"no window", {"52", "--preview"}, 1, "preview window"},
+             Case{"no window", {"52", "--preview"}, 1, "This installation has no windows"},
              Case{"a pipe without a folder",
                   {"52", "--pipe", "/no/such/p.json", "--output", file},
                   1,

@@ -18,6 +18,7 @@ public:
     void set_caption(std::string caption) { caption_ = std::move(caption); }
     std::string shortcut;  ///< the key that presses it from anywhere in the form; blank for none
     bool press_shortcut(std::string_view key) override;
+    [[nodiscard]] bool has_shortcut(std::string_view key) const override { return !key.empty() && key == shortcut; }
 
     // The look of the product's own push button.
     int16_t ButtonType = 2;
@@ -86,6 +87,7 @@ public:
     [[nodiscard]] bool is_separator() const { return caption() == "-"; }
     std::string shortcut;  ///< blank for none
     bool press_shortcut(std::string_view key) override;
+    [[nodiscard]] bool has_shortcut(std::string_view key) const override { return !key.empty() && key == shortcut; }
     void accept(ControlVisitor& visitor) const override;
 };
 

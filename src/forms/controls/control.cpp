@@ -54,7 +54,7 @@ bool Control::is_inside(const Control& frame) const
 
 bool Control::press_key(std::string_view key)
 {
-    return !key.empty() && key == key_ && key_pressed_.fire();
+    return has_key(key) && key_pressed_.fire();
 }
 
 void Control::on_key(std::string key, std::string handler, std::function<void()> procedure)

@@ -54,6 +54,11 @@ void Form::release_focus_within(const Control& gone)
     if (focus_ != nullptr && (focus_ == &gone || focus_->is_inside(gone))) move_focus(nullptr);
 }
 
+bool Form::has_shortcut(std::string_view key) const
+{
+    return std::ranges::any_of(controls_, [&](const Control* control) { return control->has_shortcut(key); });
+}
+
 bool Form::press_shortcut(std::string_view key)
 {
     if (key.empty()) return false;

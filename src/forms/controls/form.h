@@ -46,6 +46,7 @@ public:
     [[nodiscard]] Control* focus() const { return focus_; }  ///< null when it is nowhere
     bool enter(Control& control) override;
     bool press_shortcut(std::string_view key) override;
+    [[nodiscard]] bool has_shortcut(std::string_view key) const;
 
     std::vector<Menu> menus;
     Menu popup;  ///< for a right click; without entries there is none

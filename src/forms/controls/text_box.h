@@ -23,7 +23,8 @@ public:
     void select_all() const { all_selected.tell(); }
 
     bool several_lines = false;
-    bool secret = false;  ///< shown as dots
+    bool secret = false;    ///< shown as dots
+    bool on_enter = false;  ///< what a person types counts when the Enter key is pressed
 
     Event change{form()};
     Notice<> all_selected;

@@ -60,6 +60,12 @@ void Tree::open(std::string_view key)
     expand.fire();
 }
 
+void Tree::close(std::string_view key)
+{
+    node(key).expanded = false;
+    changed.tell();
+}
+
 void Tree::accept(ControlVisitor& visitor) const
 {
     visitor.visit(*this);

@@ -30,6 +30,7 @@ public:
     void choose(std::string_view key);
     /// By whomever: fires `expand` when the node has children and is closed.
     void open(std::string_view key);
+    void close(std::string_view key);                                          ///< fires nothing
     [[nodiscard]] const std::string& event_key() const { return event_key_; }  ///< the node of the latest event
 
     Event node_click{form()};

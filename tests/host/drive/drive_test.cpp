@@ -31,6 +31,20 @@ TEST_P(EachScript, IsAnsweredAsWritten)
     if (renew) write_script(file, cases);
 }
 
+/// Acting on the widgets by keys and clicks tells the same.
+TEST_P(EachScript, IsAnsweredAlikeByTheWindows)
+{
+    const fs::path windows = VELORA_WINDOWS_MODULE;
+    if (windows.empty()) GTEST_SKIP() << "Qt is not here, so the windows are not built";
+    for (auto& each : read_script(kGolden / (std::string(GetParam()) + ".txt"))) {
+        const auto answers = play(each, company(), scratch("case"), windows);
+        for (size_t at = 0; at < each.steps.size(); ++at) {
+            const auto& step = each.steps[at];
+            EXPECT_EQ(answers[at], step.expected) << "\"" << each.title << "\", step " << at + 1 << ": " << step.text;
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, EachScript,
                          ::testing::Values("driver", "selection", "quote", "criteria", "runs", "lists", "add",
                                            "options", "email", "viewer", "finders", "bad_input"),

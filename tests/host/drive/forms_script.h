@@ -32,7 +32,9 @@ std::vector<ScriptCase> read_script(const std::filesystem::path& file);
 void write_script(const std::filesystem::path& file, const std::vector<ScriptCase>& cases);
 
 /// Runs the case in a new application folder, a copy of `company`, and answers each step's lines.
+/// @param windows  the module by whose widgets the script acts; blank for none
 std::vector<std::vector<std::string>> play(const ScriptCase& script, const std::filesystem::path& company,
-                                           const std::filesystem::path& scratch);
+                                           const std::filesystem::path& scratch,
+                                           const std::filesystem::path& windows = {});
 
 }  // namespace velora::testing

@@ -64,8 +64,8 @@ private:
 
 class Player {
 public:
-    Player(const ScriptCase& script, const fs::path& company, fs::path folder)
-        : script_(script), folder_(std::move(folder)), answers_(script.steps.size())
+    Player(const ScriptCase& script, const fs::path& company, fs::path folder, fs::path windows)
+        : script_(script), folder_(std::move(folder)), windows_(std::move(windows)), answers_(script.steps.size())
     {
         fs::remove_all(folder_);
         fs::create_directories(folder_.parent_path());
@@ -89,7 +89,7 @@ public:
         state_->ports.printers = &printers_;
         PulledLines lines([this] { return next(); });
         std::istream in(&lines);
-        drive_forms(host, in);
+        drive_forms(host, in, windows_);
         take_answer();
         return std::move(answers_);
     }
@@ -273,6 +273,7 @@ private:
 
     const ScriptCase& script_;
     fs::path folder_;
+    fs::path windows_;
     std::vector<Lines> answers_;
     size_t at_ = 0;
     std::optional<size_t> asked_;
@@ -285,9 +286,10 @@ private:
 
 }  // namespace
 
-std::vector<std::vector<std::string>> play(const ScriptCase& script, const fs::path& company, const fs::path& scratch)
+std::vector<std::vector<std::string>> play(const ScriptCase& script, const fs::path& company, const fs::path& scratch,
+                                           const fs::path& windows)
 {
-    return Player(script, company, scratch / "company").play();
+    return Player(script, company, scratch / "company", windows).play();
 }
 
 }  // namespace velora::testing

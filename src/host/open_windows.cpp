@@ -1,0 +1,51 @@
+#include "host/open_windows.h"
+
+#include "host/adapters.h"
+#include "host/host.h"
+#include "host/windows_module.h"
+#include "service/report.h"
+
+namespace velora {
+namespace {
+
+/// Windows keep their places beside the user's settings.
+std::string places_file(const Host& host)
+{
+    const std::filesystem::path settings = settings_path(host.options(), host.around());
+    return settings.empty() ? std::string() : (settings.parent_path() / "VeloraWindows.ini").string();
+}
+
+}  // namespace
+
+drive::HostCalls host_calls(SessionState& state)
+{
+    const auto session = state.gSess;
+    const auto database = state.gConn;
+    const WhichEngine engine = state.gEngine;
+    const bool multi_currency = state.gMultiCurr;
+    const std::string user = state.gSessUser;
+    return {
+        [=, &state](WhichReport kind, int32_t quote_id) {
+            Report(state).Open_Reports(session, database, true, engine, kind, multi_currency, user, quote_id);
+        },
+        [=, &state](WhichFrame pane) { Report(state).Show_Printers(session, database, true, engine, pane); },
+        [=, &state] { Report(state).Show_Emailer(session, true, engine); },
+    };
+}
+
+OpenWindows::OpenWindows(Host& host)
+    : state_(host.company()),
+      desk_(state_),
+      toolkit_(open_toolkit(windows_module(host.around().program), desk_,
+                            {.places = places_file(host), .is_scripted = false}))
+{
+    state_.ports.windows = &desk_;
+}
+
+OpenWindows::~OpenWindows()
+{
+    state_.ports.windows = nullptr;
+    desk_.close_all();
+}
+
+}  // namespace velora

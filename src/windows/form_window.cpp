@@ -1,0 +1,338 @@
+#include "windows/form_window.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
+#include <QSignalBlocker>
+#include <QToolBar>
+
+#include "forms/controls/buttons.h"
+#include "forms/controls/text_box.h"
+#include "windows/icons.h"
+#include "windows/key_names.h"
+#include "windows/session.h"
+#include "windows/texts.h"
+#include "windows/ui_file.h"
+
+namespace velora::windows {
+
+namespace {
+
+/// Forms of one sort share a layout and a place: "frmViewer 2" is one more "frmViewer".
+QString sort_of(const forms::Form& form)
+{
+    return shown(form.name().substr(0, form.name().find(' ')));
+}
+
+const std::string& caption_of(const forms::Control& control)
+{
+    const auto* captioned = dynamic_cast<const forms::Captioned*>(&control);
+    const auto* button = dynamic_cast<const forms::Button*>(&control);
+    if (captioned != nullptr) return captioned->caption();
+    return button != nullptr ? button->caption() : control.label();
+}
+
+}  // namespace
+
+FormWindow::FormWindow(Session& session, forms::Form& form) : session_(session), form_(form)
+{
+    lay_out();
+    bind_controls();
+    add_menus();
+    add_tool_bar();
+    assign_mnemonics();
+    for (const auto& binding : bindings_) binding->show();
+    watch_ = form.changed.watch([this] { show_form(); });
+    focus_watch_ = form.focus_changed.watch([this] { follow_focus(); });
+    show_form();
+    adjustSize();
+    if (session.places() != nullptr) restoreGeometry(session.places()->value(sort_of(form)).toByteArray());
+}
+
+FormWindow::~FormWindow()
+{
+    detach();
+}
+
+void FormWindow::detach()
+{
+    if (std::exchange(detached_, true)) return;
+    if (session_.places() != nullptr && isVisible()) session_.places()->setValue(sort_of(form_), saveGeometry());
+    form_.changed.forget(watch_);
+    form_.focus_changed.forget(focus_watch_);
+    for (const auto& [control, watch] : action_watches_) control->changed.forget(watch);
+    for (const auto& binding : bindings_) binding->detach();  // they may be at work
+    by_widget_.clear();
+    by_control_.clear();
+    actions_.clear();
+}
+
+void FormWindow::lay_out()
+{
+    load_ui(":/ui/" + sort_of(form_) + ".ui", *this, [](const QString&, QWidget*) { return nullptr; });
+    setObjectName(shown(form_.name()));
+}
+
+void FormWindow::bind_controls()
+{
+    for (forms::Control* control : form_.controls()) {
+        auto* widget = findChild<QWidget*>(shown(control->name()));
+        if (widget == nullptr) continue;
+        auto binding = bind(*this, *control, *widget);
+        if (!binding) continue;
+        by_widget_.emplace(widget, binding.get());
+        by_control_.emplace(control, binding.get());
+        bindings_.push_back(std::move(binding));
+    }
+}
+
+QAction* FormWindow::add_action(QMenu& menu, forms::Control& control)
+{
+    auto* action = menu.addAction(QString());
+    action->setObjectName(shown(control.name()));
+    const auto refresh = [action, &control] {
+        const auto* entry = dynamic_cast<const forms::MenuEntry*>(&control);
+        action->setSeparator(entry != nullptr && entry->is_separator());
+        action->setText(with_mnemonic(caption_of(control), {}));
+        if (entry != nullptr) action->setShortcut(QKeySequence(shown(entry->shortcut)));
+        action->setVisible(control.visible());
+        action->setEnabled(control.enabled());
+    };
+    refresh();
+    action_watches_.emplace_back(&control, control.changed.watch(refresh));
+    connect(action, &QAction::triggered, this, [this, &control] {
+        if (!detached_) session_.act([&] { dynamic_cast<forms::Clickable&>(control).press(); });
+    });
+    actions_.emplace(&control, action);
+    return action;
+}
+
+void FormWindow::add_menus()
+{
+    for (const auto& menu : form_.menus) {
+        auto* shown_menu = menuBar()->addMenu(shown(menu.caption));
+        for (auto* entry : menu.entries) add_action(*shown_menu, *entry);
+    }
+    if (form_.popup.entries.empty()) return;
+    popup_ = new QMenu(this);
+    for (auto* entry : form_.popup.entries) add_action(*popup_, *entry)->setShortcut({});
+}
+
+void FormWindow::add_tool_bar()
+{
+    if (form_.toolbar.empty()) return;
+    tool_bar_ = addToolBar(QString());
+    tool_bar_->setObjectName("toolbar");
+    tool_bar_->setMovable(false);
+    tool_bar_->setContextMenuPolicy(Qt::PreventContextMenu);
+    tool_bar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    for (auto* button : form_.toolbar) {
+        auto* action = new QAction(tool_bar_);
+        action->setObjectName(shown(button->name()));
+        const auto refresh = [this, action, button] {
+            action->setText(with_mnemonic(button->caption(), {}));
+            action->setToolTip(shown(button->tip().empty() ? button->caption() : button->tip()));
+            action->setIcon(icon_of(button->name(), palette()));
+            action->setVisible(button->visible());
+            action->setEnabled(button->enabled());
+        };
+        refresh();
+        action_watches_.emplace_back(button, button->changed.watch(refresh));
+        connect(action, &QAction::triggered, this, [this, button] {
+            if (!detached_) session_.act([&] { button->press(); });
+        });
+        tool_bar_->addAction(action);
+        actions_.emplace(button, action);
+    }
+}
+
+/// Labels that are no controls themselves say what the form says of the control beside them.
+void FormWindow::assign_mnemonics()
+{
+    Mnemonics letters;
+    for (const auto& menu : form_.menus) letters.take_marked(menu.caption);
+    for (const auto& binding : bindings_) {
+        if (binding->wants_mnemonic()) binding->set_mnemonic(letters.choose(caption_of(binding->control())));
+    }
+    for (auto* label : findChildren<QLabel*>()) {
+        const auto beside = label->buddy() != nullptr ? by_widget_.find(label->buddy()) : by_widget_.end();
+        if (beside == by_widget_.end() || by_widget_.contains(label)) continue;
+        const std::string& text = beside->second->control().label();
+        label->setText(with_mnemonic(text, letters.choose(text)));
+    }
+}
+
+void FormWindow::show_form()
+{
+    setWindowTitle(shown(form_.caption()));
+    if (form_.pointer() == forms::Pointer::Hourglass) {
+        setCursor(Qt::WaitCursor);
+    } else {
+        unsetCursor();
+    }
+}
+
+Binding* FormWindow::binding_of(const forms::Control& control) const
+{
+    const auto found = by_control_.find(&control);
+    return found == by_control_.end() ? nullptr : found->second;
+}
+
+Binding* FormWindow::binding_around(const QObject* object) const
+{
+    for (; object != nullptr && object != this; object = object->parent()) {
+        const auto found = by_widget_.find(object);
+        if (found != by_widget_.end()) return found->second;
+    }
+    return nullptr;
+}
+
+QAction* FormWindow::action_of(const forms::Control& control) const
+{
+    const auto found = actions_.find(&control);
+    return found == actions_.end() ? nullptr : found->second;
+}
+
+void FormWindow::without_focus_moves(const std::function<void()>& change)
+{
+    ++quiet_;
+    change();
+    --quiet_;
+    if (quiet_ == 0) follow_focus();
+}
+
+void FormWindow::follow_focus()
+{
+    if (detached_ || quiet_ > 0) return;
+    const Binding* focused = form_.focus() != nullptr ? binding_of(*form_.focus()) : nullptr;
+    QWidget* target = focused != nullptr ? &focused->widget() : centralWidget();
+    if (focusWidget() == target ||
+        (focusWidget() != nullptr && target != centralWidget() && target->isAncestorOf(focusWidget())))
+        return;
+    ++quiet_;
+    target->setFocus(Qt::OtherFocusReason);
+    --quiet_;
+}
+
+bool FormWindow::enter(forms::Control& control)
+{
+    bool entered = false;
+    session_.act([&] { entered = form_.enter(control); });
+    follow_focus();
+    return entered;
+}
+
+bool FormWindow::take(QObject& target, QEvent& event)
+{
+    switch (event.type()) {
+        case QEvent::ShortcutOverride:
+            if (!form_.has_shortcut(key_name(dynamic_cast<QKeyEvent&>(event)))) return false;
+            event.accept();  // so that it comes as a key and asks the form
+            return true;
+        case QEvent::KeyPress:
+            return take_key(target, dynamic_cast<QKeyEvent&>(event));
+        case QEvent::FocusIn:
+            return take_focus_in(target, dynamic_cast<QFocusEvent&>(event));
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+            return dynamic_cast<QMouseEvent&>(event).button() == Qt::LeftButton && take_press(target);
+        case QEvent::ContextMenu: {
+            const auto* binding = binding_around(&target);
+            if (popup_ == nullptr || (binding != nullptr && binding->has_own_menu())) return false;
+            show_popup(dynamic_cast<QContextMenuEvent&>(event).globalPos());
+            return true;
+        }
+        default:
+            return false;
+    }
+}
+
+void FormWindow::show_popup(const QPoint& at)
+{
+    popup_->popup(at);
+}
+
+bool FormWindow::take_key(QObject& target, QKeyEvent& event)
+{
+    const bool backward = event.key() == Qt::Key_Backtab;
+    if ((event.key() == Qt::Key_Tab || backward) && !event.modifiers().testFlag(Qt::ControlModifier)) {
+        step_focus(!backward);
+        return true;
+    }
+    Binding* binding = binding_around(&target);
+    const std::string name = key_name(event);
+    bool taken = false;
+    if (binding != nullptr) session_.act([&] { taken = binding->control().press_key(name); });
+    if (taken || detached_) return true;
+    if (binding != nullptr && binding->take_key(event)) return true;
+    if (!form_.has_shortcut(name)) return false;
+    session_.act([&] { form_.press_shortcut(name); });
+    follow_focus();
+    return true;
+}
+
+/// On to the next control in the order of the form, round the end.
+void FormWindow::step_focus(bool forward)
+{
+    std::vector<forms::Control*> order;
+    for (forms::Control* control : form_.controls()) {
+        const Binding* binding = binding_of(*control);
+        const bool fits = control->takes_focus() && control->is_usable() && binding != nullptr;
+        if (fits || control == form_.focus()) order.push_back(control);
+    }
+    if (order.empty()) return;
+    const auto here = std::ranges::find(order, form_.focus());
+    const size_t count = order.size();
+    size_t at = forward ? 0 : count - 1;
+    if (here != order.end()) at = (static_cast<size_t>(here - order.begin()) + (forward ? 1 : count - 1)) % count;
+    enter(*order[at]);
+}
+
+/// The toolkit has given the focus to a widget: a person's doing asks the form, all else is undone.
+bool FormWindow::take_focus_in(QObject& target, QFocusEvent& event)
+{
+    if (quiet_ > 0) return false;
+    Binding* binding = binding_around(&target);
+    if (binding == nullptr || &binding->control() == form_.focus()) return false;
+    const auto reason = event.reason();
+    const bool meant = reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason ||
+                       reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    if (meant && enter(binding->control())) return false;
+    follow_focus();
+    return true;
+}
+
+/// The focus goes to what is clicked before the click does anything; a box that keeps the focus takes the click away.
+bool FormWindow::take_press(QObject& target)
+{
+    Binding* binding = binding_around(&target);
+    if (binding == nullptr || !binding->control().takes_focus() || !binding->control().is_usable()) return false;
+    return !enter(binding->control());
+}
+
+void FormWindow::closeEvent(QCloseEvent* event)
+{
+    if (detached_) return event->accept();
+    event->ignore();  // the form says what becomes of it
+    session_.act([this] { form_.unload(); });
+}
+
+void FormWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !detached_) refresh_icons();
+}
+
+void FormWindow::refresh_icons()
+{
+    for (const auto& binding : bindings_) binding->show();
+    if (tool_bar_ == nullptr) return;
+    for (QAction* action : tool_bar_->actions()) {
+        if (!action->icon().isNull()) action->setIcon(icon_of(action->objectName().toStdString(), palette()));
+    }
+}
+
+}  // namespace velora::windows

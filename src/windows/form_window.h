@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "forms/controls/form.h"
+#include "windows/binding.h"
+
+class QMenu;
+class QToolBar;
+
+namespace velora::windows {
+
+class Session;
+
+/// The window of a form: its layout with a binding for each control, its menus and its toolbar. The form says where the
+/// focus is; a key or a click that would move it asks the form first.
+class FormWindow final : public QMainWindow {
+public:
+    FormWindow(Session& session, forms::Form& form);
+    ~FormWindow() override;
+
+    [[nodiscard]] forms::Form& form() const { return form_; }
+    [[nodiscard]] Session& session() const { return session_; }
+    /// Forgets the form, which may be gone from now on.
+    void detach();
+    [[nodiscard]] bool is_detached() const { return detached_; }
+
+    [[nodiscard]] Binding* binding_of(const forms::Control& control) const;
+    /// The one whose widget it is, or stands in.
+    [[nodiscard]] Binding* binding_around(const QObject* object) const;
+    [[nodiscard]] QAction* action_of(const forms::Control& control) const;
+    [[nodiscard]] QToolBar* tool_bar() const { return tool_bar_; }
+    [[nodiscard]] QMenu* popup() const { return popup_; }
+
+    /// Moves the form's focus, and the widgets' with it. False when it stays where it was.
+    bool enter(forms::Control& control);
+    /// Gives the widget of the control that has the form's focus the toolkit's.
+    void follow_focus();
+    /// Runs `change`, during which the toolkit's own moves of the focus mean nothing.
+    void without_focus_moves(const std::function<void()>& change);
+    void show_popup(const QPoint& at);
+
+    /// What happens to the window or to something in it. @return whether that was all
+    bool take(QObject& target, QEvent& event);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void lay_out();
+    void bind_controls();
+    void name_labels();
+    void add_menus();
+    void add_tool_bar();
+    void assign_mnemonics();
+    void show_form();
+    void refresh_icons();
+    QAction* add_action(QMenu& menu, forms::Control& control);
+    bool take_key(QObject& target, QKeyEvent& event);
+    bool take_shortcut(Binding* binding, const QString& name);
+    void step_focus(bool forward);
+    bool take_focus_in(QObject& target, QFocusEvent& event);
+    bool take_press(QObject& target);
+
+    Session& session_;
+    forms::Form& form_;
+    std::vector<std::unique_ptr<Binding>> bindings_;
+    std::unordered_map<const QObject*, Binding*> by_widget_;
+    std::unordered_map<const forms::Control*, Binding*> by_control_;
+    std::unordered_map<const forms::Control*, QAction*> actions_;
+    std::vector<std::pair<forms::Control*, size_t>> action_watches_;
+    QToolBar* tool_bar_ = nullptr;
+    QMenu* popup_ = nullptr;
+    size_t watch_ = 0, focus_watch_ = 0;
+    int quiet_ = 0;
+    bool detached_ = false;
+};
+
+}  // namespace velora::windows
