@@ -23,3 +23,8 @@ find_path(ZINT_INCLUDE_DIR zint.h REQUIRED)
 add_library(Zint::Zint UNKNOWN IMPORTED)
 set_target_properties(Zint::Zint PROPERTIES
     IMPORTED_LOCATION ${ZINT_LIBRARY} INTERFACE_INCLUDE_DIRECTORIES ${ZINT_INCLUDE_DIR})
+
+# Loaded at run time by what uses it: only its headers are needed here.
+pkg_check_modules(CURL REQUIRED libcurl>=7.87)
+add_library(velora_curl_headers INTERFACE)
+target_include_directories(velora_curl_headers SYSTEM INTERFACE ${CURL_INCLUDE_DIRS})

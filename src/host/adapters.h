@@ -7,6 +7,7 @@
 #include "adapters/terminal/terminal_user_interface.h"
 #include "host/options.h"
 #include "host/surroundings.h"
+#include "platform/mail_transport.h"
 #include "platform/printers.h"
 #include "platform/region.h"
 #include "platform/report_engine.h"
@@ -30,6 +31,7 @@ struct Adapters {
     std::unique_ptr<ProfileFile> profiles;
     std::unique_ptr<PasswordCipher> cipher;
     std::unique_ptr<Printers> printers;
+    std::unique_ptr<MailTransport> mail;  ///< made when the company is opened, whose file says how
 };
 
 /// @throws UsageError for a region that is none, HostError for a messages file that cannot be written

@@ -20,7 +20,11 @@ void add_render_command(CLI::App& program, CommandBody& chosen);
 void add_fields_command(CLI::App& program, CommandBody& chosen);
 void add_report_list_commands(CLI::App& program, CommandBody& chosen);
 void add_window_commands(CLI::App& program, CommandBody& chosen);
+void add_mail_command(CLI::App& program, CommandBody& chosen);
 void add_drive_command(CLI::App& program, CommandBody& chosen);
+
+/// What "email" does without a recipient.
+ExitStatus open_email_window(Host& host);
 
 /// A command whose report or window is not in this build says so.
 ExitStatus not_available(Host& host, std::string_view what);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/explain.h"
+#include "host/mailing.h"
 #include "service/print_report.h"
 #include "session/lists.h"
 #include "values/fault.h"
@@ -36,6 +37,11 @@ void require_folder(const fs::path& folder)
                                                  "--output.");
 }
 
+bool is_delivered(ExitStatus status)
+{
+    return status == ExitStatus::Delivered || status == ExitStatus::DeliveredWithBoxes;
+}
+
 std::string how(ExitStatus status)
 {
     switch (status) {
@@ -64,6 +70,10 @@ Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKin
     state_.gReportSection = company_id(state_) + "_Report";
     delivery_ = {chosen_definition(state_, kind, options.definition), options.preview, options.exports()};
     host_.files().reads(delivery_.report_string, "the report definition");
+    if (options.email && options.output == "-") {
+        throw UsageError("--email sends a file, and --output - makes none. Name a file or a folder.");
+    }
+    if (options.mail.dry_run) host.leave_standard_output();
     if (options.exports()) place_output();
     if (options.print) require_printer();
     if (options.preview) host_.windows();
@@ -145,9 +155,10 @@ void Documents::deliver(const std::string& label, const std::function<Selection(
     state_.log.clear();
     rows_ = 0;
     progress_.document_begins();
-    const ExitStatus status = print(select);
+    ExitStatus status = print(select);
     progress_.clear();
     report_outcome(status);
+    if (options_.email && is_delivered(status)) status = worse_of(status, mail());
     ended_.push_back({label, status, host_.user().boxes().size()});
     progress_.document_ends();
 }
@@ -176,12 +187,17 @@ void Documents::report_outcome(ExitStatus status)
     if (const std::string reason = host_.take_refusal(); !reason.empty()) {
         host_.around().err << "Reason: " << reason << '\n';
     }
-    const bool delivered = status == ExitStatus::Delivered || status == ExitStatus::DeliveredWithBoxes;
+    const bool delivered = is_delivered(status);
     if (delivered && delivery_.export_it && options_.output != "-") host_.say(state_.gExportFile);
     if (delivered && state_.gCrReport) {
         for (const std::string& warning : state_.gCrReport->warnings()) host_.around().err << warning << '\n';
     }
     if (host_.options().explain) explain(host_.answers(), state_.log);
+}
+
+ExitStatus Documents::mail()
+{
+    return host_.guard([&] { return mail_document(host_, options_.mail) ? ExitStatus::Delivered : ExitStatus::Told; });
 }
 
 /// One line for the whole run: which documents had boxes, and how many.

@@ -42,6 +42,8 @@ private:
     void watch_pipe();
     ExitStatus print(const std::function<Selection()>& select);
     void report_outcome(ExitStatus status);
+    /// Sends the document that was delivered just now.
+    ExitStatus mail();
     void tell_boxes() const;
 
     Host& host_;

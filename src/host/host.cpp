@@ -4,6 +4,7 @@
 
 #include "adapters/accounting_sql/session.h"
 #include "adapters/engine/report_engine.h"
+#include "adapters/smtp/mail_transport.h"
 #include "adapters/sqlite/connection.h"
 #include "host/adapters.h"
 #include "host/open_windows.h"
@@ -171,6 +172,7 @@ void Host::open_company()
     config_ = read_host_config(place);
     read_files(place);
     auto state = std::make_unique<SessionState>();
+    adapters_->mail = smtp_mail_transport(*adapters_->clock, config_.mail);
     state->gConn = open_store("database", sqlite_file(place, config_.database, "Database"),
                               [](const std::string& file) { return open_sqlite(file); });
     state->gSess = open_store("accounting store", sqlite_file(place, config_.accounting, "Accounting"),
@@ -190,7 +192,8 @@ void Host::open_company()
                          .region = adapters_->region.get(),
                          .application_folder = place.string(),
                          .export_file = {},
-                         .on_pipe = {}};
+                         .on_pipe = {},
+                         .mail = adapters_->mail.get()};
     company_ = std::move(state);
 }
 

@@ -23,12 +23,12 @@ constexpr const char* kHowToMake =
     throw HostError(kTitle, text);
 }
 
-/// The [Host] section of one file.
-class HostSection {
+/// A section of one file.
+class Section {
 public:
-    explicit HostSection(const fs::path& file) : file_(file.string()), ini_(file) {}
+    Section(const fs::path& file, std::string name) : file_(file.string()), name_(std::move(name)), ini_(file) {}
 
-    [[nodiscard]] std::string text(const char* key) const { return std::string(trimmed(ini_.read("Host", key, ""))); }
+    [[nodiscard]] std::string text(const char* key) const { return std::string(trimmed(ini_.read(name_, key, ""))); }
 
     [[nodiscard]] std::string required(const char* key, const char* meaning) const
     {
@@ -39,16 +39,17 @@ public:
 
     [[noreturn]] void reject(const char* key, const std::string& is, const std::string& should) const
     {
-        fail("The key \"" + std::string(key) + "\" in section [Host] of \"" + file_ + "\" " + is + ". It should be " +
-             should + ".");
+        fail("The key \"" + std::string(key) + "\" in section [" + name_ + "] of \"" + file_ + "\" " + is +
+             ". It should be " + should + ".");
     }
 
 private:
     std::string file_;
+    std::string name_;
     ini::IniFile ini_;
 };
 
-WhichEngine engine_of(const HostSection& host)
+WhichEngine engine_of(const Section& host)
 {
     const auto name = host.required("Engine", "SQLServer or Pervasive");
     if (same_name(name, "SQLServer")) return eDBSQLServer;
@@ -56,7 +57,7 @@ WhichEngine engine_of(const HostSection& host)
     host.reject("Engine", "is \"" + name + "\"", "SQLServer or Pervasive");
 }
 
-std::optional<bool> multi_currency_of(const HostSection& host)
+std::optional<bool> multi_currency_of(const Section& host)
 {
     const auto answer = host.text("MultiCurrency");
     if (answer.empty()) return std::nullopt;
@@ -66,7 +67,7 @@ std::optional<bool> multi_currency_of(const HostSection& host)
 }
 
 /// A whole number, 0 for no end; `otherwise` where the key is left out.
-size_t limit_of(const HostSection& host, const char* key, size_t otherwise)
+size_t limit_of(const Section& host, const char* key, size_t otherwise)
 {
     const auto given = host.text(key);
     if (given.empty()) return otherwise;
@@ -77,6 +78,19 @@ size_t limit_of(const HostSection& host, const char* key, size_t otherwise)
         host.reject(key, "is \"" + given + "\"", "a whole number, 0 for no limit, or left out");
     }
     return limit;
+}
+
+MailServerRules mail_rules_of(const Section& mail, const fs::path& folder)
+{
+    MailServerRules rules;
+    const auto authority = mail.text("CertificateAuthority");
+    if (!authority.empty()) rules.certificate_authority = (folder / authority).string();
+    const auto seconds = limit_of(mail, "Timeout", static_cast<size_t>(rules.timeout.count()));
+    constexpr size_t kLongest = 3600;
+    if (seconds == 0 || seconds > kLongest)
+        mail.reject("Timeout", "is " + std::to_string(seconds), "1 to 3600 seconds");
+    rules.timeout = std::chrono::seconds(seconds);
+    return rules;
 }
 
 }  // namespace
@@ -106,7 +120,7 @@ HostConfig read_host_config(const fs::path& folder)
     if (!fs::is_regular_file(file)) {
         fail("The folder \"" + folder.string() + "\" is no application folder: it has no " + kFile + "." + kHowToMake);
     }
-    const HostSection host(file);
+    const Section host(file, "Host");
     HostConfig config;
     config.company = host.required("Company", "the company id of the accounting system, up to 10 characters");
     if (character_count(config.company) > 10) {
@@ -121,6 +135,7 @@ HostConfig read_host_config(const fs::path& folder)
     config.tax_registration = host.text("TaxRegistration");
     config.timeout = std::chrono::seconds(limit_of(host, "Timeout", static_cast<size_t>(config.timeout.count())));
     config.most_rows = limit_of(host, "MostRows", config.most_rows);
+    config.mail = mail_rules_of(Section(file, "Mail"), folder);
     return config;
 }
 

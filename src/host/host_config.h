@@ -5,11 +5,12 @@
 #include <optional>
 #include <string>
 
+#include "adapters/smtp/mail_transport.h"
 #include "session/enumerations.h"
 
 namespace velora {
 
-/// What `velora.ini` in an application folder says, section [Host].
+/// What `velora.ini` in an application folder says, section [Host] where no other is named.
 struct HostConfig {
     std::string company;
     std::string database;    ///< "sqlite:PATH", relative to the folder, or "odbc:CONNECTION STRING"
@@ -21,6 +22,7 @@ struct HostConfig {
     std::string tax_registration;        ///< the company's own, as documents show it; blank for none
     std::chrono::seconds timeout{30};    ///< how long a query may work
     size_t most_rows = 1'000'000;        ///< of the query that a definition brings; 0 for any number
+    MailServerRules mail;                ///< section [Mail]
 
     /// The file as people read and change it.
     [[nodiscard]] std::string ini_text() const;

@@ -45,6 +45,23 @@ auto format_reader(std::optional<ExportFormat>& into)
     };
 }
 
+/// The long names leave "--to" to the criteria that are periods.
+void add_email_options(CLI::App& command, DeliveryOptions& options)
+{
+    auto* email = command.add_flag("--email", options.email,
+                                   "Send the exported file as the e-mail settings say, to the recipient of the quote");
+    CLI::Option* const others[] = {
+        command.add_option("--email-to", options.mail.to, "Other recipients")->type_name("ADDRESS..."),
+        command.add_option("--email-subject", options.mail.subject, "Subject")->type_name("TEXT"),
+        command.add_option("--email-body", options.mail.body, "File with the text, - for standard input")
+            ->type_name("FILE"),
+        command.add_flag("--dry-run", options.mail.dry_run,
+                         "Write the message to standard output instead of sending it"),
+    };
+    for (CLI::Option* other : others) other->needs(email);
+    email->excludes(command.get_option("--preview"))->excludes(command.get_option("--print"));
+}
+
 }  // namespace
 
 void add_common_options(CLI::App& program, CommonOptions& options)
@@ -96,6 +113,7 @@ void add_delivery_options(CLI::App& command, DeliveryOptions& options)
         preview->excludes(command.get_option(file_option));
         print->excludes(command.get_option(file_option));
     }
+    add_email_options(command, options);
 }
 
 void add_definition_option(CLI::App& command, DeliveryOptions& options)

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/report_engine.h"
 #include "values/date_time.h"
@@ -24,6 +25,16 @@ struct CommonOptions {
     bool quiet = false;
 };
 
+/// What a mail of the command line says beyond what the settings and the quote give.
+struct MailOptions {
+    std::vector<std::string> to;  ///< none: the recipient of the quote
+    std::vector<std::string> cc, bcc;
+    std::string subject;
+    std::string body;  ///< file with the text, "-" for standard input; blank for none
+    std::vector<std::string> attachments;
+    bool dry_run = false;  ///< the message goes to standard output instead
+};
+
 /// Where a document goes.
 struct DeliveryOptions {
     std::optional<ExportFormat> format;  ///< none: by the ending of `output`, else as the settings say, else PDF
@@ -33,6 +44,8 @@ struct DeliveryOptions {
     std::string printer;     ///< blank: the one of the settings
     std::string definition;  ///< file, or name in the list; blank: the one of the settings, else the first of the list
     std::string pipe;
+    bool email = false;
+    MailOptions mail;
 
     [[nodiscard]] bool exports() const { return !preview && !print; }
 };

@@ -42,10 +42,13 @@ void add_window_commands(CLI::App& program, CommandBody& chosen)
     settings->add_option("PANE", options->pane, "Pane to open on")
         ->check(CLI::IsMember(std::vector<std::string>(drive::kPaneNames.begin(), drive::kPaneNames.end())));
     bind(*settings, chosen, options, open_options);
+}
 
-    auto* email = program.add_subcommand("email", "Open the e-mail window")->group("");
-    bind(*email, chosen, options,
-         [](Host& host, const WindowOptions&) { return not_available(host, "the e-mail window"); });
+ExitStatus open_email_window(Host& host)
+{
+    host.windows();
+    host_calls(host.company()).show_emailer();
+    return ExitStatus::Delivered;
 }
 
 }  // namespace velora

@@ -53,7 +53,7 @@ TEST_F(CommandLine, HelpNamesEveryCommandAndTheExitStatus)
     const Ran ran = run({"--help"});
     EXPECT_EQ(ran.status, 0);
     for (const char* name : {"init", "quote", "confirmation", "picking-slip", "checklist", "customers", "custom",
-                             "render", "fields", "lists", "add-report", "remove-report", "Exit status"}) {
+                             "render", "fields", "lists", "add-report", "remove-report", "email", "Exit status"}) {
         EXPECT_THAT(ran.out, HasSubstr(name));
     }
     EXPECT_EQ(run({"help"}).out, ran.out);
@@ -61,31 +61,13 @@ TEST_F(CommandLine, HelpNamesEveryCommandAndTheExitStatus)
     for (const char* command : {"lists", "add-report", "remove-report", "fields"}) {
         EXPECT_THAT(run({command, "--help"}).out, HasSubstr("quote, ")) << command << " names the kinds";
     }
-    for (const char* missing : {"e-mail"}) {
-        EXPECT_THAT(ran.out, Not(HasSubstr(missing))) << "not part of this build";
-    }
-}
-
-TEST_F(CommandLine, WhatThisBuildLacksSaysSoInABox)
-{
-    const std::vector<std::vector<std::string>> commands{
-        {"email"},
-    };
-    for (const auto& command : commands) {
-        const Ran ran = run(in_company(company(), command));
-        EXPECT_EQ(ran.status, 1) << command.front();
-        EXPECT_THAT(ran.err, HasSubstr("This build does not have")) << command.front();
-        EXPECT_THAT(messages(), HasSubstr(R"("icon":"exclamation")")) << command.front();
-    }
 }
 
 TEST_F(CommandLine, AnInstallationWithoutWindowsSaysSoAndRunsTheRest)
 {
-    const std::vector<std::vector<std::string>> commands{{"open", "quote"},
-                                                         {"open"},
-                                                         {"options", "export"},
-                                                         {"drive", "--qt"},
-                                                         {"quote", "--number", "Q-10052", "--preview"}};
+    const std::vector<std::vector<std::string>> commands{
+        {"open", "quote"}, {"open"},          {"options", "export"},
+        {"email"},         {"drive", "--qt"}, {"quote", "--number", "Q-10052", "--preview"}};
     for (const auto& command : commands) {
         const Ran ran = run(in_company(company(), command));
         EXPECT_EQ(ran.status, 1) << command.front();
