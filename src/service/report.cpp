@@ -35,11 +35,6 @@ Windows& windows(SessionState& state)
     throw Fault(fault::kCannotCreate, "This build has no windows; the command line offers what it can do.");
 }
 
-[[noreturn]] void builder_missing(std::string_view report)
-{
-    throw Fault(fault::kCannotCreate, "This build does not print the " + std::string(report) + " yet.");
-}
-
 }  // namespace
 
 Report::Report() : state_(process_state()) {}
