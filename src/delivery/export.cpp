@@ -41,6 +41,7 @@ void Export_Report(SessionState& state, std::string_view pFileName)
         state.gCrReport->Export(format->format, path);
         state.gExportFile = path;
         state.gExportOK = true;
+        state.log.wrote(path);
     });
 }
 

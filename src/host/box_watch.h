@@ -15,6 +15,10 @@ public:
     void show(const MessageBox& box) override
     {
         boxes_.push_back(box);
+        if (taker_) {
+            taker_(box);
+            return;
+        }
         user_.show(box);
         if (windows_ != nullptr) windows_->show(box);
     }
@@ -50,6 +54,9 @@ public:
     /// Told how far a builder is with its rows; empty for nobody.
     void watch_progress(std::function<void(size_t, size_t)> watcher) { on_progress_ = std::move(watcher); }
 
+    /// Boxes go to `taker` in place of the user.
+    void divert(std::function<void(const MessageBox&)> taker) { taker_ = std::move(taker); }
+
     void forget()
     {
         boxes_.clear();
@@ -61,6 +68,7 @@ public:
 private:
     UserInterface& user_;
     UserInterface* windows_ = nullptr;
+    std::function<void(const MessageBox&)> taker_;
     std::vector<MessageBox> boxes_;
     bool pages_shown_ = false;
     std::function<void(size_t, size_t)> on_progress_;

@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <charconv>
 #include <filesystem>
 #include <limits>
 
@@ -12,23 +11,36 @@
 namespace velora {
 namespace {
 
+constexpr int kMostJobs = 64;
+
 std::string iso_date(const std::string& text)
 {
     return text.size() == 10 && DateTime::from_iso(text) ? "" : "\"" + text + "\" is no date of the form YYYY-MM-DD";
 }
 
-void add_quotes(CLI::App& command, CriteriaOptions& options)
-{
-    command.add_option("ID", options.quotes, "Quote ids")->required();
-    command.add_flag("--number", options.by_number, "The IDs are quote numbers");
-}
-
-void add_period(CLI::App& command, CriteriaOptions& options)
+void add_dates(CLI::App& command, CriteriaOptions& options)
 {
     auto* from = command.add_option("--from", options.from, "First quote date")->check(iso_date)->type_name("DATE");
     auto* to = command.add_option("--to", options.to, "Last quote date")->check(iso_date)->type_name("DATE");
     from->needs(to);
     to->needs(from);
+}
+
+void add_quotes(CLI::App& command, CriteriaOptions& options)
+{
+    command.add_option("ID", options.quotes, "Quote ids");
+    command.add_flag("--number", options.by_number, "The IDs are quote numbers");
+    command.add_flag("--all", options.all, "All quotes, in place of IDs");
+    add_dates(command, options);
+    command.add_option("--status", options.status, "Quotes of one status, in place of IDs")->type_name("ID");
+    command.add_option("--jobs", options.jobs, "Work out documents on N processes at once; not for --print")
+        ->check(CLI::Range(1, kMostJobs))
+        ->type_name("N");
+}
+
+void add_period(CLI::App& command, CriteriaOptions& options)
+{
+    add_dates(command, options);
     auto* accounting = command
                            .add_option("--accounting-customer", options.accounting_customer,
                                        "Quotes of one customer of the accounting system")
@@ -42,31 +54,6 @@ void add_file(CLI::App& command, CriteriaOptions& options)
 {
     command.add_option("FILE", options.file, "Report definition, by its file or its name in the list")->required();
     command.add_option("--name", options.name, "Name of the report (default: that of the file)")->type_name("TEXT");
-}
-
-int32_t id_of_text(const std::string& text)
-{
-    int32_t id = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
-    if (error != std::errc{} || end != text.data() + text.size()) {
-        throw UsageError("\"" + text +
-                         "\" is no quote id, which is a whole number. To name quotes by their number, "
-                         "add --number.");
-    }
-    return id;
-}
-
-int32_t id_of_number(SessionState& state, const std::string& number)
-{
-    auto query = Command::statement("SELECT QuoteID FROM Quote WHERE (QuoteNumber = ?)");
-    query.parameters.push_back({"Number", std::string(trimmed(number))});
-    const auto rows = connection(state).Open(query);
-    if (rows->is_empty()) {
-        throw HostError("Invalid Input", "The Quote number \"" + number +
-                                             "\" cannot be found.\r\nPlease check the "
-                                             "Quote number and try again.");
-    }
-    return to_int32(rows->value("QuoteID"));
 }
 
 }  // namespace
@@ -108,16 +95,6 @@ Selection selection_of(const CriteriaOptions& options, const DateTime& today)
     what.reason_id = options.reason;
     what.report_name = options.name.empty() ? std::filesystem::path(options.file).stem().string() : options.name;
     return what;
-}
-
-void require_ids(std::span<const std::string> quotes)
-{
-    for (const std::string& quote : quotes) (void)id_of_text(quote);
-}
-
-int32_t quote_id(SessionState& state, const std::string& quote, bool by_number)
-{
-    return by_number ? id_of_number(state, quote) : id_of_text(quote);
 }
 
 }  // namespace velora

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -16,6 +15,8 @@ namespace velora {
 struct CriteriaOptions {
     std::vector<std::string> quotes;
     bool by_number = false;
+    bool all = false;
+    int jobs = 1;
     bool whole_quantities = false;
     std::string from, to;
     std::string accounting_customer;
@@ -31,11 +32,5 @@ void add_criteria_options(CLI::App& command, const Criteria& criteria, CriteriaO
 
 /// The selection that the options mean, but for the quote. @throws UsageError for a period that ends before it begins
 Selection selection_of(const CriteriaOptions& options, const DateTime& today);
-
-/// @throws UsageError for a text that is no id
-void require_ids(std::span<const std::string> quotes);
-
-/// The id of a quote that was named by its id or its number. @throws HostError for a number that no quote has
-int32_t quote_id(SessionState& state, const std::string& quote, bool by_number);
 
 }  // namespace velora

@@ -42,28 +42,19 @@ bool is_delivered(ExitStatus status)
     return status == ExitStatus::Delivered || status == ExitStatus::DeliveredWithBoxes;
 }
 
-std::string how(ExitStatus status)
-{
-    switch (status) {
-        case ExitStatus::NoData:
-            return " (no data)";
-        case ExitStatus::Told:
-            return " (not delivered)";
-        default:
-            return {};
-    }
-}
-
 }  // namespace
 
-Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKind& kind, size_t count)
+Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKind& kind, size_t count,
+                     std::unique_ptr<PipeFile> pipe)
     : host_(host),
       options_(options),
       kind_(kind),
       state_(host.company()),
+      pipe_(std::move(pipe)),
       progress_(host.around().err, host.is_watched(), count)
 {
-    if (count > 1 && options.exports() && !options.output.empty() && !names_folder(options.output)) {
+    const bool several = count > 1 || options.each;
+    if (several && options.exports() && !options.output.empty() && !names_folder(options.output)) {
         throw UsageError("Several documents do not fit into the one file \"" + options.output +
                          "\". Name a folder with --output; one that does not end in \"/\" has to be there.");
     }
@@ -77,6 +68,8 @@ Documents::Documents(Host& host, const DeliveryOptions& options, const ReportKin
     if (options.exports()) place_output();
     if (options.print) require_printer();
     if (options.preview) host_.windows();
+    state_.ports.numbers_outputs = options.each;
+    state_.cache.hold(count > 1 && !host_.options().explain);  // what each document asks is to be told
     watch_pipe();
 }
 
@@ -130,7 +123,7 @@ void Documents::watch_pipe()
         const fs::path file = file_named(options_.pipe);
         host_.files().writes(file, "--pipe");
         if (options_.pipe == "-") host_.leave_standard_output();
-        pipe_ = std::make_unique<PipeFile>(file);
+        if (!pipe_) pipe_ = std::make_unique<PipeFile>(file);
     }
     state_.ports.on_pipe = [this](const DataPipeRecordset& pipe) {
         rows_ = pipe.RecordCount();
@@ -148,7 +141,7 @@ void Documents::watch_pipe()
     host_.user().watch_progress([this](size_t done, size_t total) { progress_.rows(done, total); });
 }
 
-void Documents::deliver(const std::string& label, const std::function<Selection()>& select)
+ExitStatus Documents::deliver(const std::string& label, const std::function<Selection()>& select)
 {
     host_.user().forget();
     state_.gExportOK = false;
@@ -159,8 +152,9 @@ void Documents::deliver(const std::string& label, const std::function<Selection(
     progress_.clear();
     report_outcome(status);
     if (options_.email && is_delivered(status)) status = worse_of(status, mail());
-    ended_.push_back({label, status, host_.user().boxes().size()});
+    summary_.add(label, status, host_.user().boxes().size());
     progress_.document_ends();
+    return status;
 }
 
 ExitStatus Documents::print(const std::function<Selection()>& select)
@@ -187,9 +181,11 @@ void Documents::report_outcome(ExitStatus status)
     if (const std::string reason = host_.take_refusal(); !reason.empty()) {
         host_.around().err << "Reason: " << reason << '\n';
     }
-    const bool delivered = is_delivered(status);
-    if (delivered && delivery_.export_it && options_.output != "-") host_.say(state_.gExportFile);
-    if (delivered && state_.gCrReport) {
+    if (options_.output != "-") {
+        for (const std::string& file : state_.log.files()) host_.say(file);
+    }
+    for (const std::string& note : state_.log.notes()) host_.around().err << note << '\n';
+    if (is_delivered(status) && state_.gCrReport) {
         for (const std::string& warning : state_.gCrReport->warnings()) host_.around().err << warning << '\n';
     }
     if (host_.options().explain) explain(host_.answers(), state_.log);
@@ -200,30 +196,16 @@ ExitStatus Documents::mail()
     return host_.guard([&] { return mail_document(host_, options_.mail) ? ExitStatus::Delivered : ExitStatus::Told; });
 }
 
-/// One line for the whole run: which documents had boxes, and how many.
-void Documents::tell_boxes() const
-{
-    std::string line;
-    for (const Ended& document : ended_) {
-        if (document.boxes == 0) continue;
-        line +=
-            (line.empty() ? "" : ", ") + document.label + ": " + std::to_string(document.boxes) + how(document.status);
-    }
-    if (!line.empty()) host_.around().err << "Message boxes by document: " << line << '\n';
-}
-
 ExitStatus Documents::finish()
 {
+    state_.cache.hold(false);
     state_.ports.on_pipe = nullptr;
     state_.ports.export_file.clear();
     host_.watch_rows({});
     host_.user().watch_progress({});
     host_.settings().clear();
     if (pipe_filled_) pipe_->finish();
-    tell_boxes();
-    ExitStatus worst = ExitStatus::Delivered;
-    for (const Ended& document : ended_) worst = worse_of(worst, document.status);
-    return worst;
+    return summary_.tell(host_.around().err);
 }
 
 }  // namespace velora

@@ -11,6 +11,7 @@
 #include "host/kinds.h"
 #include "host/pipe_file.h"
 #include "host/run_progress.h"
+#include "host/run_summary.h"
 
 namespace velora {
 
@@ -20,22 +21,20 @@ public:
     /// @param count  how many documents there will be
     /// @throws UsageError when several would go into one file, or over a file that the run reads; HostError when the
     ///         place of the output is missing
-    Documents(Host& host, const DeliveryOptions& options, const ReportKind& kind, size_t count);
+    /// @param pipe   where the data goes in place of the file of the options
+    Documents(Host& host, const DeliveryOptions& options, const ReportKind& kind, size_t count,
+              std::unique_ptr<PipeFile> pipe = nullptr);
 
     /// Runs one document and says where it went. What goes wrong is told and does not stop the next.
     /// @param label   as the person named it
     /// @param select  may throw HostError for what is not there
-    void deliver(const std::string& label, const std::function<Selection()>& select);
+    ExitStatus deliver(const std::string& label, const std::function<Selection()>& select);
     /// Ends the run: the file of the pipe takes its name, and one line tells which documents had boxes.
     ExitStatus finish();
+    /// The file of the pipe, for who writes it himself.
+    [[nodiscard]] std::unique_ptr<PipeFile> take_pipe() { return std::move(pipe_); }
 
 private:
-    struct Ended {
-        std::string label;
-        ExitStatus status;
-        size_t boxes;
-    };
-
     void place_output();
     void place_file(const std::string& output);
     void require_printer();
@@ -44,7 +43,6 @@ private:
     void report_outcome(ExitStatus status);
     /// Sends the document that was delivered just now.
     ExitStatus mail();
-    void tell_boxes() const;
 
     Host& host_;
     const DeliveryOptions& options_;
@@ -56,7 +54,7 @@ private:
     std::exception_ptr pipe_failure_;
     RunProgress progress_;
     size_t rows_ = 0;  ///< of the pipe
-    std::vector<Ended> ended_;
+    RunSummary summary_;
 };
 
 }  // namespace velora

@@ -46,6 +46,7 @@ struct DeliveryOptions {
     std::string pipe;
     bool email = false;
     MailOptions mail;
+    bool each = false;  ///< a file of its own for each report of a document that comes in several
 
     [[nodiscard]] bool exports() const { return !preview && !print; }
 };

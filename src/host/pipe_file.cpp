@@ -72,11 +72,12 @@ void PipeFile::add(std::string_view kind, const DataPipeRecordset& pipe)
 
 void PipeFile::finish()
 {
-    attempt([&] { file_->finish(); });
+    if (file_) attempt([&] { file_->finish(); });
 }
 
 void PipeFile::write(std::string_view text)
 {
+    if (taker_) return taker_(text);
     attempt([&] { file_->write(text); });
 }
 

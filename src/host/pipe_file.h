@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -14,15 +15,19 @@ namespace velora {
 class PipeFile {
 public:
     explicit PipeFile(const std::filesystem::path& target);
+    /// No file at all: the text goes to who takes it.
+    explicit PipeFile(std::function<void(std::string_view)> taker) : taker_(std::move(taker)) {}
 
     void add(std::string_view kind, const DataPipeRecordset& pipe);
+    /// Text of objects that were made elsewhere.
+    void write(std::string_view text);
     void finish();
 
 private:
-    void write(std::string_view text);
     template <class Action>
     void attempt(Action action) const;
 
+    std::function<void(std::string_view)> taker_;
     std::filesystem::path target_;
     std::optional<AtomicFile> file_;
 };

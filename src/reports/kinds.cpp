@@ -38,6 +38,7 @@ RunEnd print_period(SessionState& state, const Selection& what, const Delivery& 
                  what.accounting_customer, what.customer_id, how.preview, how.export_it);
 }
 
+// clang-format off
 constexpr auto kKinds = std::to_array<ReportKind>({
     {
         .name = "quote",
@@ -167,6 +168,7 @@ constexpr auto kKinds = std::to_array<ReportKind>({
         .shipped = {"Picking Slip"},
         .defaults = {{{"", "PickingSlip"}}},
         .criteria = {.quote = true, .whole_quantities = true},
+        .splits = true,
         .marks = true,
         .fields = picking_slip_fields,
         .whole_quantity_fields = whole_quantity_slip_fields,
@@ -239,6 +241,7 @@ constexpr auto kKinds = std::to_array<ReportKind>({
             },
     },
 });
+// clang-format on
 
 }  // namespace
 

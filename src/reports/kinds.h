@@ -60,6 +60,7 @@ struct ReportKind {
     std::array<std::string_view, 2> shipped = {};  ///< names of its definitions in the list; each file is "NAME.rpt"
     std::array<DefaultSetting, 2> defaults = {};
     Criteria criteria = {};
+    bool splits = false;  ///< one quote may come in several reports
     bool marks = false;  ///< a quote that was printed so is marked as printed
     std::vector<PipeField> (*fields)() =
         nullptr;  ///< none: the kind has no pipe, or its builder is not part of this build

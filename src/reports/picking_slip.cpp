@@ -268,12 +268,23 @@ void write_lines(ReportRun& run, Order& order, const SlipSplit& split, DataPipeR
     rows->Close();
 }
 
+/// Says which slip has no line and gets no file.
+void note_empty(SessionState& state, const SlipSplit& split)
+{
+    state.log.note("Slip " + std::to_string(split.slip() + 1) + " of " + std::to_string(split.slips()) + " of quote " +
+                   std::string(trimmed(state.gQuote.QuoteNumber)) + " has no lines and no file.");
+}
+
 RunEnd print_slip(ReportRun& run, Order& order, const SlipSplit& split)
 {
     run.open_definition();
     DataPipeRecordset pipe(order.fields.fields(), run.state().log);
     write_lines(run, order, split, pipe);
     run.attach(pipe);
+    if (run.numbers_files() && pipe.RecordCount() == 0) {
+        note_empty(run.state(), split);
+        return RunEnd::NoData;
+    }
     if (!run.delivery().preview) run.choose_printer([&] { return split.printer(run.state()); });
     return run.route([&] { return document_name(pipe, "Picking Slip"); });
 }
@@ -293,11 +304,11 @@ RunEnd Print_PickingSlip(SessionState& state, int32_t pQuoteID, const std::strin
             return cancelled(state, "The required Location or Picking Slip ranges could not be found.");
         }
         Order order{pQuoteID, pQuantAsInt, SlipFields(pQuantAsInt), QuoteDocument{state}, quote_addresses(state)};
-        RunEnd end = RunEnd::Delivered;
+        RunEnd end = RunEnd::NoData;
         for (size_t slip = 0; slip < split.slips(); ++slip) {
             split.take(slip);
             const RunEnd went = print_slip(run, order, split);
-            if (end == RunEnd::Delivered) end = went;
+            if (went != RunEnd::NoData && end != RunEnd::Failed) end = went;
         }
         run.mark(kMark, pQuoteID, end);
         return end;

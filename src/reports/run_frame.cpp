@@ -106,12 +106,19 @@ void ReportRun::select_device(const std::string& name)
     statements_.attempt("SelectPrinter", [&] { report_of(state_).SelectPrinter("", name, ""); });
 }
 
+std::string ReportRun::file_name(const Text& export_name)
+{
+    std::string name = export_name();
+    if (numbers_files()) name.append(" ").append(std::to_string(++files_));
+    return name;
+}
+
 RunEnd ReportRun::route(const Text& export_name)
 {
     if (!reads_between_outputs_) snapshot_.reset();  // nobody has to wait for a printer or an open window
     bool went = false;
     if (delivery_.export_it) {
-        went = statements_.attempt("Export_Report", [&] { Export_Report(state_, export_name()); });
+        went = statements_.attempt("Export_Report", [&] { Export_Report(state_, file_name(export_name)); });
         return delivered_if(went && state_.gExportOK);
     }
     if (delivery_.preview) {

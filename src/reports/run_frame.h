@@ -66,17 +66,24 @@ public:
     void select_device(const std::string& name);
     /// Sends the report on its way. @param export_name  without folder and extension
     RunEnd route(const Text& export_name);
+    /// Whether the host wants each of several reports in a file of its own.
+    [[nodiscard]] bool numbers_files() const
+    {
+        return reads_between_outputs_ && delivery_.export_it && state_.ports.numbers_outputs;
+    }
     /// Marks the quote as printed, whichever way its document went; not one that went nowhere, and not where the host
     /// prints without marks.
     void mark(const Mark& as, int32_t quote, RunEnd end);
 
 private:
     void select_printer(std::string_view name);
+    [[nodiscard]] std::string file_name(const Text& export_name);
 
     SessionState& state_;
     const Delivery& delivery_;
     Statements statements_;
     bool reads_between_outputs_;
+    size_t files_ = 0;
     std::unique_ptr<Snapshot> snapshot_;
 };
 

@@ -29,6 +29,7 @@ public:
     /// A split by ranges where there are none.
     [[nodiscard]] bool lacks_ranges() const { return ranges_ != nullptr && slips_ == 0; }
     [[nodiscard]] size_t slips() const { return slips_; }
+    [[nodiscard]] size_t slip() const { return slip_; }
 
     /// Takes a slip, from 0: the range below is then its own.
     void take(size_t slip);

@@ -14,7 +14,14 @@ public:
     void drop()
     {
         on_ = false;
-        answers_.clear();
+        if (!held_ || answers_.size() > kMostHeld) answers_.clear();
+    }
+
+    /// The runs of one command have their answers in common: what they look up belongs to the company as a whole.
+    void hold(bool held)
+    {
+        held_ = held;
+        if (!held) answers_.clear();
     }
 
     /// Every lookup asks anew, in a run too: for comparing.
@@ -43,7 +50,10 @@ private:
         return key;
     }
 
+    static constexpr size_t kMostHeld = 100'000;
+
     bool on_ = false;
+    bool held_ = false;
     bool forgets_ = false;
     std::unordered_map<std::string, std::any> answers_;
 };

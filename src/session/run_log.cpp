@@ -1,5 +1,7 @@
 #include "session/run_log.h"
 
+#include <algorithm>
+
 namespace velora {
 
 namespace {
@@ -28,6 +30,11 @@ void RunLog::count(std::vector<Counted>& list, Positions& positions, std::string
     const auto [entry, is_new] = positions.try_emplace(std::string(text), list.size());
     if (is_new) list.push_back({std::string(text), 0});
     ++list[entry->second].count;
+}
+
+void RunLog::wrote(const std::string& file)
+{
+    if (std::find(files_.begin(), files_.end(), file) == files_.end()) files_.push_back(file);
 }
 
 }  // namespace velora

@@ -50,6 +50,7 @@ struct Ports {
     std::string export_file;  ///< a host may name the file of an export itself; blank: folder and name as set up
     /// Sees the finished data pipe of a run before it is delivered; a host may leave it empty.
     std::function<void(const DataPipeRecordset&)> on_pipe;
+    bool numbers_outputs = false;  ///< files of one run of several reports get numbers, and empty reports no file
     bool marks_as_printed = true;  ///< a host may print documents without marking them, for a look
     MailTransport* mail = nullptr;
 };

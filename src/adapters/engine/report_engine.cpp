@@ -47,12 +47,33 @@ struct Told {
     ~Told() { fonts.tell({}); }
 };
 
+/// A definition as it was compiled, and the file that it was read from.
+struct CompiledDefinition {
+    /// What tells one state of a file from another.
+    struct State {
+        fs::file_time_type changed;
+        uintmax_t size = 0;
+        bool operator==(const State&) const = default;
+    };
+
+    std::string path;
+    State state;
+    std::shared_ptr<const engine::Report> report;
+    std::vector<std::string> warnings;
+};
+
+CompiledDefinition::State state_of(const std::string& path)
+{
+    std::error_code ignored;  // what cannot be asked for its state says why when it is read
+    return {fs::last_write_time(path, ignored), fs::file_size(path, ignored)};
+}
+
 class EngineReport : public OpenedReport {
 public:
-    EngineReport(std::unique_ptr<engine::Report> report, std::vector<std::string> warnings,
-                 std::shared_ptr<engine::FontStore> fonts, const EngineServices& services)
-        : report_(std::move(report)),
-          warnings_(std::move(warnings)),
+    EngineReport(const CompiledDefinition& compiled, std::shared_ptr<engine::FontStore> fonts,
+                 const EngineServices& services)
+        : report_(compiled.report),
+          warnings_(compiled.warnings),
           fonts_(std::move(fonts)),
           measurer_(*fonts_),
           services_(services)
@@ -151,7 +172,7 @@ private:
         if (std::find(warnings_.begin(), warnings_.end(), text) == warnings_.end()) warnings_.push_back(text);
     }
 
-    std::unique_ptr<engine::Report> report_;
+    std::shared_ptr<const engine::Report> report_;
     std::vector<std::string> warnings_;
     std::shared_ptr<engine::FontStore> fonts_;
     engine::Measurer measurer_;
@@ -171,9 +192,8 @@ public:
     std::shared_ptr<OpenedReport> OpenReport(const std::string& path) override
     {
         try {
-            std::vector<std::string> warnings;
-            auto report = engine::open_report(path, warnings);
-            return std::make_shared<EngineReport>(std::move(report), std::move(warnings), fonts_, services_);
+            if (latest_.path != path || latest_.state != state_of(path) || !latest_.report) compile(path);
+            return std::make_shared<EngineReport>(latest_, fonts_, services_);
         } catch (const engine::DefinitionError& error) {
             if (services_.on_refused) services_.on_refused(path, error.what());
             throw fault::of(fault::kReportFile, error.what());
@@ -181,6 +201,13 @@ public:
     }
 
 private:
+    void compile(const std::string& path)
+    {
+        latest_ = {path, state_of(path), nullptr, {}};
+        latest_.report = engine::open_report(path, latest_.warnings);
+    }
+
+    CompiledDefinition latest_;  ///< many documents of a run have one definition
     std::shared_ptr<engine::FontStore> fonts_;
     EngineServices services_;
 };
