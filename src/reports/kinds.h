@@ -61,7 +61,7 @@ struct ReportKind {
     std::array<DefaultSetting, 2> defaults = {};
     Criteria criteria = {};
     bool splits = false;  ///< one quote may come in several reports
-    bool marks = false;  ///< a quote that was printed so is marked as printed
+    bool marks = false;   ///< a quote that was printed so is marked as printed
     std::vector<PipeField> (*fields)() =
         nullptr;  ///< none: the kind has no pipe, or its builder is not part of this build
     std::vector<PipeField> (*whole_quantity_fields)() = nullptr;  ///< of runs with whole quantities, where they differ
