@@ -188,7 +188,7 @@ TEST_F(ManyDocuments, SlipsOfOneOrderGetAFileEachWhereThatIsAskedFor)
 TEST_F(ManyDocuments, AreMarkedUnlessTheRunIsForALook)
 {
     const auto shows_copy = [&] {
-        print({"confirmation", "52", "--no-mark"});
+        (void)print({"confirmation", "52", "--no-mark"});
         return files().at("Q-10052 - Order Confirmation.txt").find("COPY") != std::string::npos;
     };
     EXPECT_FALSE(shows_copy());
