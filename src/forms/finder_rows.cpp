@@ -38,17 +38,6 @@ constexpr Table kOrders{"Quote", "QuoteID", kOrderColumns, "quUserEnter"};
 constexpr Table kCustomers{"Customer", "CustomerID", kCustomerColumns};
 // clang-format on
 
-/// The text as a pattern that finds it anywhere.
-std::string pattern_of(std::string_view search)
-{
-    std::string pattern = "%";
-    for (const char c : search) {
-        if (c == '%' || c == '_' || c == '[' || c == '!') pattern += '!';
-        pattern += c;
-    }
-    return pattern + "%";
-}
-
 /// Rows of a table of the product's database, read on as they are asked for.
 class TableRows final : public FinderRows {
 public:
@@ -102,7 +91,7 @@ private:
             text.append(",").append(each.name);
             if (each.is_date) continue;
             found.append(found.empty() ? "" : " OR ").append(each.name).append(" LIKE ? ESCAPE '!'");
-            query.parameters.push_back({std::string(each.name), pattern_of(search)});
+            query.parameters.push_back({std::string(each.name), pattern_that_holds(search)});
         }
         if (search.empty()) {
             found.clear();
@@ -137,6 +126,16 @@ private:
 };
 
 }  // namespace
+
+std::string pattern_that_holds(std::string_view search)
+{
+    std::string pattern = "%";
+    for (const char c : search) {
+        if (c == '%' || c == '_' || c == '[' || c == '!') pattern += '!';
+        pattern += c;
+    }
+    return pattern + "%";
+}
 
 std::unique_ptr<FinderRows> quote_rows(SessionState& state, bool orders)
 {

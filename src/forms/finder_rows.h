@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "forms/controls/lists.h"
@@ -28,6 +29,9 @@ public:
     /// The next rows, at most so many; none at the end.
     virtual std::vector<FinderRow> next(size_t most) = 0;
 };
+
+/// The text as a pattern of LIKE, with "!" as its escape, that finds it anywhere.
+std::string pattern_that_holds(std::string_view search);
 
 /// Quotes by number; with orders their number in the accounting system too.
 std::unique_ptr<FinderRows> quote_rows(SessionState& state, bool orders);

@@ -18,6 +18,7 @@ void add_folder_commands(CLI::App& program, CommandBody& chosen);
 void add_kind_commands(CLI::App& program, CommandBody& chosen);
 void add_render_command(CLI::App& program, CommandBody& chosen);
 void add_fields_command(CLI::App& program, CommandBody& chosen);
+void add_quotes_command(CLI::App& program, CommandBody& chosen);
 void add_report_list_commands(CLI::App& program, CommandBody& chosen);
 void add_window_commands(CLI::App& program, CommandBody& chosen);
 void add_mail_command(CLI::App& program, CommandBody& chosen);

@@ -53,6 +53,7 @@ struct ReportKind {
     int16_t type;              ///< ReportType of its list entries
     std::string_view title;    ///< of one such report
     std::string_view about;    ///< what the command prints, as its help says it
+    std::string_view builder;  ///< the procedure that prints it
     std::string_view caption;  ///< of the selection form
     std::string_view criteria_caption = {};
     std::string_view list_text = {};  ///< of its row in the dialog that adds a report; empty where there is none
