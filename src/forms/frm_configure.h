@@ -98,6 +98,7 @@ private:
     void add_order_option(const char* column, TextBox& box, const char* key, const char* file);
     void LoadPrinterInfo();
     void Save_ReportOptions();
+    void keep(std::string key, std::string value) { kept_.push_back({std::move(key), std::move(value)}); }
     void load_printer();
     void load_quote_choice();
     void save_printer();
@@ -115,7 +116,8 @@ private:
     std::string custom_path_;
     bool changed_ = false;
     std::vector<Option> options_;
-    size_t reached_ = 0;  ///< so many options were read, the last of them perhaps in vain
+    std::vector<NamedText> kept_;  ///< what is to be saved
+    size_t reached_ = 0;           ///< so many options were read, the last of them perhaps in vain
 };
 
 }  // namespace velora::forms

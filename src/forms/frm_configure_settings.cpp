@@ -39,7 +39,7 @@ void frmConfigure::list_options()
     add_text_option(tbxSMTP, "SMTP");
     add_text_option(tbxUser, "SMTPuser");
     options_.push_back({[this] { tbxPassword.set_text(Decrypt(state_, setting(state_, "SMTPpwd", ""))); },
-                        [this] { save_setting(state_, "SMTPpwd", Encrypt(state_, tbxPassword.text())); }});
+                        [this] { keep("SMTPpwd", Encrypt(state_, tbxPassword.text())); }});
     add_text_option(tbxName, "Sender");
     add_text_option(tbxEmail, "SendEmail");
     add_check_option(chkEmail, "Attach");
@@ -58,19 +58,19 @@ void frmConfigure::list_options()
 void frmConfigure::add_text_option(TextBox& box, const char* key, const std::string& otherwise)
 {
     options_.push_back({[this, &box, key, otherwise] { box.set_text(setting(state_, key, otherwise)); },
-                        [this, &box, key] { save_setting(state_, key, trimmed(box.text())); }});
+                        [this, &box, key] { keep(key, std::string(trimmed(box.text()))); }});
 }
 
 void frmConfigure::add_check_option(CheckBox& box, const char* key)
 {
     options_.push_back({[this, &box, key] { box.set_value(number(state_, key, "0")); },
-                        [this, &box, key] { save_setting(state_, key, std::to_string(box.value())); }});
+                        [this, &box, key] { keep(key, std::to_string(box.value())); }});
 }
 
 void frmConfigure::add_list_option(DropDown& list, const char* key, const char* otherwise)
 {
     options_.push_back({[this, &list, key, otherwise] { list.select(number(state_, key, otherwise)); },
-                        [this, &list, key] { save_setting(state_, key, std::to_string(list.selected())); }});
+                        [this, &list, key] { keep(key, std::to_string(list.selected())); }});
 }
 
 /// Read and saved where the column is 1, while the pane is dead where it is not above 0. The two tests are meant.
@@ -81,7 +81,7 @@ void frmConfigure::add_order_option(const char* column, TextBox& box, const char
         box.set_text(setting(state_, key, application_path(state_, "Reports", file)));
     };
     const auto save = [this, column, &box, key] {
-        if (default_is(state_, column, 1)) save_setting(state_, key, trimmed(box.text()));
+        if (default_is(state_, column, 1)) keep(key, std::string(trimmed(box.text())));
     };
     options_.push_back({load, save});
 }
@@ -99,7 +99,9 @@ void frmConfigure::LoadPrinterInfo()
 /// Behind an option that could not be read the controls were not filled, and what they stand for is left alone.
 void frmConfigure::Save_ReportOptions()
 {
+    kept_.clear();
     for (size_t at = 0; at < reached_; ++at) options_[at].save();
+    save_settings(state_, kept_);
 }
 
 void frmConfigure::load_printer()
@@ -137,22 +139,22 @@ void frmConfigure::save_printer()
         if (!current && state_.ports.printers != nullptr) current = state_.ports.printers->usual();
         printer = current.value_or(Printer{});
     }
-    save_setting(state_, "Default", text_of(usual));
-    save_setting(state_, "Name", printer.DeviceName);
-    save_setting(state_, "Driver", printer.DriverName);
-    save_setting(state_, "Port", printer.Port);
+    keep("Default", text_of(usual));
+    keep("Name", printer.DeviceName);
+    keep("Driver", printer.DriverName);
+    keep("Port", printer.Port);
 }
 
 void frmConfigure::save_quote_choice()
 {
     for (size_t index = 0; index < optQuote.size(); ++index) {
-        save_setting(state_, "Quote" + std::to_string(index), text_of(optQuote[index].value()));
+        keep("Quote" + std::to_string(index), text_of(optQuote[index].value()));
     }
     const int chosen = cboReport.selected();
     const bool of_list = !optQuote[0].value() && optQuote[1].value() && chosen >= 0;
     const bool custom = !optQuote[0].value() && !optQuote[1].value();
-    save_setting(state_, "Datapipe", of_list ? locations_.at(static_cast<size_t>(chosen)) : "");
-    save_setting(state_, "Custom", custom ? custom_path_ : "");
+    keep("Datapipe", of_list ? locations_.at(static_cast<size_t>(chosen)) : "");
+    keep("Custom", custom ? custom_path_ : "");
 }
 
 }  // namespace velora::forms

@@ -212,15 +212,11 @@ void frmReport::Remove_Report()
         lstReports.remove(removed);
         std::vector<ReportListEntry> rest = state_.gReportList;
         if (static_cast<size_t>(removed) >= rest.size()) throw fault::subscript("gReportList");
-        for (size_t number = 1; number <= rest.size(); ++number) Delete_ProfileSection(state_, section_of(number));
-        if (rest.size() <= 1) {
-            Write_ProfileString(state_, "Reports", "Number", "0");
-            state_.gReportList.clear();
-            return;  // frames and commands stay as they are, on purpose
-        }
+        const size_t sections = rest.size();
         rest.erase(rest.begin() + removed);
         state_.gReportList = std::move(rest);
-        Write_ReportList(state_);
+        replace_report_list(state_, sections);
+        if (sections <= 1) return;  // frames and commands stay as they are, on purpose
         Setup_Form();
         Check_ReportState();
     });

@@ -26,6 +26,10 @@ public:
     {
         below_.set(application, section, key, value);
     }
+    void set_all(std::string_view application, std::string_view section, std::span<const NamedText> values) override
+    {
+        below_.set_all(application, section, values);
+    }
 
 private:
     SettingsStore& below_;

@@ -41,15 +41,18 @@ int16_t type_of(std::string_view text, const std::string& section)
     return static_cast<int16_t>(number);
 }
 
-void write_entries(ProfileFile& file, const std::string& path, std::span<const ReportListEntry> entries)
+/// The change that makes a file hold these entries; sections past their end stay.
+ProfileChange change_to(std::span<const ReportListEntry> entries)
 {
-    file.write(path, "Reports", "Number", std::to_string(entries.size()));
+    ProfileChange change;
+    change.written.push_back({"Reports", "Number", std::to_string(entries.size())});
     for (size_t at = 0; at < entries.size(); ++at) {
         const std::string section = report_section(at + 1);
-        file.write(path, section, "Name", entries[at].Name);
-        file.write(path, section, "Location", entries[at].Location);
-        file.write(path, section, "Type", std::to_string(entries[at].Type));
+        change.written.push_back({section, "Name", entries[at].Name});
+        change.written.push_back({section, "Location", entries[at].Location});
+        change.written.push_back({section, "Type", std::to_string(entries[at].Type)});
     }
+    return change;
 }
 
 bool is_file(const fs::path& path)
@@ -133,7 +136,14 @@ void Read_ReportList(SessionState& state)
 
 void Write_ReportList(SessionState& state)
 {
-    write_entries(profiles(state), INIFile(state, state.gWhichReport), state.gReportList);
+    profiles(state).change(INIFile(state, state.gWhichReport), change_to(state.gReportList));
+}
+
+void replace_report_list(SessionState& state, size_t sections)
+{
+    ProfileChange change = change_to(state.gReportList);
+    for (size_t number = 1; number <= sections; ++number) change.deleted_sections.push_back(report_section(number));
+    profiles(state).change(INIFile(state, state.gWhichReport), change);
 }
 
 void write_default_list(ProfileFile& profiles, WhichReport kind, const std::string& path, const fs::path& definitions)
@@ -146,7 +156,7 @@ void write_default_list(ProfileFile& profiles, WhichReport kind, const std::stri
             entries.push_back({std::string(name), (definitions / (std::string(name) + ".rpt")).string(), each.type});
         }
     }
-    write_entries(profiles, path, entries);
+    profiles.change(path, change_to(entries));
 }
 
 std::string definition_path(const SessionState& state, std::string_view location)

@@ -23,6 +23,8 @@ void Delete_ProfileSection(SessionState& state, std::string_view section);
 void Read_ReportList(SessionState& state);
 /// Writes `gReportList` back; sections past its end stay in the file.
 void Write_ReportList(SessionState& state);
+/// Deletes the sections of that many reports and writes `gReportList`, in one step.
+void replace_report_list(SessionState& state, size_t sections);
 
 /// Writes the list that a company begins with: the reports that the product ships for the kinds of that list, each by
 /// its full path in the folder of the definitions. A copy of the folder finds its own by `definition_path`.

@@ -24,10 +24,10 @@ std::string setting(SessionState& state, std::string_view key, std::string_view 
     return state.ports.settings->get(kApplication, state.gReportSection, key, otherwise);
 }
 
-void save_setting(SessionState& state, std::string_view key, std::string_view value)
+void save_settings(SessionState& state, std::span<const NamedText> values)
 {
     if (state.ports.settings == nullptr) throw fault::object_not_set("settings");
-    state.ports.settings->set(kApplication, state.gReportSection, key, value);
+    state.ports.settings->set_all(kApplication, state.gReportSection, values);
 }
 
 std::string Encrypt(SessionState& state, std::string_view pText)

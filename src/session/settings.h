@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,7 +12,8 @@ namespace velora {
 /// A setting of the user for the company of the session.
 std::string setting(SessionState& state, std::string_view key, std::string_view otherwise);
 
-void save_setting(SessionState& state, std::string_view key, std::string_view value);
+/// Writes settings of the user for the company of the session, in one step.
+void save_settings(SessionState& state, std::span<const NamedText> values);
 
 std::string Encrypt(SessionState& state, std::string_view pText);
 std::string Decrypt(SessionState& state, std::string_view pText);

@@ -227,5 +227,27 @@ TEST_F(ReportLists, AReportIsAddedAndRemovedByName)
     EXPECT_TRUE(fs::exists(file)) << "the definition itself stays";
 }
 
+/// A list as an editor, another program or an attacker left it.
+TEST_F(ReportLists, AListThatIsNotUnderstoodIsNamedAndStaysAsItIs)
+{
+    const fs::path folder = company_copy();
+    const std::string file = scratch("mine.rpt").string();
+    write_text(file, "<jasperReport/>");
+    const fs::path list = folder / "Reports" / "DEMOCO_QuoteReports.ini";
+    ASSERT_TRUE(fs::exists(list));
+    for (const std::string& text : {std::string("Number=1\nName=Quote\n"), std::string("[\0R\0]\0", 6),
+                                    std::string("[Reports]\nNumber=0\nabcd\n")}) {
+        write_text(list, text);
+        const Ran ran = run(in_company(folder, {"add-report", "quote", "Mine", file}));
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.err, HasSubstr(list.filename().string())) << text;
+        EXPECT_EQ(file_text(list), text);
+    }
+    write_text(list, "[Reports]\nNumber=1\n[Report #1]\nName=Endless\nLocation=/dev/zero\nType=1\n");
+    const Ran ran = run(in_company(folder, {"quote", "51", "--definition", "Endless"}));
+    EXPECT_NE(ran.status, 0);
+    EXPECT_NE(ran.err, "");
+}
+
 }  // namespace
 }  // namespace velora::testing

@@ -14,6 +14,7 @@
 #include "values/atomic_folder.h"
 #include "values/confined_path.h"
 #include "values/fault.h"
+#include "values/ordinary_file.h"
 
 namespace velora {
 namespace {
@@ -64,6 +65,28 @@ protected:
 
     const fs::path folder = fs::path(VELORA_TEST_SCRATCH) / "files";
 };
+
+TEST_F(Files, OnlyOrdinaryFilesOfABoundedSizeAreRead)
+{
+    const auto answer = [](const fs::path& file) {
+        try {
+            return read_ordinary_file(file, 1 << 20);
+        } catch (const std::runtime_error& caught) {
+            return "refused: " + std::string(caught.what());
+        }
+    };
+    const std::string most(1 << 20, '\0');
+    put(folder / "most", most);
+    put(folder / "more", most + "x");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    fs::create_symlink("/dev/zero", folder / "endless");
+    EXPECT_EQ(answer(folder / "most"), most);
+    EXPECT_EQ(answer(folder / "more"), "refused: it has more than 1 MB");
+    EXPECT_EQ(answer(folder / "pipe"), "refused: it is no ordinary file");
+    EXPECT_EQ(answer(folder / "endless"), "refused: it is no ordinary file");
+    EXPECT_EQ(answer(folder), "refused: Is a directory");
+    EXPECT_EQ(answer(folder / "none"), "refused: No such file or directory");
+}
 
 TEST_F(Files, AFileIsThereAsAWholeOrNotAtAll)
 {

@@ -2,13 +2,10 @@
 
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
-
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <sstream>
+#include <sys/stat.h>
 
 #include "adapters/ini/locked_folder.h"
+#include "adapters/ini/text_file.h"
 #include "values/atomic_file.h"
 #include "values/fault.h"
 #include "values/hex.h"
@@ -19,33 +16,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-Fault unreadable(const fs::path& path, int error)
+Fault failed(const fs::path& path, const std::string& what)
 {
-    return {fault::kPathAccess, "The file " + path.string() + " cannot be read: " + std::strerror(error),
-            path.string()};
+    return {fault::kPathAccess, "The file " + path.string() + what, path.string()};
 }
 
-/// The text of a file; empty when there is none.
-std::string content_of(const fs::path& path)
-{
-    std::error_code error;
-    const auto status = fs::status(path, error);
-    if (status.type() == fs::file_type::not_found) return {};
-    if (error) throw unreadable(path, error.value());
-    if (fs::is_directory(status)) throw unreadable(path, EISDIR);
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw unreadable(path, errno);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
-void load(CSimpleIniA& ini, const fs::path& path)
+void load(CSimpleIniA& ini, const fs::path& path, const TextFile& file)
 {
     ini.SetUnicode();
     ini.SetSpaces(false);
-    const std::string content = content_of(path);
-    if (!content.empty() && ini.LoadData(content) < 0) throw unreadable(path, EINVAL);
+    if (!file.text.empty() && ini.LoadData(file.text) < 0)
+        throw failed(path, " cannot be read: it is no settings file");
 }
 
 /// A name or a value takes one line of the file.
@@ -113,7 +94,61 @@ std::string decoded(std::string_view value)
     return std::string(value);
 }
 
+std::string value_in(const CSimpleIniA& ini, std::string_view section, std::string_view key, std::string_view otherwise)
+{
+    const char* value = ini.GetValue(section_in_file(section).c_str(), key_in_file(key).c_str());
+    return value != nullptr ? decoded(value) : std::string(otherwise);
+}
+
+void set_value(CSimpleIniA& ini, std::string_view section, std::string_view key, std::string_view value)
+{
+    ini.SetValue(section_in_file(section).c_str(), key_in_file(key).c_str(), encoded(value).c_str());
+}
+
+/// Tells a file from the one that stood in its place before. A change through this class is always another file; one
+/// in place shows in the time.
+struct Identity {
+    bool known = false;
+    dev_t device = 0;
+    ino_t number = 0;
+    off_t size = 0;
+    int64_t seconds = 0, nanoseconds = 0;
+    bool operator==(const Identity&) const = default;
+};
+
+Identity identity_of(const fs::path& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) return {};
+    return {true, status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
 }  // namespace
+
+struct IniReader::Parsed {
+    fs::path path;
+    Identity identity;
+    CSimpleIniA ini;
+};
+
+IniReader::IniReader() = default;
+IniReader::~IniReader() = default;
+
+std::string IniReader::read(const fs::path& path, std::string_view section, std::string_view key,
+                            std::string_view otherwise)
+{
+    const std::lock_guard turn(mutex_);
+    const Identity identity = identity_of(path);
+    if (!latest_ || !identity.known || latest_->path != path || latest_->identity != identity) {
+        latest_.reset();
+        auto parsed = std::make_unique<Parsed>();
+        parsed->path = path;
+        parsed->identity = identity;
+        load(parsed->ini, path, read_text_file(path));
+        latest_ = std::move(parsed);
+    }
+    return value_in(latest_->ini, section, key, otherwise);
+}
 
 bool IniFile::exists() const
 {
@@ -124,27 +159,38 @@ bool IniFile::exists() const
 std::string IniFile::read(std::string_view section, std::string_view key, std::string_view otherwise) const
 {
     CSimpleIniA ini;
-    load(ini, path_);
-    const char* value = ini.GetValue(section_in_file(section).c_str(), key_in_file(key).c_str());
-    return value != nullptr ? decoded(value) : std::string(otherwise);
+    load(ini, path_, read_text_file(path_));
+    return value_in(ini, section, key, otherwise);
 }
 
 template <class Change>
 void IniFile::change(Change change) const
 {
     const LockedFolder lock(path_.has_parent_path() ? path_.parent_path() : fs::path("."));
+    const TextFile file = read_text_file(path_);
+    // What the parser passes over would not be there any more.
+    if (const size_t line = strange_line(file.text); line > 0) {
+        throw failed(path_, " is left as it is: line " + std::to_string(line) +
+                                " is none of a settings file. Mend the line, or put the file aside.");
+    }
     CSimpleIniA ini;
-    load(ini, path_);
+    load(ini, path_, file);
     change(ini);
     std::string content;
     ini.Save(content);
-    write_file(path_, content);
+    write_file(path_, file.bytes_of(content));
 }
 
 void IniFile::write(std::string_view section, std::string_view key, std::string_view value) const
 {
+    change([&](CSimpleIniA& ini) { set_value(ini, section, key, value); });
+}
+
+void IniFile::apply(const ProfileChange& wanted) const
+{
     change([&](CSimpleIniA& ini) {
-        ini.SetValue(section_in_file(section).c_str(), key_in_file(key).c_str(), encoded(value).c_str());
+        for (const auto& section : wanted.deleted_sections) ini.Delete(section_in_file(section).c_str(), nullptr);
+        for (const auto& entry : wanted.written) set_value(ini, entry.section, entry.key, entry.value);
     });
 }
 

@@ -22,13 +22,21 @@ public:
     std::string get(std::string_view, std::string_view section, std::string_view key,
                     std::string_view otherwise) const override
     {
-        return IniFile(path_).read(section, key, otherwise);
+        return reader_.read(path_, section, key, otherwise);
     }
 
     void set(std::string_view, std::string_view section, std::string_view key, std::string_view value) override
     {
         make_folder();
         IniFile(path_).write(section, key, value);
+    }
+
+    void set_all(std::string_view, std::string_view section, std::span<const NamedText> values) override
+    {
+        make_folder();
+        ProfileChange change;
+        for (const auto& [key, value] : values) change.written.push_back({std::string(section), key, value});
+        IniFile(path_).apply(change);
     }
 
 private:
@@ -45,6 +53,7 @@ private:
     }
 
     std::filesystem::path path_;
+    mutable ini::IniReader reader_;
 };
 
 class IniProfiles final : public ProfileFile {
@@ -53,7 +62,7 @@ public:
 
     std::string read(const std::string& path, std::string_view section, std::string_view key) const override
     {
-        return std::string(cut_to_characters(IniFile(path).read(section, key, ""), kProfileValueCharacters));
+        return std::string(cut_to_characters(reader_.read(path, section, key, ""), kProfileValueCharacters));
     }
 
     void write(const std::string& path, std::string_view section, std::string_view key, std::string_view value) override
@@ -65,6 +74,11 @@ public:
     {
         IniFile(path).delete_section(section);
     }
+
+    void change(const std::string& path, const ProfileChange& change) override { IniFile(path).apply(change); }
+
+private:
+    mutable ini::IniReader reader_;
 };
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "engine/definition/reader.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <stdexcept>
 
 #include "engine/definition/checks.h"
 #include "engine/definition/file_beside.h"
 #include "engine/definition/parts.h"
+#include "values/ordinary_file.h"
 
 namespace velora::engine {
 
@@ -158,12 +158,15 @@ Definition read_report(Tag& tag)
     return out;
 }
 
+constexpr uintmax_t kLargestDefinition = 64u << 20;
+
 std::string contents_of(const std::filesystem::path& file)
 {
-    std::ifstream in(file, std::ios::binary);
-    if (!in || std::filesystem::is_directory(file))
-        throw DefinitionError({}, "", "cannot read the file " + file.string());
-    return {std::istreambuf_iterator<char>(in), {}};
+    try {
+        return read_ordinary_file(file, kLargestDefinition);
+    } catch (const std::runtime_error& caught) {
+        throw DefinitionError({}, "", "cannot read the file " + file.string() + ": " + caught.what());
+    }
 }
 
 /// What a template file holds: its own styles, and the paths of those that it includes.

@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <sstream>
+#include <stdexcept>
 
 #include "engine/definition/file_beside.h"
+#include "values/ordinary_file.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
 
 namespace {
+
+constexpr uintmax_t kLargestBundle = 1u << 20;
 
 /// Appends what the `\uXXXX` at `at` and those right behind it stand for, and leaves `at` behind them. False when there
 /// is none.
@@ -96,15 +98,16 @@ std::map<std::string, std::string, std::less<>> read_resources(const model::Defi
     bool found = false;
     for (const auto& suffix : {std::string(), "_" + std::string(locale.substr(0, 2)), "_" + std::string(locale)}) {
         const auto file = file_beside(definition.folder, bundle + suffix + ".properties");
-        if (!file) continue;
-        std::ifstream stream(*file, std::ios::binary);
-        if (!stream) continue;
-        std::ostringstream bytes;
-        bytes << stream.rdbuf();
-        for (auto& [key, text] : read_properties(bytes.str())) {
-            resources[key] = std::move(text);
-        }
+        std::error_code unknown;
+        if (!file || !std::filesystem::exists(*file, unknown)) continue;
         found = true;
+        try {
+            for (auto& [key, text] : read_properties(read_ordinary_file(*file, kLargestBundle))) {
+                resources[key] = std::move(text);
+            }
+        } catch (const std::runtime_error& caught) {
+            warnings.push_back("the resource bundle " + file->string() + " cannot be read: " + caught.what());
+        }
     }
     if (!found) warnings.push_back("there is no resource bundle '" + bundle + "' beside the definition");
     return resources;

@@ -81,6 +81,39 @@ TEST(IniProfiles, AReportListIsWrittenReadAndShortened)
     EXPECT_EQ(content_of(path).find("Report #1"), std::string::npos);
 }
 
+TEST(IniProfiles, AChangeIsMadeAsAWhole)
+{
+    const Scratch scratch;
+    const auto path = scratch.write("list.ini", "[Reports]\nNumber=2\n[A]\nk=1\nold=1\n[B]\nk=2\n");
+    const auto lists = ini_profiles();
+    lists->change(path, {{"A", "B"}, {{"Reports", "Number", "1"}, {"A", "k", "3"}}});
+    EXPECT_EQ(lists->read(path, "Reports", "Number"), "1");
+    EXPECT_EQ(lists->read(path, "A", "k"), "3") << "what goes, goes first";
+    EXPECT_EQ(lists->read(path, "A", "old"), "");
+    EXPECT_EQ(lists->read(path, "B", "k"), "");
+    scratch.write("list.ini", "[Reports]\nNumber=2\n?\n");
+    EXPECT_EQ(fault_of([&] { lists->change(path, {{"Reports"}, {{"A", "k", "3"}}}); }).number(), fault::kPathAccess);
+    EXPECT_EQ(content_of(path), "[Reports]\nNumber=2\n?\n");
+    const auto settings = ini_settings(scratch.path("made/Velora.ini"));
+    const std::vector<NamedText> values{{"SMTP", "mail"}, {"Format", "3"}};
+    settings->set_all(kApplication, "A_Report", values);
+    EXPECT_EQ(settings->get(kApplication, "A_Report", "SMTP", ""), "mail");
+    EXPECT_EQ(settings->get(kApplication, "A_Report", "Format", ""), "3");
+}
+
+TEST(IniProfiles, AnotherProgramsChangeIsSeenAtOnce)
+{
+    const Scratch scratch;
+    const auto path = scratch.path("list.ini");
+    const auto reader = ini_profiles();
+    for (const char* value : {"1", "2", "3"}) {
+        ini_profiles()->write(path, "A", "k", value);
+        EXPECT_EQ(reader->read(path, "A", "k"), value);
+    }
+    std::filesystem::remove(path);
+    EXPECT_EQ(reader->read(path, "A", "k"), "");
+}
+
 TEST(IniProfiles, LongValuesAreCutOnAWholeCharacter)
 {
     struct Case {
