@@ -36,7 +36,7 @@ constexpr auto kKnown = std::to_array<Known>({
     {"title",        " height splitType "}, {"summary",      " height splitType "}, {"band", " height splitType "},
     {"pageHeader",   " height splitType "}, {"columnHeader", " height splitType "}, {"pageFooter", " height splitType "},
     {"dataset",      " kind incrementType incrementGroup "},
-    {"plot",         " labelFormat valueAxisTickLabelMask "},
+    {"plot",         " labelFormat valueAxisTickLabelMask "}, {"seriesColor", " order color "},
     {"groupHeader", ""}, {"groupFooter", ""}, {"detail", ""}, {"series", ""}, {"text", ""}, {"expression", ""},
 });
 /// Of an element by its kind, beside those of its place.

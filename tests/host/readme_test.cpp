@@ -1,3 +1,5 @@
+#include <regex>
+
 #include "program.h"
 
 namespace velora::testing {
@@ -79,6 +81,32 @@ TEST_F(Readme, EveryLineOfTheTourWorksAsItStands)
     for (const char* made : {"offer.xls", "offer.pdf", "devis.pdf", "values.json", "customers.pdf", "mine.pdf"}) {
         EXPECT_TRUE(fs::exists(scratch(made))) << made;
     }
+}
+
+/// Each command stands above the picture of what it prints.
+TEST_F(Readme, TheGalleryShowsWhatItsCommandsPrint)
+{
+    const WorkingFolder here(scratch(""));
+    const fs::path docs = fs::path(VELORA_SOURCE_DIR) / "docs";
+    std::istringstream gallery(file_text(docs / "gallery.md"));
+    const std::string company_folder = company_copy().string();
+    const std::regex picture(R"(!\[[^\]]+\]\((gallery/(.+)\.png)\))");
+    size_t pictures = 0;
+    for (std::string line; std::getline(gallery, line);) {
+        if (line.starts_with("velora-report ") && !line.starts_with("velora-report init")) {
+            auto words = words_of(line);
+            words.front() = "2026-06-15";
+            words.insert(words.begin(), "--today");
+            const Ran ran = run(words, company_folder);
+            EXPECT_EQ(ran.status, 0) << line << '\n' << ran.err;
+        }
+        std::smatch found;
+        if (!std::regex_search(line, found, picture)) continue;
+        ++pictures;
+        EXPECT_TRUE(fs::exists(scratch(found[2].str() + ".pdf"))) << line;
+        EXPECT_GT(fs::file_size(docs / found[1].str()), 1000U) << line;
+    }
+    EXPECT_EQ(pictures, 12U);
 }
 
 }  // namespace

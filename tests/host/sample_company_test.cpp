@@ -69,7 +69,24 @@ TEST_F(SampleCompany, OffersWhatTheReportsNeed)
              Fact{"lost quotes with a reason",
                   "SELECT count(*) FROM Quote q JOIN LostDetail USING (QuoteID) JOIN Reason USING (ReasonID) "
                   "WHERE QuoteStatusID=(SELECT qdStatusLost FROM Defaults)",
-                  5},
+                  10},
+             Fact{"reasons of the lost quotes", "SELECT count(DISTINCT ReasonID) FROM LostDetail", 6},
+             Fact{"months with a loss", "SELECT count(DISTINCT substr(ldDateLost,1,7)) FROM LostDetail", 8},
+             Fact{"a lost status under its fixed number",
+                  "SELECT count(*) FROM QuoteStatus WHERE QuoteStatusID=3 AND qsName='Lost'", 1},
+             Fact{"lost quotes that the reasons can list",
+                  "SELECT sum(CustFrom=0)=count(*) FROM Quote WHERE QuoteStatusID=(SELECT qdStatusLost FROM Defaults)",
+                  1},
+             Fact{"orders with a confirmation in print",
+                  "SELECT count(*) FROM Quote WHERE QuoteStatusID=4 AND quPrConfirm=1", 3},
+             Fact{"locations of one order",
+                  "SELECT max(n) FROM (SELECT count(DISTINCT deLocation) n FROM Quote JOIN Details USING (QuoteID) "
+                  "WHERE QuoteStatusID=4 AND deLocation>'' GROUP BY QuoteID)",
+                  4},
+             Fact{"customers with a back order",
+                  "SELECT count(DISTINCT CustName) FROM Quote JOIN Details USING (QuoteID) WHERE quComplete=0 AND "
+                  "deDType=20 AND quDateTransfer IS NOT NULL AND deQuantity>deQtyTransfer",
+                  8},
              Fact{"lines on back order",
                   "SELECT count(*) FROM Quote JOIN Details USING (QuoteID) WHERE quComplete=0 AND deDType=20 AND "
                   "quDateTransfer IS NOT NULL AND deQuantity>deQtyTransfer",
@@ -80,6 +97,10 @@ TEST_F(SampleCompany, OffersWhatTheReportsNeed)
                   "SELECT count(*) FROM Quote WHERE QuoteStatusID=1 AND quDateExpire BETWEEN '2026-06-15' AND "
                   "'2026-06-22'",
                   3},
+             Fact{"days of the week on which one expires",
+                  "SELECT sum(quDateExpire='2026-06-15')>0 AND sum(quDateExpire='2026-06-16')>0 FROM Quote WHERE "
+                  "QuoteStatusID=1",
+                  1},
              Fact{"open quotes that have expired",
                   "SELECT count(*) FROM Quote WHERE QuoteStatusID=1 AND quDateExpire<'2026-06-15'", 3},
              Fact{"comment lines", "SELECT count(*) FROM Details WHERE deDType<>20", 10},
