@@ -5,6 +5,7 @@
 #include "gateway/database_lookups.h"
 #include "reports/address_block.h"
 #include "reports/company_block.h"
+#include "reports/document_parameters.h"
 #include "reports/pipe_writer.h"
 #include "reports/run_frame.h"
 #include "session/lists.h"
@@ -246,6 +247,7 @@ RunEnd Print_Checklist(SessionState& state, int32_t pQuoteID, const std::string&
         write_parts(run, fields, order, addresses, *rows, goes_by_ranges(each) ? &opened(ranges, "ranges") : nullptr,
                     pipe);
         rows->Close();
+        set_document_parameters(state, pipe);
         run.attach(pipe);
         run.choose_printer([&] { return to_text(company_default(state, "mdPrintName")); });
         return run.route([&] { return document_name(pipe, "Order Checklist"); });

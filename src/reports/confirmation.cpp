@@ -1,6 +1,7 @@
 #include "reports/confirmation.h"
 
 #include "gateway/quote_record.h"
+#include "reports/document_parameters.h"
 #include "reports/document_rows.h"
 #include "session/error_messengers.h"
 #include "session/lists.h"
@@ -79,6 +80,7 @@ RunEnd Print_Confirmation(SessionState& state, int32_t pQuoteID, const std::stri
         if (!Fetch_QuoteInfo(state, state.gQuote, pQuoteID)) return not_found(state);
         LoadedDocument loaded = load_document(state, pQuoteID);
         write_document_rows(run, fields, loaded, pipe);
+        set_document_parameters(state, loaded.document);
         run.attach(pipe);
         run.choose_printer([&] { return to_text(company_default(state, "mdOCPrintName")); });
         const RunEnd end = run.route([&] { return document_name(pipe, "Order Confirmation"); });

@@ -92,4 +92,11 @@ void set_document_parameters(SessionState& state, const QuoteDocument& document)
     set_document_parameters(state, document.quote().QuoteNumber, document.currency, document.slots);
 }
 
+void set_document_parameters(SessionState& state, const DataPipeRecordset& pipe)
+{
+    if (!state.gCrReport || pipe.RecordCount() == 0) return;
+    const Value& number = pipe.last("Quote Number");
+    if (!number.is_null()) state.gCrReport->SetParameter("Document Number", trimmed(to_text(number)));
+}
+
 }  // namespace velora

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "reports/data_pipe.h"
 #include "reports/quote_document.h"
 
 namespace velora {
@@ -18,5 +19,8 @@ void set_document_parameters(SessionState& state, std::string_view number, std::
 
 /// The same, of what a document has loaded.
 void set_document_parameters(SessionState& state, const QuoteDocument& document);
+
+/// Of a document without amounts: the quote number of its rows, and nothing where it has none.
+void set_document_parameters(SessionState& state, const DataPipeRecordset& pipe);
 
 }  // namespace velora

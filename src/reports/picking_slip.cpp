@@ -8,6 +8,7 @@
 #include "reports/company_block.h"
 #include "reports/detail_lines.h"
 #include "reports/detail_rows.h"
+#include "reports/document_parameters.h"
 #include "reports/pipe_writer.h"
 #include "reports/quote_document.h"
 #include "reports/run_frame.h"
@@ -280,6 +281,7 @@ RunEnd print_slip(ReportRun& run, Order& order, const SlipSplit& split)
     run.open_definition();
     DataPipeRecordset pipe(order.fields.fields(), run.state().log);
     write_lines(run, order, split, pipe);
+    set_document_parameters(run.state(), pipe);
     run.attach(pipe);
     if (run.numbers_files() && pipe.RecordCount() == 0) {
         note_empty(run.state(), split);

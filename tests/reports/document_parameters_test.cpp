@@ -1,11 +1,15 @@
 #include "reports/document_parameters.h"
 
-#include "reports/quote_company.h"
+#include "reports/checklist.h"
+#include "reports/confirmation.h"
+#include "reports/order_company.h"
+#include "reports/picking_slip.h"
 
 namespace velora {
 namespace {
 
 using test::Line;
+using test::OrderCompany;
 using test::QuoteCompany;
 using ::testing::IsEmpty;
 
@@ -73,6 +77,26 @@ TEST(DocumentParameters, AnUnknownCurrencyLeavesThemOutWithoutAWord)
     EXPECT_THAT(company.boxes(), IsEmpty());
     state.gCrReport.reset();
     set_document_parameters(state, "7", "CAD", {});
+}
+
+TEST(DocumentParameters, AreToldByEveryDocumentOfAnOrder)
+{
+    OrderCompany order(eDBSQLServer);
+    order.product("UPDATE Defaults SET mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0");
+    order.line(
+        "Line = 1, deDType = 20, APItem = 'ITEM', deIType = 30, deQuantity = 2, deQuotedPrice = 5, deConvFactor = 1, "
+        "dePriceList = 'STD', deUofM = 'EA', deTaxIncl1 = '1'");
+    auto& state = order.loaded();
+    const auto told = [&] { return order.engine.report->parameters; };
+    Print_Checklist(state, 1, "checklist.rpt", false, true);
+    EXPECT_EQ(told()["Document Number"], Value("2 QuoteNumber"));
+    Print_PickingSlip(state, 1, "slip.rpt", false, true, false);
+    EXPECT_EQ(told()["Document Number"], Value("2 QuoteNumber"));
+    EXPECT_FALSE(told().contains("Amount Pattern")) << "a slip shows no amounts";
+    Print_Confirmation(state, 1, "confirmation.rpt", false, true);
+    EXPECT_EQ(told()["Document Number"], Value("2 QuoteNumber"));
+    EXPECT_EQ(told()["Amount Pattern"], Value("#,##0.00"));
+    EXPECT_THAT(order.boxes(), IsEmpty()) << order.box_text(0);
 }
 
 }  // namespace
