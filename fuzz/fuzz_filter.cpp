@@ -1,7 +1,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "adapters/accounting_sql/filter.h"
+#include "adapters/accounting_core/filter.h"
 
 /// Any bytes as a filter: refused with a message, or conditions that all have a field of plain characters.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)

@@ -4,6 +4,7 @@
 
 #include "adapters/accounting_sql/schema.h"
 #include "adapters/sqlite/schema.h"
+#include "adapters/store_schema/tables.h"
 #include "host/host_config.h"
 #include "host/host_error.h"
 #include "host/sample_company.h"
@@ -49,8 +50,8 @@ void make_databases(const fs::path& folder, const fs::path& samples, bool empty)
     create_product_schema(product.string());
     create_accounting_schema(accounting.string());
     if (empty) return;
-    fill_from_csv(product, product_tables(), samples / "velora");
-    fill_from_csv(accounting, accounting_tables(), samples / "accounting");
+    fill_from_csv(product, stores::product_tables(), samples / "velora");
+    fill_from_csv(accounting, stores::accounting_tables(), samples / "accounting");
 }
 
 void copy_definitions(const fs::path& from, const fs::path& to)

@@ -15,6 +15,7 @@ using CommandBody = std::function<ExitStatus(Host&)>;
 
 // Each adds a family of commands; the one that is named on the command line puts its body into `chosen`.
 void add_folder_commands(CLI::App& program, CommandBody& chosen);
+void add_server_commands(CLI::App& program, CommandBody& chosen);
 void add_kind_commands(CLI::App& program, CommandBody& chosen);
 void add_render_command(CLI::App& program, CommandBody& chosen);
 void add_fields_command(CLI::App& program, CommandBody& chosen);

@@ -2,14 +2,15 @@
 
 #include <ostream>
 
-#include "adapters/accounting_sql/session.h"
 #include "adapters/engine/report_engine.h"
+#include "adapters/odbc_text/connection_string.h"
 #include "adapters/smtp/mail_transport.h"
 #include "adapters/sqlite/connection.h"
 #include "host/adapters.h"
 #include "host/open_windows.h"
 #include "host/query_table.h"
 #include "host/shipped.h"
+#include "host/stores.h"
 #include "session/settings.h"
 #include "values/fault.h"
 #include "values/text.h"
@@ -19,19 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Opens a store of the folder; a fault becomes a message that says which and where.
-template <class Open>
-auto open_store(const char* what, const fs::path& file, Open open)
-{
-    try {
-        return open(file.string());
-    } catch (const Fault& caught) {
-        const bool names_file = caught.description().find(file.string()) != std::string::npos;
-        throw HostError("Application Folder", "The " + std::string(what) + " of the application folder is of no use. " +
-                                                  caught.description() + (names_file ? "" : ": " + file.string()));
-    }
-}
-
 /// The accounting store has to be that of the company that velora.ini names.
 void require_company(AccountingSession& session, const HostConfig& config)
 {
@@ -39,9 +27,10 @@ void require_company(AccountingSession& session, const HostConfig& config)
     try {
         stored = trimmed(session.Company().CompanyID);
     } catch (const Fault& caught) {
-        throw HostError("Application Folder",
-                        "The accounting store \"" + config.accounting + "\" cannot be used: " + caught.description() +
-                            " Its table CompanyInfo needs one row, for the company \"" + config.company + "\".");
+        throw HostError("Application Folder", "The accounting store \"" + odbc::without_passwords(config.accounting) +
+                                                  "\" cannot be used: " + caught.description() +
+                                                  " Its table CompanyInfo needs one row, for the company \"" +
+                                                  config.company + "\".");
     }
     if (same_name(stored, trimmed(config.company))) return;
     throw HostError("Application Folder", "velora.ini names the company \"" + config.company +
@@ -51,11 +40,11 @@ void require_company(AccountingSession& session, const HostConfig& config)
 
 }  // namespace
 
-Host::Host(const CommonOptions& options, const Surroundings& around)
+Host::Host(const CommonOptions& options, const Surroundings& around, UserInterface* user)
     : options_(options),
       around_(around),
       adapters_(std::make_unique<Adapters>(make_adapters(options, around))),
-      user_(std::make_unique<BoxWatch>(*adapters_->user)),
+      user_(std::make_unique<BoxWatch>(user != nullptr ? *user : *adapters_->user)),
       settings_(std::make_unique<LayeredSettings>(*adapters_->settings))
 {
     if (!options.messages.empty()) files_.writes(options.messages, "--messages");
@@ -130,6 +119,11 @@ std::shared_ptr<Connection> Host::reader_of(const std::string& source)
 {
     QueryLimits limits;
     limits.time = config_.timeout;
+    if (source.starts_with("odbc:")) {
+        throw HostError("Data",
+                        "A definition names its own database on a server, which is not let through: only "
+                        "sqlite:PATH may stand in velora.connection.");
+    }
     if (!source.empty()) {
         return open_sqlite_reader(sqlite_file(fs::current_path(), source, "velora.connection").string(), limits);
     }
@@ -169,14 +163,13 @@ fs::path Host::folder() const
 void Host::open_company()
 {
     const fs::path place = folder();
-    config_ = read_host_config(place);
+    config_ = options_.has_folder ? read_host_config(place) : HostConfig();
+    if (options_.configure) options_.configure(config_);
     read_files(place);
     auto state = std::make_unique<SessionState>();
     adapters_->mail = smtp_mail_transport(*adapters_->clock, config_.mail);
-    state->gConn = open_store("database", sqlite_file(place, config_.database, "Database"),
-                              [](const std::string& file) { return open_sqlite(file); });
-    state->gSess = open_store("accounting store", sqlite_file(place, config_.accounting, "Accounting"),
-                              [](const std::string& file) { return open_accounting_store(file); });
+    state->gConn = open_database({place, config_.database, "Database", around_}, config_.timeout);
+    state->gSess = open_accounting({place, config_.accounting, "Accounting", around_}, config_.timeout);
     require_company(*state->gSess, config_);
     state->gEngine = config_.engine;
     state->gSessUser = config_.user;
@@ -200,9 +193,13 @@ void Host::open_company()
 /// The files of the company, none of which an output may name.
 void Host::read_files(const fs::path& place)
 {
-    files_.reads(place / "velora.ini", "the company's velora.ini");
-    files_.reads(sqlite_file(place, config_.database, "Database"), "the company's database");
-    files_.reads(sqlite_file(place, config_.accounting, "Accounting"), "the company's accounting store");
+    if (options_.has_folder) files_.reads(place / "velora.ini", "the company's velora.ini");
+    const auto read_store = [&](const std::string& connection, const char* key, const char* role) {
+        const StorePlace store(place, connection, key, around_);
+        if (store.is_file()) files_.reads(store.file(), role);
+    };
+    read_store(config_.database, "Database", "the company's database");
+    read_store(config_.accounting, "Accounting", "the company's accounting store");
 }
 
 void Host::say(const std::string& line)

@@ -25,7 +25,8 @@ class OpenWindows;
 class Host {
 public:
     /// @throws UsageError for a region that is none, HostError for a messages file that cannot be written
-    Host(const CommonOptions& options, const Surroundings& around);
+    /// @param user  who is shown what a person should see; null for the streams
+    Host(const CommonOptions& options, const Surroundings& around, UserInterface* user = nullptr);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -38,6 +39,7 @@ public:
     [[nodiscard]] ProfileFile& profiles();
     [[nodiscard]] DateTime now() const;
     [[nodiscard]] FileRoles& files() { return files_; }
+    [[nodiscard]] std::filesystem::path folder() const;  ///< of the application, which need not be there
 
     /// The session on the company of the application folder, with its database and accounting store open.
     /// @throws HostError saying what is missing or broken and where
@@ -66,7 +68,6 @@ public:
     ExitStatus guard(const std::function<ExitStatus()>& work);
 
 private:
-    [[nodiscard]] std::filesystem::path folder() const;
     void make_engine();
     std::map<std::string, Value, std::less<>> house_parameters();
     void open_company();

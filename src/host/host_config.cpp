@@ -142,11 +142,6 @@ HostConfig read_host_config(const fs::path& folder)
 fs::path sqlite_file(const fs::path& folder, const std::string& connection, const std::string& key)
 {
     constexpr std::string_view kScheme = "sqlite:";
-    if (connection.starts_with("odbc:")) {
-        fail("The key \"" + key +
-             "\" of velora.ini names an ODBC source. This build has no ODBC connection yet; use "
-             "sqlite:PATH.");
-    }
     if (!connection.starts_with(kScheme) || connection.size() == kScheme.size()) {
         fail("\"" + key + "\" is \"" + connection + "\". It should be sqlite:PATH or odbc:CONNECTION STRING.");
     }

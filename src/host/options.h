@@ -1,10 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "host/host_config.h"
 #include "platform/report_engine.h"
 #include "values/date_time.h"
 
@@ -23,6 +25,8 @@ struct CommonOptions {
     std::string messages;
     bool explain = false;
     bool quiet = false;
+    std::function<void(HostConfig&)> configure;  ///< may change what velora.ini says
+    bool has_folder = true;                      ///< none: there is no velora.ini, and `configure` says everything
 };
 
 /// What a mail of the command line says beyond what the settings and the quote give.

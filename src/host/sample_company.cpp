@@ -12,9 +12,9 @@ namespace velora {
 namespace {
 
 namespace fs = std::filesystem;
-using sqlite::ColumnType;
-using sqlite::NamedColumn;
-using sqlite::SchemaTable;
+using stores::ColumnType;
+using stores::NamedColumn;
+using stores::SchemaTable;
 
 [[noreturn]] void fail(const fs::path& file, size_t line, const std::string& what)
 {
@@ -35,6 +35,7 @@ std::optional<Value> value_of(const std::string& cell, ColumnType type)
     if (cell == "NULL") return Value();
     switch (type) {
         case ColumnType::Text:
+        case ColumnType::LongText:
         case ColumnType::IsoDate:
         case ColumnType::Any:
             return Value(cell);

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "adapters/sqlite_core/schema_writer.h"
+#include "adapters/store_schema/tables.h"
 
 namespace velora {
 
@@ -20,7 +20,7 @@ inline constexpr std::string_view kDemoQuote = "Q-10052";
 /// The first line names the columns, and a column that it leaves out takes its default. An empty cell is an empty text,
 /// of a number or a date null; NULL is null in every column. The same files give the same bytes.
 /// @throws HostError naming file and line of what is no row of the table, and a file that is of no table
-void fill_from_csv(const std::filesystem::path& store, std::span<const sqlite::SchemaTable> tables,
+void fill_from_csv(const std::filesystem::path& store, std::span<const stores::SchemaTable> tables,
                    const std::filesystem::path& folder);
 
 }  // namespace velora

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "adapters/sqlite/schema.h"
+#include "adapters/store_schema/tables.h"
 #include "host/sample_company.h"
 #include "program.h"
 #include "values/date_time.h"
@@ -186,7 +187,7 @@ TEST_F(SampleCompany, CellsGoInAsTheirColumnsHoldThem)
                "7,2.5,\"1/2\"\" bolt, long\",0.1,2026-06-15,NULL\r\n"
                "8,,,,,\r\n");
     write_text(scratch("rows/notes.txt"), "not of the company");
-    fill_from_csv(scratch("v.db"), product_tables(), scratch("rows"));
+    fill_from_csv(scratch("v.db"), stores::product_tables(), scratch("rows"));
     const Counter product(scratch("v.db"));
     for (const char* holds : {
              "QuoteID=7 AND deQuantity=2.5 AND deDesc='1/2\" bolt, long' AND deCost=0.1 AND typeof(deCost)='real'",
@@ -221,7 +222,7 @@ TEST_F(SampleCompany, WhatIsNoRowOfTheTableIsNamedWithItsLine)
         write_text(scratch("rows/Defaults.csv"), "Company\nDEMOCO\n");
         write_text(scratch("rows") / c.file, c.text);
         try {
-            fill_from_csv(scratch("v.db"), product_tables(), scratch("rows"));
+            fill_from_csv(scratch("v.db"), stores::product_tables(), scratch("rows"));
             ADD_FAILURE() << c.why;
         } catch (const HostError& error) {
             EXPECT_THAT(error.what(), ::testing::AllOf(::testing::HasSubstr(c.file), ::testing::HasSubstr(c.says)));

@@ -8,6 +8,7 @@
 #include "adapters/accounting_sql/session.h"
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/schema.h"
+#include "adapters/store_schema/tables.h"
 #include "adapters/sqlite_core/database.h"
 #include "adapters/sqlite_core/statement.h"
 #include "values/fault.h"
@@ -205,7 +206,7 @@ TestCompany& TestCompany::accounting(const std::string& sql)
 TestCompany& TestCompany::mark(const std::string& table, const std::set<std::string>& keep)
 {
     bool is_product = false;
-    for (const auto& known : product_tables()) is_product = is_product || known.name == table;
+    for (const auto& known : stores::product_tables()) is_product = is_product || known.name == table;
     const auto database = sqlite::Database::open((folder_ / (is_product ? kProduct : kAccounting)).string(), {});
     sqlite::Statement columns(database, "SELECT name, type FROM pragma_table_info('" + table + "')");
     std::string assignments;

@@ -2,10 +2,10 @@
 
 #include <sqlite3.h>
 
-#include "adapters/sqlite/procedures.h"
-#include "adapters/sqlite/schema.h"
+#include "adapters/sqlite/server_answers.h"
 #include "adapters/sqlite/statement_rows.h"
 #include "adapters/sqlite_core/schema_writer.h"
+#include "adapters/store_schema/procedures.h"
 
 namespace velora {
 
@@ -105,7 +105,7 @@ private:
 std::string SqliteConnection::statement_text(const Command& command) const
 {
     if (command.kind == Command::Kind::StoredProcedure) {
-        if (const auto statement = sqlite::procedure_statement(command.text)) return std::string(*statement);
+        if (const auto* known = stores::find_procedure(command.text)) return std::string(known->statement);
         throw DriverError(kUnknownProcedure, "Could not find stored procedure '" + command.text + "'.");
     }
     return sqlite::batch_statement(command.text, options_.default_language).value_or(command.text);
@@ -170,7 +170,7 @@ std::unique_ptr<Connection> open_sqlite_reader(const std::string& path, const Qu
 std::unique_ptr<Connection> open_sqlite_in_memory(const SqliteOptions& options)
 {
     auto database = Database::memory(database_options(options));
-    sqlite::create_tables(database, product_tables());
+    sqlite::create_tables(database, stores::product_tables());
     return std::make_unique<SqliteConnection>(std::move(database), std::string(), options);
 }
 

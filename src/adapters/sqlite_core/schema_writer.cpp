@@ -1,5 +1,6 @@
 #include "adapters/sqlite_core/schema_writer.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "values/fault.h"
@@ -9,10 +10,15 @@ namespace velora::sqlite {
 
 namespace {
 
+using stores::ColumnType;
+using stores::NamedColumn;
+using stores::SchemaTable;
+
 std::string_view declaration(ColumnType type)
 {
     switch (type) {
         case ColumnType::Text:
+        case ColumnType::LongText:
             return "TEXT COLLATE NOCASE";
         case ColumnType::Integer:
             return "INTEGER";
@@ -20,7 +26,7 @@ std::string_view declaration(ColumnType type)
             return "REAL";
         case ColumnType::Money:
             return "MONEY";
-        case ColumnType::Date:
+        case ColumnType::Date:  // ISO text under the date collation; a trigger turns "month/day/year" into ISO on write
             return "DATETIME COLLATE VLDATE";
         case ColumnType::IsoDate:
             return "DATETIME";
@@ -72,19 +78,27 @@ std::string date_triggers(std::string_view table, std::string_view column)
     return trigger("insert", "INSERT") + trigger("update", "UPDATE OF \"" + std::string(column) + "\"");
 }
 
-}  // namespace
-
-std::vector<NamedColumn> SchemaTable::named_columns() const
+bool is_text(const SchemaTable& table, std::string_view column)
 {
-    std::vector<NamedColumn> named;
-    for (const SchemaColumn& column : columns) {
-        for (int at = 1; at <= std::max(column.repeated, 1); ++at) {
-            const std::string number = column.repeated > 0 ? std::to_string(at) : "";
-            named.push_back({std::string(column.name) + number, column.type, column.default_value});
-        }
-    }
-    return named;
+    return std::ranges::any_of(table.columns, [&](const stores::SchemaColumn& candidate) {
+        return candidate.name == column && candidate.type == ColumnType::Text;
+    });
 }
+
+/// A lookup's texts are indexed trimmed and without case, which is how filters compare them: a stored value with blanks
+/// around it is found through the index too.
+std::string index_terms(const SchemaTable& table, const SchemaTable::Columns& columns, bool is_lookup)
+{
+    std::string terms;
+    for (const auto column : columns) {
+        const std::string name = "\"" + std::string(column) + "\"";
+        terms += terms.empty() ? "" : ", ";
+        terms += is_lookup && is_text(table, column) ? "trim(" + name + ") COLLATE NOCASE" : name;
+    }
+    return terms;
+}
+
+}  // namespace
 
 std::string table_sql(const SchemaTable& table)
 {
@@ -97,10 +111,12 @@ std::string table_sql(const SchemaTable& table)
     const std::string name(table.name);
     std::string sql = "CREATE TABLE \"" + name + "\" (\n" + columns + "\n);\n" + triggers;
     int number = 0;
-    for (const auto& index : table.indexes) {
+    const auto add_index = [&](const std::string& terms) {
         sql +=
-            "CREATE INDEX \"" + name + "_key" + std::to_string(++number) + "\" ON \"" + name + "\" (" + index + ");\n";
-    }
+            "CREATE INDEX \"" + name + "_key" + std::to_string(++number) + "\" ON \"" + name + "\" (" + terms + ");\n";
+    };
+    for (const auto& lookup : table.lookups) add_index(index_terms(table, lookup, true));
+    for (const auto& index : table.indexes) add_index(index_terms(table, index, false));
     return sql;
 }
 

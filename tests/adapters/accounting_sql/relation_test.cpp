@@ -1,8 +1,10 @@
-#include "adapters/accounting_sql/relation.h"
+#include "adapters/accounting_core/relation.h"
 
 #include "adapters/accounting_sql/schema.h"
-#include "adapters/accounting_sql/view_keys.h"
+#include "adapters/accounting_sql/sqlite_source.h"
 #include "adapters/scratch.h"
+#include "adapters/sqlite_core/statement.h"
+#include "adapters/store_schema/view_keys.h"
 
 using namespace velora;
 using namespace velora::accounting;
@@ -30,6 +32,7 @@ TEST(Relation, LookupsAndBrowsesGoThroughTheKeyIndexes)
     const auto path = scratch.path("accounting.db");
     create_accounting_schema(path);
     const auto pool = std::make_shared<sqlite::StatementPool>(sqlite::Database::open(path, {}));
+    const auto source = make_sqlite_source(sqlite::Database::open(path, {}));
     for (const auto& c :
          {Case{"AR0024", "IDCUST = 1100"}, Case{"IC0310", "ITEMNO = \"A1\""},
           Case{"IC0290", "ITEMNO = \"A1\" AND LOCATION = 1"}, Case{"IC0290", "ITEMNO = \"A1\""},
@@ -38,7 +41,7 @@ TEST(Relation, LookupsAndBrowsesGoThroughTheKeyIndexes)
           Case{"TX0004", "AUTHORITY = GST AND TTYPE = 1 AND BUYERCLASS = 1"}, Case{"MW0200", "CTYPE = 1"},
           Case{"MW0200", "CCODE = \"X\""}, Case{"OE0440", "CURRENCY = USD AND MISCCHARGE = FRT"}, Case{"AR0024", ""},
           Case{"IC0480", ""}, Case{"TX0004", ""}}) {
-        const auto plan = plan_of(*pool, Relation(*pool, c.view).browse(read_filter(c.filter), true).sql);
+        const auto plan = plan_of(*pool, Relation(*source, c.view).browse(read_filter(c.filter), true).sql);
         EXPECT_THAT(plan, testing::HasSubstr(*c.filter != '\0' ? "SEARCH" : "USING INDEX"))
             << c.view << " " << c.filter;
         EXPECT_THAT(plan, testing::Not(testing::HasSubstr("ORDER BY"))) << c.view << " " << c.filter;
@@ -51,10 +54,11 @@ TEST(Relation, EveryKeyColumnOfEveryViewIsThere)
     create_accounting_schema(scratch.path("accounting.db"));
     const auto pool =
         std::make_shared<sqlite::StatementPool>(sqlite::Database::open(scratch.path("accounting.db"), {}));
+    const auto source = make_sqlite_source(sqlite::Database::open(scratch.path("accounting.db"), {}));
     const auto names = pool->lend("SELECT name FROM sqlite_master WHERE type = 'table' AND name GLOB '[A-Z][A-Z]0*'");
     size_t views = 0;
     while (names->step()) {
-        const Relation relation(*pool, to_text(names->value(0)));
+        const Relation relation(*source, to_text(names->value(0)));
         for (const auto key : key_columns(relation.id()))
             EXPECT_NO_THROW((void)relation.field(key)) << relation.id() << key;
         ++views;

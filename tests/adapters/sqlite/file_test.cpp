@@ -3,6 +3,7 @@
 #include "adapters/scratch.h"
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/schema.h"
+#include "adapters/store_schema/tables.h"
 
 using namespace velora;
 using test::content_of;
@@ -163,7 +164,7 @@ TEST(SqliteFile, KeysMayRepeatAndEveryColumnTakesANull)
     const Scratch scratch;
     const auto path = database_in(scratch);
     Outsider other(path);
-    for (const auto& table : product_tables()) {
+    for (const auto& table : stores::product_tables()) {
         const std::string name(table.name);
         std::string nulls;
         for (const auto& column : table.columns) {

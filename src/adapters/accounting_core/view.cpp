@@ -1,8 +1,8 @@
 #include <map>
 #include <stdexcept>
 
-#include "adapters/accounting_sql/store.h"
-#include "adapters/accounting_sql/view_keys.h"
+#include "adapters/accounting_core/store.h"
+#include "adapters/store_schema/view_keys.h"
 #include "values/fault.h"
 #include "values/text.h"
 
@@ -34,7 +34,7 @@ private:
 
     std::shared_ptr<Store> store_;
     const Relation& relation_;
-    std::optional<sqlite::StatementPool::Loan> rows_;
+    std::unique_ptr<RelationRows> rows_;
     std::map<size_t, Value> put_;
     bool has_row_ = false;
     bool is_browsing_ = false;
@@ -112,7 +112,7 @@ Value SqlView::field(std::string_view name) const
     const size_t position = field_position(name);
     Value value;
     if (has_row_) {
-        value = (*rows_)->value(position);
+        value = rows_->value(position);
     } else if (const auto put = put_.find(position); put != put_.end()) {
         value = put->second;
     }
@@ -144,11 +144,8 @@ void SqlView::start(const std::vector<Condition>& conditions, bool ascending, co
     rows_.reset();
     has_row_ = false;
     try {
-        const auto query = relation_.browse(conditions, ascending);
-        rows_ = store_->pool().lend(query.sql);
-        int mark = 0;
-        for (const auto& value : query.values) (*rows_)->bind(++mark, value);
-    } catch (const sqlite::DriverError& error) {
+        rows_ = store_->source().select(relation_.browse(conditions, ascending));
+    } catch (const StoreError& error) {
         store_->fail("View " + relation_.id() + ": " + error.what() + ".", where);
     } catch (const Fault& fault) {
         store_->fail("The view " + relation_.id() + " has no field " + fault.where() + ".", where);
@@ -160,8 +157,8 @@ bool SqlView::step()
     has_row_ = false;
     if (!rows_) return false;
     try {
-        has_row_ = (*rows_)->step();
-    } catch (const sqlite::DriverError& error) {
+        has_row_ = rows_->step();
+    } catch (const StoreError& error) {
         store_->fail("View " + relation_.id() + ": " + error.what() + ".", relation_.id());
     }
     if (!has_row_) rows_.reset();

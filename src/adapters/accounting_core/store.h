@@ -5,17 +5,17 @@
 #include <unordered_map>
 #include <vector>
 
-#include "adapters/accounting_sql/relation.h"
+#include "adapters/accounting_core/relation.h"
 #include "platform/accounting.h"
 
 namespace velora::accounting {
 
-/// What a session and its views share: the file, the relations met so far, the error stack.
+/// What a session and its views share: the database, the relations met so far, the error stack.
 class Store {
 public:
-    explicit Store(sqlite::Database database) : pool_(std::make_shared<sqlite::StatementPool>(std::move(database))) {}
+    explicit Store(std::unique_ptr<RelationSource> source) : source_(std::move(source)) {}
 
-    [[nodiscard]] sqlite::StatementPool& pool() { return *pool_; }
+    [[nodiscard]] RelationSource& source() { return *source_; }
     [[nodiscard]] std::vector<AccountingError>& errors() { return errors_; }
 
     /// @throws Fault when the store has no relation of that name, with an entry in the errors
@@ -25,7 +25,7 @@ public:
     [[noreturn]] void fail(const std::string& description, const std::string& where);
 
 private:
-    std::shared_ptr<sqlite::StatementPool> pool_;
+    std::unique_ptr<RelationSource> source_;
     std::unordered_map<std::string, Relation> relations_;
     std::vector<AccountingError> errors_;
 };

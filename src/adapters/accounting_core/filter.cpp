@@ -1,4 +1,4 @@
-#include "adapters/accounting_sql/filter.h"
+#include "adapters/accounting_core/filter.h"
 
 #include <stdexcept>
 

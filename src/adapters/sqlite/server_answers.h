@@ -8,9 +8,6 @@
 
 namespace velora::sqlite {
 
-/// The statement behind a stored procedure of the servers; none for a name that they do not have.
-std::optional<std::string_view> procedure_statement(std::string_view name);
-
 /// The statement that answers one of the two server batches about languages; none for any other text.
 std::optional<std::string> batch_statement(std::string_view text, int default_language);
 

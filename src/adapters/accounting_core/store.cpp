@@ -1,4 +1,4 @@
-#include "adapters/accounting_sql/store.h"
+#include "adapters/accounting_core/store.h"
 
 #include "values/fault.h"
 
@@ -15,8 +15,8 @@ const Relation& Store::relation(const std::string& view_id)
     const auto known = relations_.find(view_id);
     if (known != relations_.end()) return known->second;
     try {
-        return relations_.emplace(view_id, Relation(*pool_, view_id)).first->second;
-    } catch (const sqlite::DriverError& error) {
+        return relations_.emplace(view_id, Relation(*source_, view_id)).first->second;
+    } catch (const StoreError& error) {
         fail("The view " + view_id + " cannot be opened: " + error.what() + ".", view_id);
     }
 }

@@ -1,4 +1,4 @@
-#include "adapters/accounting_sql/view_keys.h"
+#include "adapters/store_schema/view_keys.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "adapters/sqlite/procedures.h"
+#include "adapters/sqlite/server_answers.h"
 
 #include "values/text.h"
 
@@ -6,40 +6,13 @@ namespace velora::sqlite {
 
 namespace {
 
-struct Procedure {
-    std::string_view name;
-    std::string_view statement;
-};
-
-// clang-format off
-constexpr auto kProcedures = std::to_array<Procedure>({
-    {"sprQuoteStatus",           "SELECT * FROM QuoteStatus ORDER BY QuoteStatusID"},
-    {"sprQuoteStatusActive",     "SELECT * FROM QuoteStatus WHERE qsActive = 1 ORDER BY QuoteStatusID"},
-    {"sprQuoteType",             "SELECT * FROM QuoteType ORDER BY QuoteTypeID"},
-    {"sprQuoteTypeActive",       "SELECT * FROM QuoteType WHERE qtActive = 1 ORDER BY QuoteTypeID"},
-    {"sprQuoteConfidence",       "SELECT * FROM QuoteConfidence ORDER BY QuoteConfidID"},
-    {"sprQuoteConfidenceActive", "SELECT * FROM QuoteConfidence WHERE qcActive = 1 ORDER BY QuoteConfidID"},
-    {"sprReasons",               "SELECT * FROM Reason ORDER BY ReasonID"},
-    {"sprReasonsActive",         "SELECT * FROM Reason WHERE reActive = 1 ORDER BY ReasonID"},
-    {"sprQuoteDefaults",         "SELECT * FROM Defaults WHERE Company = ?1"},
-    {"sprQuoteOneID",            "SELECT * FROM Quote WHERE QuoteID = ?1"},
-    {"sprMiscChargeAll",         "SELECT * FROM DMiscCharge WHERE QuoteID = ?1 ORDER BY Line"},
-    {"sprBillToOne",             "SELECT * FROM BillTo WHERE BillToID = ?1"},
-    {"sprShipToOne",             "SELECT * FROM ShipTo WHERE ShipToID = ?1"},
-    {"sprCustomerOneID",         "SELECT * FROM Customer WHERE CustomerID = ?1"},
-    {"sprDetailAll",             "SELECT * FROM Details WHERE QuoteID = ?1 ORDER BY QuoteID, Line"},
-    {"sprDetailsCommInsAll",
-     "SELECT Details.*, CommIns.CoInType, CommIns.CommIns FROM Details LEFT OUTER JOIN CommIns"
-     " ON Details.QuoteID = CommIns.QuoteID AND Details.Line = CommIns.Line"
-     " WHERE Details.QuoteID = ?1 ORDER BY Details.QuoteID, Details.Line"},
-});
-
 struct Language {
     int id;
     std::string_view name, alias, dateformat;
     DateOrder order;
 };
 
+// clang-format off
 constexpr auto kLanguages = std::to_array<Language>({
     {0,  "us_english", "English",         "mdy", DateOrder::MonthDayYear},
     {1,  "Deutsch",    "German",          "dmy", DateOrder::DayMonthYear},
@@ -75,14 +48,6 @@ std::string language_list()
 }
 
 }  // namespace
-
-std::optional<std::string_view> procedure_statement(std::string_view name)
-{
-    for (const auto& procedure : kProcedures) {
-        if (same_name(procedure.name, name)) return procedure.statement;
-    }
-    return std::nullopt;
-}
 
 std::optional<std::string> batch_statement(std::string_view text, int default_language)
 {

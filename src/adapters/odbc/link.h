@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "adapters/odbc/statement_pool.h"
+
+namespace velora::odbc {
+
+/// The way to a server, which is found again after it broke: what asks for a statement after a loss gets a new
+/// connection, unless one state of the data is being read, which the loss has ended.
+class Link {
+public:
+    /// Connects. @throws DriverError, Fault where there is no driver manager
+    Link(std::string connection_string, const Session::Options& options);
+
+    /// @throws DriverError when the server cannot be reached again
+    StatementPool& pool();
+    [[nodiscard]] Session& session() { return *pool().session(); }
+    [[nodiscard]] const std::string& connection_string() const { return connection_string_; }
+    [[nodiscard]] const Session::Options& options() const { return options_; }
+
+    /// Remembers an error that means the loss of the connection.
+    void notice(const DriverError& error);
+
+    /// From the first read on, one state of the data is seen, until the end, which writes nothing.
+    void begin(Session::Purpose purpose);  ///< @throws DriverError
+    void end() noexcept;
+
+private:
+    void connect();
+
+    std::string connection_string_;
+    Session::Options options_;
+    std::shared_ptr<StatementPool> pool_;
+    bool is_lost_ = false;
+    bool in_transaction_ = false;
+};
+
+/// @throws Fault with every word of the driver, where a link throws its error
+std::shared_ptr<Link> open_link(const std::string& connection_string, const Session::Options& options);
+
+}  // namespace velora::odbc
