@@ -8,9 +8,9 @@
 #include "adapters/accounting_sql/session.h"
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/schema.h"
-#include "adapters/store_schema/tables.h"
 #include "adapters/sqlite_core/database.h"
 #include "adapters/sqlite_core/statement.h"
+#include "adapters/store_schema/tables.h"
 #include "values/fault.h"
 
 namespace velora::test {

@@ -22,7 +22,7 @@ SQLWCHAR* as_wide(std::u16string& text)
 Server server_named(const std::string& name)
 {
     const auto lower = lower_ascii(name);
-    if (lower.find("mariadb") != std::string::npos || lower.find("mysql") != std::string::npos) return Server::MariaDb;
+    if (lower.find("mariadb") != std::string::npos) return Server::MariaDb;
     if (lower.find("postgresql") != std::string::npos) return Server::PostgreSql;
     return lower.find("microsoft sql server") != std::string::npos ? Server::SqlServer : Server::Other;
 }
