@@ -4,37 +4,44 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
+#include "adapters/loaded_library/loaded_library.h"
+
 namespace velora::odbc {
 
-/// The functions of the system's driver manager. It is loaded when a server is first asked for, so that a program that
-/// works on files never pays for it and runs where there is none.
+/// The functions of the system's driver manager, which is loaded when a server is first asked for.
 struct DriverManager {
-    decltype(&SQLAllocHandle) alloc_handle;
-    decltype(&SQLFreeHandle) free_handle;
-    decltype(&SQLSetEnvAttr) set_environment;
-    decltype(&SQLDriverConnectW) connect;
-    decltype(&SQLDisconnect) disconnect;
-    decltype(&SQLSetConnectAttr) set_connection;
-    decltype(&SQLGetConnectAttr) get_connection;
-    decltype(&SQLGetInfoW) get_info;
-    decltype(&SQLGetDiagRecW) diagnostic;
-    decltype(&SQLSetStmtAttr) set_statement;
-    decltype(&SQLPrepareW) prepare;
-    decltype(&SQLBindParameter) bind_parameter;
-    decltype(&SQLExecute) execute;
-    decltype(&SQLExecDirectW) execute_directly;
-    decltype(&SQLNumResultCols) column_count;
-    decltype(&SQLDescribeColW) describe;
-    decltype(&SQLBindCol) bind_column;
-    decltype(&SQLFetch) fetch;
-    decltype(&SQLGetData) get_data;
-    decltype(&SQLMoreResults) more_results;
-    decltype(&SQLFreeStmt) free_statement;
-    decltype(&SQLCancel) cancel;
-    decltype(&SQLEndTran) end_transaction;
-
-    /// @throws Fault 429 where the machine has no driver manager, with what to install
+    /// @throws Fault 429 on a machine without it
     static const DriverManager& get();
+
+    LoadedLibrary library{"libodbc.so.2",
+                          "Database servers are reached through ODBC, and its driver manager (Debian's package "
+                          "libodbc2) cannot be loaded"};
+
+    // clang-format off
+    decltype(SQLAllocHandle)*    alloc_handle     = library.function<decltype(SQLAllocHandle)>("SQLAllocHandle");
+    decltype(SQLFreeHandle)*     free_handle      = library.function<decltype(SQLFreeHandle)>("SQLFreeHandle");
+    decltype(SQLSetEnvAttr)*     set_environment  = library.function<decltype(SQLSetEnvAttr)>("SQLSetEnvAttr");
+    decltype(SQLDriverConnectW)* connect          = library.function<decltype(SQLDriverConnectW)>("SQLDriverConnectW");
+    decltype(SQLDisconnect)*     disconnect       = library.function<decltype(SQLDisconnect)>("SQLDisconnect");
+    decltype(SQLSetConnectAttr)* set_connection   = library.function<decltype(SQLSetConnectAttr)>("SQLSetConnectAttr");
+    decltype(SQLGetConnectAttr)* get_connection   = library.function<decltype(SQLGetConnectAttr)>("SQLGetConnectAttr");
+    decltype(SQLGetInfoW)*       get_info         = library.function<decltype(SQLGetInfoW)>("SQLGetInfoW");
+    decltype(SQLGetDiagRecW)*    diagnostic       = library.function<decltype(SQLGetDiagRecW)>("SQLGetDiagRecW");
+    decltype(SQLSetStmtAttr)*    set_statement    = library.function<decltype(SQLSetStmtAttr)>("SQLSetStmtAttr");
+    decltype(SQLPrepareW)*       prepare          = library.function<decltype(SQLPrepareW)>("SQLPrepareW");
+    decltype(SQLBindParameter)*  bind_parameter   = library.function<decltype(SQLBindParameter)>("SQLBindParameter");
+    decltype(SQLExecute)*        execute          = library.function<decltype(SQLExecute)>("SQLExecute");
+    decltype(SQLExecDirectW)*    execute_directly = library.function<decltype(SQLExecDirectW)>("SQLExecDirectW");
+    decltype(SQLNumResultCols)*  column_count     = library.function<decltype(SQLNumResultCols)>("SQLNumResultCols");
+    decltype(SQLDescribeColW)*   describe         = library.function<decltype(SQLDescribeColW)>("SQLDescribeColW");
+    decltype(SQLBindCol)*        bind_column      = library.function<decltype(SQLBindCol)>("SQLBindCol");
+    decltype(SQLFetch)*          fetch            = library.function<decltype(SQLFetch)>("SQLFetch");
+    decltype(SQLGetData)*        get_data         = library.function<decltype(SQLGetData)>("SQLGetData");
+    decltype(SQLMoreResults)*    more_results     = library.function<decltype(SQLMoreResults)>("SQLMoreResults");
+    decltype(SQLFreeStmt)*       free_statement   = library.function<decltype(SQLFreeStmt)>("SQLFreeStmt");
+    decltype(SQLCancel)*         cancel           = library.function<decltype(SQLCancel)>("SQLCancel");
+    decltype(SQLEndTran)*        end_transaction  = library.function<decltype(SQLEndTran)>("SQLEndTran");
+    // clang-format on
 };
 
 }  // namespace velora::odbc

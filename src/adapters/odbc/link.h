@@ -26,6 +26,7 @@ public:
     /// From the first read on, one state of the data is seen, until the end, which writes nothing.
     void begin(Session::Purpose purpose);  ///< @throws DriverError
     void end() noexcept;
+    [[nodiscard]] bool in_transaction() const { return in_transaction_; }
 
 private:
     void connect();

@@ -73,6 +73,7 @@ public:
 private:
     void connect(const std::string& connection_string);
     void learn();
+    void ask_for_one_state();
     void set_up();
     [[nodiscard]] std::string info_text(SQLUSMALLINT what) const;
     template <class Number>
@@ -86,6 +87,7 @@ private:
     SQLHDBC connection_ = nullptr;
     bool is_connected_ = false;
     bool in_transaction_ = false;
+    bool sees_one_state_ = false;  ///< the level of isolation was told
     Server server_ = Server::Other;
     std::string driver_name_ = "ODBC";
     std::string quote_ = "\"";

@@ -264,6 +264,48 @@ TEST_F(OdbcConnection, SaysWhyItCannotBeOpened)
     }
 }
 
+TEST_F(OdbcConnection, ASnapshotShowsOneStateWhateverIsWritten)
+{
+    on_each([](Connection& connection, DatabaseServer& server) {
+        connection.Execute("CREATE TABLE t (a INTEGER)");
+        connection.Execute("INSERT INTO t VALUES (1)");
+        const auto other = open_odbc(server.connection("port"));
+        const auto read = [&] { return to_number(connection.Open(Command::statement("SELECT a FROM t"))->value(0)); };
+        for (int round = 1; round <= 2; ++round) {
+            auto snapshot = connection.begin_snapshot();
+            ASSERT_NE(snapshot, nullptr);
+            EXPECT_EQ(connection.begin_snapshot(), nullptr) << "it reads one state already";
+            EXPECT_EQ(read(), round);
+            other->Execute("UPDATE t SET a = a + 1");
+            EXPECT_EQ(read(), round) << "what was written meanwhile is not seen";
+            EXPECT_EQ(fault_of([&] { connection.Execute("SELECT * FROM nowhere"); }).number(), fault::kDatabase);
+            EXPECT_EQ(read(), round) << "a statement that failed ends nothing";
+            snapshot.reset();
+            EXPECT_EQ(read(), round + 1);
+        }
+        connection.Execute("UPDATE t SET a = 10");
+        EXPECT_EQ(to_number(other->Open(Command::statement("SELECT a FROM t"))->value(0)), 10) << "marks go through";
+    });
+}
+
+TEST_F(OdbcConnection, ALossWithinASnapshotStaysALoss)
+{
+    for (const auto& server : test::running_servers()) {
+        SCOPED_TRACE(server->name());
+        server->make_database("port");
+        const auto connection = open_odbc(server->connection("port"));
+        auto snapshot = connection->begin_snapshot();
+        const auto ask = [&] { return connection->Open(Command::statement("SELECT 1"))->RecordCount(); };
+        EXPECT_EQ(ask(), 1u);
+        server->stop();
+        EXPECT_EQ(fault_of(ask).number(), fault::kDatabase);
+        server->start();
+        EXPECT_THAT(fault_of(ask).description(), testing::HasSubstr("lost")) << "two states would meet in one document";
+        snapshot.reset();
+        EXPECT_EQ(ask(), 1u) << "the next document";
+    }
+}
+
 TEST_F(OdbcConnection, AReaderReadsAndDoesNothingElse)
 {
     on_each([](Connection& connection, DatabaseServer& server) {
