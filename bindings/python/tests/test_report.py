@@ -33,7 +33,6 @@ class ReportTest(unittest.TestCase):
         self.assertEqual(outcome.rows[0]["Quote Number"], "Q-10052")
         self.assertIsInstance(outcome.rows[0]["Quote Date"], datetime.date)
         self.assertGreater(len(outcome.rows), 20)
-        self.assertTrue(any("é" in str(cell) or "—" in str(cell) or cell for cell in outcome.rows[0].values()))
 
     def test_the_ending_and_the_format_decide_what_is_written(self) -> None:
         report = self.open()
@@ -59,8 +58,9 @@ class ReportTest(unittest.TestCase):
         self.assertIn("nowhere", str(caught.exception))
         with self.assertRaises(Usage):
             Report()
-        with self.assertRaises(Fault) as missing:
+        with self.assertRaises(BoxShown):
             self.open().show_printers()
+        with self.assertRaises(Fault) as missing:
             self.open().show_emailer()
         self.assertEqual(missing.exception.number, 429)
 

@@ -6,7 +6,7 @@
 #include "host/kinds.h"
 #include "host/library/resources.h"
 #include "host/options.h"
-#include "host/pipe_json.h"
+#include "host/pipe_file.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -129,8 +129,17 @@ velora_status Handle::operate(std::string_view kind, const std::function<void(Re
         tell_pipe(kind);
         Report report(state);
         work(report);
-        return kind.empty() ? VELORA_DELIVERED : ended();
+        return kind.empty() ? shown() : ended();
     });
+}
+
+/// Of an operation that prints nothing: what it could not do stands in a box.
+velora_status Handle::shown()
+{
+    const auto& boxes = host_.user().boxes();
+    if (boxes.empty()) return VELORA_DELIVERED;
+    error_.text = boxes.back().text;
+    return VELORA_TOLD;
 }
 
 velora_status Handle::attempt(const std::function<velora_status(Host&)>& work) noexcept
@@ -162,7 +171,7 @@ void Handle::tell_pipe(std::string_view kind)
     if (options_.on_pipe == nullptr || kind.empty()) return;
     on_pipe = [this, name = std::string(kind)](const DataPipeRecordset& pipe) {
         std::string json;
-        write_pipe_json(name, pipe, [&](std::string_view piece) { json += piece; });
+        PipeFile([&](std::string_view piece) { json += piece; }).add(name, pipe);
         options_.on_pipe(options_.context, json.c_str(), json.size());
     };
 }

@@ -98,6 +98,7 @@ TEST_F(Library, SaysWhatWentWrongAndGoesOn)
     ASSERT_EQ(told.boxes.size(), 1u);
     EXPECT_THAT(told.boxes.front(), HasSubstr(velora_last_error(report)));
     EXPECT_EQ(print(report, "nowhere"), VELORA_NO_DATA);
+    EXPECT_EQ(velora_Show_Printers(report, 0, velora_engine(report), 0), VELORA_TOLD);
     EXPECT_EQ(velora_Show_Emailer(report, 0, velora_engine(report)), VELORA_FAULT) << "this program has no windows";
     EXPECT_EQ(velora_last_fault(report), 429);
     EXPECT_EQ(velora_set_export(report, "papyrus", nullptr), VELORA_USAGE);
