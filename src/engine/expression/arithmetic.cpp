@@ -63,6 +63,15 @@ Cell decimal_arithmetic(Op op, const Cell& left, const Cell& right)
     }
 }
 
+/// Shifts by as many bits as the width leaves over.
+int64_t shifted(Op op, int64_t value, int64_t by, bool wide)
+{
+    const auto bits = static_cast<unsigned>(by & (wide ? 63 : 31));
+    if (op == Op::ShiftLeft) return static_cast<int64_t>(static_cast<uint64_t>(value) << bits);
+    if (op == Op::ShiftRight) return value >> bits;
+    return static_cast<int64_t>((wide ? static_cast<uint64_t>(value) : static_cast<uint32_t>(value)) >> bits);
+}
+
 Cell joined(const Cell& left, const Cell& right)
 {
     std::string text;
@@ -72,6 +81,28 @@ Cell joined(const Cell& left, const Cell& right)
 }
 
 }  // namespace
+
+Cell bitwise(Op op, const Cell& left, const Cell& right)
+{
+    const bool shift = op == Op::ShiftLeft || op == Op::ShiftRight || op == Op::ShiftRightZero;
+    const auto* left_flag = left.get_if<bool>();
+    const auto* right_flag = right.get_if<bool>();
+    if (left_flag != nullptr && right_flag != nullptr && !shift) {
+        const bool result = op == Op::BitAnd  ? *left_flag && *right_flag
+                            : op == Op::BitOr ? *left_flag || *right_flag
+                                              : *left_flag != *right_flag;
+        return cell::boolean(result);
+    }
+    const auto* a = left.get_if<int64_t>();
+    const auto* b = right.get_if<int64_t>();
+    if (a == nullptr || b == nullptr) return {};
+    if (shift) {
+        const auto result = std::max(left.value_class, ValueClass::Integer);
+        return cell::integer(shifted(op, *a, *b, result == ValueClass::Long), result);
+    }
+    const auto result = std::max({left.value_class, right.value_class, ValueClass::Integer});
+    return cell::integer(op == Op::BitAnd ? *a & *b : op == Op::BitOr ? *a | *b : *a ^ *b, result);
+}
 
 ValueClass promoted(ValueClass left, ValueClass right)
 {

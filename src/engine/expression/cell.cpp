@@ -180,6 +180,17 @@ std::optional<int> compared_numbers(const Cell& left, const Cell& right)
     return a < b ? -1 : a > b ? 1 : 0;
 }
 
+/// "[a, b]", "{key=value}"
+void append_list(const std::vector<Cell>& parts, bool map, std::string& out)
+{
+    out += map ? '{' : '[';
+    for (size_t at = 0; at < parts.size(); ++at) {
+        if (at > 0) out += map && at % 2 == 1 ? "=" : ", ";
+        cell::append_text(parts[at], out);
+    }
+    out += map ? '}' : ']';
+}
+
 }  // namespace
 
 namespace cell {
@@ -214,6 +225,11 @@ Cell date(DateTime value, ValueClass value_class)
 Cell text(std::string value)
 {
     return {ValueClass::Text, std::move(value)};
+}
+
+Cell list(std::vector<Cell> parts, ValueClass value_class)
+{
+    return {value_class, std::make_shared<const std::vector<Cell>>(std::move(parts))};
 }
 
 Cell from(const Value& value, ValueClass declared)
@@ -276,6 +292,8 @@ void append_text(const Cell& cell, std::string& out)
         out += decimal->text();
     } else if (const auto* date = cell.get_if<DateTime>()) {
         append_date(*date, cell.value_class, out);
+    } else if (const auto* list = cell.get_if<Cell::List>()) {
+        append_list(**list, cell.value_class == ValueClass::Map, out);
     } else {
         out += "null";
     }
@@ -334,6 +352,12 @@ std::string number_text(double value, bool single)
 {
     if (std::isnan(value)) return "NaN";
     if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
+    // the least numbers are written with two digits
+    if (!single && std::abs(value) == std::numeric_limits<double>::denorm_min())
+        return value < 0 ? "-4.9E-324" : "4.9E-324";
+    if (single && std::abs(value) == static_cast<double>(std::numeric_limits<float>::denorm_min())) {
+        return value < 0 ? "-1.4E-45" : "1.4E-45";
+    }
     std::array<char, 64> buffer{};
     char* const begin = buffer.data();
     char* const end = begin + buffer.size();

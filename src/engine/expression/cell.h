@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "engine/expression/decimal.h"
 #include "engine/expression/value_class.h"
@@ -17,8 +18,9 @@ class Formatter;
 /// A value inside the expression machine: the class it is of, and the value. An integer of any width and a
 /// character (its UTF-16 unit) are held as int64_t, a float as a double that a float holds exactly.
 struct Cell {
+    using List = std::shared_ptr<const std::vector<Cell>>;
     using Data = std::variant<std::monostate, bool, int64_t, double, Decimal, DateTime, std::string,
-                              std::shared_ptr<const Formatter>>;
+                              std::shared_ptr<const Formatter>, List>;
     ValueClass value_class = ValueClass::Null;
     Data data;
 
@@ -39,6 +41,7 @@ Cell number(double value, ValueClass value_class = ValueClass::Double);
 Cell decimal(const std::optional<Decimal>& value);
 Cell date(DateTime value, ValueClass value_class = ValueClass::Date);
 Cell text(std::string value);
+Cell list(std::vector<Cell> parts, ValueClass value_class = ValueClass::List);
 
 /// The cell of a value that was declared with a class: text "12" of an Integer field is 12. Null where the value
 /// cannot be one of that class.

@@ -8,6 +8,7 @@ namespace velora::engine {
 namespace {
 
 constexpr int kDeepestNesting = 150;
+constexpr int kMostStandIns = 100;
 constexpr size_t kLongestText = 1U << 20;
 
 struct Operator {
@@ -20,23 +21,29 @@ constexpr auto kOperators = std::to_array<Operator>({
     // clang-format off
     {"||", 1, Op::Or},
     {"&&", 2, Op::And},
-    {"==", 3, Op::Equal},
-    {"!=", 3, Op::NotEqual},
-    {"<",  4, Op::Less},
-    {"<=", 4, Op::LessOrEqual},
-    {">",  4, Op::Greater},
-    {">=", 4, Op::GreaterOrEqual},
-    {"+",  5, Op::Add},
-    {"-",  5, Op::Subtract},
-    {"*",  6, Op::Multiply},
-    {"/",  6, Op::Divide},
-    {"%",  6, Op::Remainder},
+    {"|",  3, Op::BitOr},
+    {"^",  4, Op::BitXor},
+    {"&",  5, Op::BitAnd},
+    {"==", 6, Op::Equal},
+    {"!=", 6, Op::NotEqual},
+    {"<",  7, Op::Less},
+    {"<=", 7, Op::LessOrEqual},
+    {">",  7, Op::Greater},
+    {">=", 7, Op::GreaterOrEqual},
+    {"<<", 8, Op::ShiftLeft},
+    {">>", 8, Op::ShiftRight},
+    {">>>", 8, Op::ShiftRightZero},
+    {"+",  9, Op::Add},
+    {"-",  9, Op::Subtract},
+    {"*",  10, Op::Multiply},
+    {"/",  10, Op::Divide},
+    {"%",  10, Op::Remainder},
     // clang-format on
 });
-constexpr int kInstanceOfStrength = 4;
+constexpr int kInstanceOfStrength = 7;
 
 constexpr auto kPackages = std::to_array<std::string_view>(
-    {"", "java.lang.", "java.math.", "java.util.", "java.text.", "java.sql.", "java.time."});
+    {"", "java.lang.", "java.math.", "java.util.", "java.text.", "java.sql.", "java.time.", "java.time.format."});
 
 bool is_upper(char c)
 {
@@ -128,9 +135,31 @@ private:
             case Op::GreaterOrEqual:
                 if (!comparable(a, b)) fail(mark, two_classes(sign.mark, "does not compare", a, "with", b));
                 return emit(sign.op, ValueClass::Boolean, {left, right});
+            case Op::BitAnd:
+            case Op::BitOr:
+            case Op::BitXor:
+            case Op::ShiftLeft:
+            case Op::ShiftRight:
+            case Op::ShiftRightZero:
+                return of_bits(sign, mark, left, right);
             default:
                 return calculated(sign, mark, left, right);
         }
+    }
+
+    uint32_t of_bits(const Operator& sign, const Token& mark, uint32_t left, uint32_t right)
+    {
+        const auto a = class_of(left);
+        const auto b = class_of(right);
+        const auto open = [](ValueClass c) { return c == ValueClass::Object || c == ValueClass::Null; };
+        const bool flags = a == ValueClass::Boolean && b == ValueClass::Boolean;
+        const bool shift = sign.op >= Op::ShiftLeft && sign.op <= Op::ShiftRightZero;
+        if (flags && !shift) return emit(sign.op, ValueClass::Boolean, {left, right});
+        if ((!is_integer(a) && !open(a)) || (!is_integer(b) && !open(b))) {
+            fail(mark, two_classes(sign.mark, "takes whole numbers, not", a, "and", b));
+        }
+        const bool known = is_integer(a) && is_integer(b);
+        return emit(sign.op, !known ? ValueClass::Object : shift ? promoted(a, a) : promoted(a, b), {left, right});
     }
 
     uint32_t calculated(const Operator& sign, const Token& mark, uint32_t left, uint32_t right)
@@ -195,6 +224,10 @@ private:
             need(mark, class_of(operand), ValueClass::Boolean, "!");
             return emit(Op::Not, ValueClass::Boolean, {operand});
         }
+        if (take("~")) {
+            const uint32_t all_bits = constant(cell::integer(-1));
+            return of_bits({"~", 0, Op::BitXor}, mark, unary(), all_bits);
+        }
         if (take("-") || take("+")) {
             const uint32_t operand = unary();
             const auto given = class_of(operand);
@@ -223,7 +256,7 @@ private:
         const Token& next = token(end + 1);
         const bool operand = next.kind == TokenKind::Name || next.kind == TokenKind::Literal ||
                              next.kind == TokenKind::Reference || next.text == "(" || next.text == "!" ||
-                             (next.text == "-" && !is_upper(name[name.rfind('.') + 1]));
+                             next.text == "~" || (next.text == "-" && !is_upper(name[name.rfind('.') + 1]));
         if (!operand || next.text == "instanceof") return std::nullopt;
         const auto declared = value_class(name);
         if (!declared) fail(token(1), "a cast to " + quoted(name) + " is outside the expression language");
@@ -267,8 +300,29 @@ private:
             const std::string_view what = op == Op::Field ? "field" : op == Op::Variable ? "variable" : "parameter";
             fail(start, "there is no " + std::string(what) + " " + quoted(start.text));
         }
+        if (!found->stands_for.empty()) return stand_in(start, found->stands_for);
         note({kind, found->slot});
+        if (const auto value = of_report(start)) return *value;
         return emit(op, found->value_class, {}, static_cast<uint32_t>(found->slot));
+    }
+
+    uint32_t stand_in(const Token& start, std::string_view text)
+    {
+        if (++stand_ins_ > kMostStandIns) fail(start, "the parameters stand for each other");
+        splice(text, start);
+        return primary();
+    }
+
+    /// $P{JASPER_REPORT}.getPageWidth() and its like.
+    std::optional<uint32_t> of_report(const Token& start)
+    {
+        if (start.reference != 'P' || start.text != "JASPER_REPORT" || !is_mark(".") || !is_mark("(", 2))
+            return std::nullopt;
+        const auto value = names_.of_report(token(1).text);
+        if (!value) fail(token(1), quoted("." + std::string(token(1).text)) + " is outside the expression language");
+        pass(3);
+        expect(")");
+        return constant(cell::from(*value, ValueClass::Object));
     }
 
     struct LookedUp {
@@ -347,21 +401,37 @@ private:
         pass();
         const Token start = token();
         const std::string name = class_path();
+        if (is_mark("[") && is_mark("]", 1) && is_mark("{", 2)) return array(start);
         if (!is_mark("(") || !has_function("new", name)) {
             fail(start, "'new " + name + "' is outside the expression language");
         }
         return called(start, "new", name, {});
     }
 
+    /// The parts behind `new String[]`.
+    uint32_t array(const Token& start)
+    {
+        pass(3);
+        std::vector<uint32_t> parts;
+        while (!is_mark("}")) {
+            parts.push_back(choice());
+            if (!take(",")) break;
+        }
+        expect("}");
+        return call(start, "array", "", parts);
+    }
+
     uint32_t class_member()
     {
         const Token start = token();
-        const std::string owner = class_path();
+        std::string owner = class_path();
+        // a class that takes over what its parent makes
+        if (owner == "SimpleDateFormat") owner = "DateFormat";
+        if (owner == "DecimalFormat") owner = "NumberFormat";
         if (!take(".") || token().kind != TokenKind::Name) fail(start, unknown_word(owner));
         const Token member = token();
         pass();
         if (is_mark("(")) {
-            if (has_function(owner, std::string(member.text) + ".contains")) return list_search(start, owner, member);
             if (!has_function(owner, member.text)) {
                 fail(start, quoted(owner + "." + std::string(member.text)) + " is outside the expression language");
             }
@@ -374,58 +444,46 @@ private:
         return constant(std::move(*value));
     }
 
-    /// A list is there to be searched and nothing else: Arrays.asList("a", "b").contains($F{c})
-    uint32_t list_search(const Token& start, const std::string& owner, const Token& member)
-    {
-        auto operands = arguments();
-        if (!take(".") || !is_name("contains")) {
-            fail(start, quoted(owner + "." + std::string(member.text)) + " may only be followed by .contains");
-        }
-        pass();
-        const auto searched = arguments();
-        if (searched.size() != 1) fail(start, "'contains' takes one argument");
-        operands.push_back(searched.front());
-        return call(start, owner, std::string(member.text) + ".contains", operands);
-    }
-
     static std::string unknown_word(std::string_view word)
     {
         return quoted(word) + " is outside the expression language; fields are written $F{name}, texts in quotes";
     }
 
-    /// What is called on a value: .method(…).method(…)
+    /// What is called on a value: .method(…).method(…)[…]
     uint32_t chained(uint32_t value)
     {
-        while (take(".")) {
-            const Token method = token();
-            if (method.kind != TokenKind::Name) fail(method, "the name of a method is missing before " + shown(method));
-            pass();
-            if (!is_mark("("))
-                fail(method, quoted("." + std::string(method.text)) + " is outside the expression language");
-            if (method.text == "split") {
-                value = split(method, value);
-            } else {
-                value = called(method, ".", method.text, {value});
+        for (;;) {
+            const Token mark = token();
+            if (take("[")) {
+                const uint32_t index = choice();
+                expect("]");
+                value = call(mark, ".", "[]", {value, index}, part_class(value));
+                continue;
             }
+            if (!take(".")) return value;
+            value = method(value);
         }
-        return value;
     }
 
-    /// The parts of a text are taken at once, with an index or as their number.
-    uint32_t split(const Token& method, uint32_t value)
+    uint32_t method(uint32_t value)
     {
-        auto operands = arguments();
-        operands.insert(operands.begin(), value);
-        if (take("[")) {
-            operands.push_back(choice());
-            expect("]");
-            return call(method, ".", "split[]", operands);
+        const Token name = token();
+        if (name.kind != TokenKind::Name) fail(name, "the name of a method is missing before " + shown(name));
+        pass();
+        if (is_mark("(")) return called(name, ".", name.text, {value});
+        if (name.text != "length") {
+            fail(name, quoted("." + std::string(name.text)) + " is outside the expression language");
         }
-        if (!is_mark(".") || token(1).text != "length" || is_mark("(", 2)) {
-            fail(method, "the parts of 'split' are taken with [number] or .length");
-        }
-        pass(2);
-        return call(method, ".", "split.length", operands);
+        return call(name, ".", "[].length", {value});
+    }
+
+    /// The class of the parts of a list, where it is known.
+    ValueClass part_class(uint32_t list)
+    {
+        const Instruction& made = program().code[list];
+        if (made.op != Op::Call) return ValueClass::Object;
+        const auto name = program().functions[made.slot]->name;
+        return name == "split" ? ValueClass::Text : name == "toCharArray" ? ValueClass::Character : ValueClass::Object;
     }
 
     std::vector<uint32_t> arguments()
@@ -450,7 +508,7 @@ private:
     }
 
     uint32_t call(const Token& start, std::string_view owner, std::string_view name,
-                  const std::vector<uint32_t>& operands)
+                  const std::vector<uint32_t>& operands, ValueClass result = ValueClass::Object)
     {
         std::vector<ValueClass> classes;
         for (const uint32_t operand : operands) classes.push_back(class_of(operand));
@@ -460,7 +518,8 @@ private:
         if (owner.empty() && name == "str") note({Reference::Kind::Resource, 0});
         program().functions.push_back(function);
         const auto slot = static_cast<uint32_t>(program().functions.size() - 1);
-        return emit(Instruction{Op::Call, function->result, 1, slot, 0, 0}, operands);
+        if (result == ValueClass::Object) result = function->result;
+        return emit(Instruction{Op::Call, result, 1, slot, 0, 0}, operands);
     }
 
     static std::string listed(std::string_view owner, std::span<const ValueClass> classes)
@@ -477,6 +536,7 @@ private:
 
     const Names& names_;
     int nesting_ = 0;
+    int stand_ins_ = 0;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "engine/expression/functions.h"
+#include "engine/expression/written_date.h"
 
 namespace velora::engine {
 
@@ -37,6 +38,22 @@ Cell part_of(Call& call)
     return cell::integer(call.date(0).parts().*part + offset);
 }
 
+/// The same day and time, moved by days, months or years; a day that the month does not have becomes its last.
+Cell months_later(Call& call, int64_t months)
+{
+    const auto parts = call.date(0).parts();
+    const int64_t month = parts.year * 12LL + parts.month - 1 + std::clamp<int64_t>(months, -120'000, 120'000);
+    if (month < 12 || month >= 120'000) return {};
+    for (int day = parts.day; day > 27; --day) {
+        const auto date = DateTime::from_ymd(static_cast<int>(month / 12), static_cast<int>(month % 12) + 1, day,
+                                             parts.hour, parts.minute, parts.second);
+        if (date) return cell::date(*date, call.cell(0).value_class);
+    }
+    const auto date = DateTime::from_ymd(static_cast<int>(month / 12), static_cast<int>(month % 12) + 1, parts.day,
+                                         parts.hour, parts.minute, parts.second);
+    return date ? cell::date(*date, call.cell(0).value_class) : Cell{};
+}
+
 Cell ordered(Call& call, int wanted)
 {
     const auto order = cell::compared(call.cell(0), call.cell(1));
@@ -69,11 +86,23 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"new", "Date",      "i", Date,      from_count<Date>},
     {"new", "Date",      "d", Date,      from_written<Date>},
     {"new", "java.sql.Date", "i", SqlDate, from_count<SqlDate>},
+    {"new", "Date",      "t", Date,      [](Call& c) { const auto date = written_date(c.text(0)); return date ? cell::date(*date) : Cell{}; }},
     {"new", "Timestamp", "i", Timestamp, from_count<Timestamp>},
+    {"new", "Timestamp", "t", Timestamp, from_written<Timestamp>},
     {"new", "Time",      "i", Time,      from_count<Time>},
     {"Date",      "valueOf", "t", SqlDate,   from_written<SqlDate>},
     {"Timestamp", "valueOf", "t", Timestamp, from_written<Timestamp>},
     {"LocalDate", "now",     "",  SqlDate,   [](Call& c) { return cell::converted(now(c), SqlDate); }, true},
+    {"LocalDate", "parse",   "t",   SqlDate, from_written<SqlDate>},
+    {"LocalDate", "of",      "iii", SqlDate, [](Call& c) { return cell::converted(from_parts(c), SqlDate); }},
+    {"LocalDateTime", "parse", "t", Timestamp, from_written<Timestamp>},
+    {".", "plusDays",    "di", SqlDate, days_later},
+    {".", "minusDays",   "di", SqlDate, [](Call& c) { c.arguments[1] = cell::integer(-c.integer(1), Long); return days_later(c); }},
+    {".", "plusMonths",  "di", SqlDate, [](Call& c) { return months_later(c, c.integer(1)); }},
+    {".", "minusMonths", "di", SqlDate, [](Call& c) { return months_later(c, -c.integer(1)); }},
+    {".", "plusYears",   "di", SqlDate, [](Call& c) { return months_later(c, c.integer(1) * 12); }},
+    {".", "minusYears",  "di", SqlDate, [](Call& c) { return months_later(c, c.integer(1) * -12); }},
+    {".", "toLocalDate", "d",  SqlDate, from_written<SqlDate>},
     {"LocalDateTime", "now", "",  Timestamp, [](Call& c) { return cell::converted(now(c), Timestamp); }, true},
     {"System", "currentTimeMillis", "", Long, [](Call& c) { return cell::integer(c.environment.surroundings().now.unix_milliseconds(), Long); }, true},
 

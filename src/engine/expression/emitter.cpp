@@ -8,6 +8,7 @@ namespace {
 
 constexpr uint16_t kDeepestProgram = 400;
 constexpr size_t kMostInstructions = 100'000;
+constexpr size_t kMostTokens = 1'000'000;
 constexpr size_t kMostOperands = 1'000'000;
 
 }  // namespace
@@ -49,6 +50,16 @@ bool Emitter::is_mark(std::string_view mark, size_t ahead) const
 bool Emitter::is_name(std::string_view name) const
 {
     return token().kind == TokenKind::Name && token().text == name;
+}
+
+void Emitter::splice(std::string_view text, const Token& at)
+{
+    auto tokens = tokens_of(text);
+    tokens.back() = {TokenKind::Mark, 0, ")", 0, {}};
+    tokens.insert(tokens.begin(), {TokenKind::Mark, 0, "(", 0, {}});
+    for (Token& one : tokens) one.offset = at.offset;
+    if (tokens_.size() + tokens.size() > kMostTokens) fail(at, "the expression is too long");
+    tokens_.insert(tokens_.begin() + static_cast<std::ptrdiff_t>(at_), tokens.begin(), tokens.end());
 }
 
 bool Emitter::take(std::string_view mark)

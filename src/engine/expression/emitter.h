@@ -26,6 +26,8 @@ protected:
     [[nodiscard]] const Token& token(size_t ahead = 0) const;
     [[nodiscard]] bool is_mark(std::string_view mark, size_t ahead = 0) const;
     [[nodiscard]] bool is_name(std::string_view name) const;
+    /// Puts the tokens of another text, in brackets, where the reading is. They stand at the place of `at`.
+    void splice(std::string_view text, const Token& at);
     void pass(size_t tokens = 1) { at_ += tokens; }
     bool take(std::string_view mark);    ///< passes over the mark, if it is there
     void expect(std::string_view mark);  ///< @throws SyntaxError when it is not

@@ -15,6 +15,9 @@ namespace velora::engine {
 struct Name {
     size_t slot = 0;
     ValueClass value_class = ValueClass::Object;
+    /// An expression that stands for the name: of a parameter whose class is no plain value, such as a format, a list
+    /// or a map, the default. It has to live as long as the names.
+    std::string_view stands_for = {};
 };
 
 /// The names that an expression may use, asked for while it is compiled.
@@ -24,6 +27,8 @@ public:
     [[nodiscard]] virtual std::optional<Name> field(std::string_view name) const = 0;
     [[nodiscard]] virtual std::optional<Name> variable(std::string_view name) const = 0;
     [[nodiscard]] virtual std::optional<Name> parameter(std::string_view name) const = 0;
+    /// What the definition says of itself, by the name that expressions have for it: "getPageWidth".
+    [[nodiscard]] virtual std::optional<Value> of_report(std::string_view) const { return std::nullopt; }
 };
 
 /// What an expression may ask of the run besides names. Dates are wall time in the zone.

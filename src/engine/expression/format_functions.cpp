@@ -44,6 +44,12 @@ Cell date_and_time_style(Call& call)
                  call.locale());
 }
 
+/// Styles of the day and of the time, "hide" for none of one.
+Cell styled(Call& call, std::string_view day, std::string_view time, const std::string& locale)
+{
+    return dates(call, std::string(day) + "," + std::string(time), locale);
+}
+
 Cell format(Call& call)
 {
     auto text = call.formatter(0).format(call.cell(1));
@@ -65,7 +71,6 @@ Cell print(const std::optional<std::string>& text)
 
 constexpr std::string_view kNumber = "#,##0.###";
 constexpr std::string_view kPercent = "#,##0%";
-constexpr std::string_view kCurrency = "\xC2\xA4#,##0.00";
 
 // clang-format off
 constexpr auto kFunctions = std::to_array<Function>({
@@ -81,6 +86,11 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"DateFormat", "getDateInstance",     "",   Object, [](Call& c) { return date_style(c, "medium"); }, true},
     {"DateFormat", "getDateInstance",     "i",  Object, [](Call& c) { return date_style(c, style_name(c.integer(0))); }, true},
     {"DateFormat", "getDateInstance",     "it", Object, [](Call& c) { return dates(c, std::string(style_name(c.integer(0))) + ",hide", c.text(1)); }, true},
+    {"DateFormat", "getTimeInstance",     "",   Object, [](Call& c) { return styled(c, "hide", "medium", c.locale()); }, true},
+    {"DateFormat", "getTimeInstance",     "it", Object, [](Call& c) { return styled(c, "hide", style_name(c.integer(0)), c.text(1)); }, true},
+    {"DateFormat", "getDateTimeInstance", "iit", Object, [](Call& c) { return styled(c, style_name(c.integer(0)), style_name(c.integer(1)), c.text(2)); }, true},
+    {"DateTimeFormatter", "ofPattern",    "t",  Object, [](Call& c) { return dates(c, c.text(0), c.locale()); }, true},
+    {"DateTimeFormatter", "ofPattern",    "tt", Object, [](Call& c) { return dates(c, c.text(0), c.text(1)); }, true},
     {"DateFormat", "getTimeInstance",     "i",  Object, [](Call& c) { return dates(c, "hide," + std::string(style_name(c.integer(0))), c.locale()); }, true},
     {"DateFormat", "getDateTimeInstance", "",   Object, [](Call& c) { return dates(c, "medium", c.locale()); }, true},
     {"DateFormat", "getDateTimeInstance", "ii", Object, date_and_time_style, true},
@@ -92,9 +102,12 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"NumberFormat", "getIntegerInstance",  "",  Object, [](Call& c) { return numbers(c, "#,##0", c.locale()); }, true},
     {"NumberFormat", "getPercentInstance",  "",  Object, [](Call& c) { return numbers(c, kPercent, c.locale()); }, true},
     {"NumberFormat", "getPercentInstance",  "t", Object, [](Call& c) { return numbers(c, kPercent, c.text(0)); }, true},
-    {"NumberFormat", "getCurrencyInstance", "",  Object, [](Call& c) { return numbers(c, kCurrency, c.locale()); }, true},
-    {"NumberFormat", "getCurrencyInstance", "t", Object, [](Call& c) { return numbers(c, kCurrency, c.text(0)); }, true},
+    {"NumberFormat", "getCurrencyInstance", "",  Object, [](Call& c) { return numbers(c, kCurrencyPattern, c.locale()); }, true},
+    {"NumberFormat", "getCurrencyInstance", "t", Object, [](Call& c) { return numbers(c, kCurrencyPattern, c.text(0)); }, true},
     {".", "format", "Fa", Text,   format, true},
+    {".", "format", "dF", Text,   [](Call& c) { return print(c.formatter(1).format(c.cell(0))); }},
+    {"new", "MessageFormat", "t",  Object, [](Call& c) { return formatter(make_message_formatter(c.text(0), c.locale())); }, true},
+    {"new", "MessageFormat", "tt", Object, [](Call& c) { return formatter(make_message_formatter(c.text(0), c.text(1))); }, true},
     {".", "parse",  "Ft", Object, [](Call& c) { return c.formatter(0).parse(c.text(1)); }, true},
 
     {"String", "format", "t*", Text, [](Call& c) { return print(formatted(c.text(0), c.arguments.subspan(1), c.locale())); }, true},

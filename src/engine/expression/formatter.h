@@ -28,6 +28,9 @@ protected:
     Formatter& operator=(const Formatter&) = default;
 };
 
+/// Stands for the pattern by which a locale writes amounts of its currency.
+inline constexpr std::string_view kCurrencyPattern = "currency";
+
 /// "#,##0.00", "0.0%", "¤#,##0.00;(¤#,##0.00)". Halves go to the even neighbour, seen from the exact binary value
 /// of a double. A locale may name marks of its own: "fr_CA@marks=.|," writes 1,234.50, whatever fr_CA does. Null when
 /// the pattern cannot be read.

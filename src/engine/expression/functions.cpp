@@ -9,9 +9,9 @@ namespace velora::engine {
 
 namespace {
 
-std::array<std::span<const Function>, 4> families()
+std::array<std::span<const Function>, 5> families()
 {
-    return {text_functions(), number_functions(), date_functions(), format_functions()};
+    return {text_functions(), number_functions(), date_functions(), format_functions(), list_functions()};
 }
 
 bool accepts(char letter, ValueClass given)
@@ -32,6 +32,10 @@ bool accepts(char letter, ValueClass given)
             return given == ValueClass::Boolean;
         case 'F':
             return false;
+        case 'L':
+            return given == ValueClass::List;
+        case 'M':
+            return given == ValueClass::Map;
         default:
             return true;
     }
@@ -84,6 +88,15 @@ constexpr auto kConstants = std::to_array<Constant>({
     {"Long", "MIN_VALUE", whole<std::numeric_limits<int64_t>::min(), ValueClass::Long>},
     {"Double", "MAX_VALUE", [] { return cell::number(std::numeric_limits<double>::max()); }},
     {"Double", "MIN_VALUE", [] { return cell::number(std::numeric_limits<double>::denorm_min()); }},
+    {"Double", "NaN", [] { return cell::number(std::numeric_limits<double>::quiet_NaN()); }},
+    {"Double", "POSITIVE_INFINITY", [] { return cell::number(std::numeric_limits<double>::infinity()); }},
+    {"Double", "NEGATIVE_INFINITY", [] { return cell::number(-std::numeric_limits<double>::infinity()); }},
+    {"Float", "MAX_VALUE", [] { return cell::number(std::numeric_limits<float>::max(), ValueClass::Float); }},
+    {"Float", "MIN_VALUE", [] { return cell::number(std::numeric_limits<float>::denorm_min(), ValueClass::Float); }},
+    {"Short", "MAX_VALUE", whole<std::numeric_limits<int16_t>::max(), ValueClass::Short>},
+    {"Short", "MIN_VALUE", whole<std::numeric_limits<int16_t>::min(), ValueClass::Short>},
+    {"Byte", "MAX_VALUE", whole<std::numeric_limits<int8_t>::max(), ValueClass::Byte>},
+    {"Byte", "MIN_VALUE", whole<std::numeric_limits<int8_t>::min(), ValueClass::Byte>},
     {"BigDecimal", "ZERO", [] { return cell::decimal(Decimal::from(int64_t{0})); }},
     {"BigDecimal", "ONE",  [] { return cell::decimal(Decimal::from(int64_t{1})); }},
     {"BigDecimal", "TEN",  [] { return cell::decimal(Decimal::from(int64_t{10})); }},
@@ -115,6 +128,11 @@ constexpr auto kConstants = std::to_array<Constant>({
     {"Locale", "FRENCH",  [] { return cell::text("fr"); }},
     {"Locale", "FRANCE",  [] { return cell::text("fr_FR"); }},
     {"Locale", "ITALY",   [] { return cell::text("it_IT"); }},
+    {"Locale", "ITALIAN", [] { return cell::text("it"); }},
+    {"Locale", "CANADA_FRENCH", [] { return cell::text("fr_CA"); }},
+    {"Locale", "JAPAN",   [] { return cell::text("ja_JP"); }},
+    {"Locale", "CHINA",   [] { return cell::text("zh_CN"); }},
+    {"Locale", "KOREA",   [] { return cell::text("ko_KR"); }},
     {"Locale", "ROOT",    [] { return cell::text("root"); }},
 });
 // clang-format on

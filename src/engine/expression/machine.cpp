@@ -13,18 +13,32 @@ class Machine {
 public:
     Machine(const Program& program, const Environment& environment) : program_(program), environment_(environment) {}
 
+    /// Null as a whole where a method was called on nothing, or nothing was computed with or decided by.
+    Cell result()
+    {
+        Cell cell = evaluate(static_cast<uint32_t>(program_.code.size() - 1));
+        return broken_ ? Cell{} : cell;
+    }
+
+private:
     Cell evaluate(uint32_t at)
     {
         const Instruction* instruction = &program_.code[at];
         // the branch that is taken goes on in the loop: long chains of ?: need no stack
         while (instruction->op == Op::Choose) {
-            const bool taken = is_true(evaluate(operand(*instruction, 0)));
+            const bool taken = is_true(needed(evaluate(operand(*instruction, 0))));
             instruction = &program_.code[operand(*instruction, taken ? 1 : 2)];
         }
         return evaluate(*instruction);
     }
 
-private:
+    /// Marks the whole as broken where the value is nothing.
+    Cell needed(Cell cell)
+    {
+        if (cell.is_null()) broken_ = true;
+        return cell;
+    }
+
     [[nodiscard]] uint32_t operand(const Instruction& instruction, uint32_t number) const
     {
         return program_.operands[instruction.first + number];
@@ -57,8 +71,8 @@ private:
             case Op::Not:
                 return negated_flag(instruction);
             case Op::Negate:
-                return arithmetic(Op::Subtract, instruction.result, cell::integer(0),
-                                  evaluate(operand(instruction, 0)));
+                return needed(
+                    arithmetic(Op::Subtract, instruction.result, cell::integer(0), evaluate(operand(instruction, 0))));
             case Op::Convert:
                 return cell::converted(evaluate(operand(instruction, 0)), instruction.result);
             case Op::IsClass:
@@ -101,17 +115,37 @@ private:
         const Cell right = evaluate(operand(instruction, 1));
         switch (instruction.op) {
             case Op::Equal:
-                return cell::boolean(cell::equal(left, right));
             case Op::NotEqual:
-                return cell::boolean(!cell::equal(left, right));
+                broken_ = broken_ || (left.is_null() && unboxed(operand(instruction, 0), operand(instruction, 1))) ||
+                          (right.is_null() && unboxed(operand(instruction, 1), operand(instruction, 0)));
+                return cell::boolean(cell::equal(left, right) == (instruction.op == Op::Equal));
+            case Op::BitAnd:
+            case Op::BitOr:
+            case Op::BitXor:
+            case Op::ShiftLeft:
+            case Op::ShiftRight:
+            case Op::ShiftRightZero:
+                return needed(bitwise(instruction.op, left, right));
             case Op::Less:
             case Op::LessOrEqual:
             case Op::Greater:
             case Op::GreaterOrEqual:
+                broken_ = broken_ || left.is_null() || right.is_null();
                 return ordered(instruction.op, cell::compared(left, right));
             default:
-                return arithmetic(instruction.op, instruction.result, left, right);
+                return needed(arithmetic(instruction.op, instruction.result, left, right));
         }
+    }
+
+    /// Whether comparing asks for the number that the first operand does not have: where the other one is a literal or
+    /// is worked out. The literal null may always be asked for.
+    [[nodiscard]] bool unboxed(uint32_t nothing, uint32_t other) const
+    {
+        if (program_.code[nothing].op == Op::Constant) return false;
+        const Instruction& instruction = program_.code[other];
+        const bool plain = is_number(instruction.result) || instruction.result == ValueClass::Boolean;
+        return plain && instruction.result != ValueClass::Decimal &&
+               (instruction.op == Op::Constant || (instruction.op >= Op::Add && instruction.op <= Op::Negate));
     }
 
     static Cell ordered(Op op, std::optional<int> order)
@@ -129,23 +163,22 @@ private:
         }
     }
 
-    /// The second operand is left alone when the first decides. Null is neither true nor false.
+    /// The second operand is left alone when the first decides.
     Cell logical(const Instruction& instruction)
     {
         const bool decides = instruction.op == Op::Or;
-        bool unknown = false;
         for (uint32_t at = 0; at < instruction.count; ++at) {
-            const Cell cell = evaluate(operand(instruction, at));
+            const Cell cell = needed(evaluate(operand(instruction, at)));
             const bool* flag = cell.get_if<bool>();
-            if (flag != nullptr && *flag == decides) return cell::boolean(decides);
-            unknown = unknown || flag == nullptr;
+            if (flag == nullptr) return {};
+            if (*flag == decides) return cell::boolean(decides);
         }
-        return unknown ? Cell{} : cell::boolean(!decides);
+        return cell::boolean(!decides);
     }
 
     Cell negated_flag(const Instruction& instruction)
     {
-        const Cell cell = evaluate(operand(instruction, 0));
+        const Cell cell = needed(evaluate(operand(instruction, 0)));
         const bool* flag = cell.get_if<bool>();
         return flag == nullptr ? Cell{} : cell::boolean(!*flag);
     }
@@ -197,20 +230,23 @@ private:
         const auto arguments =
             instruction.count > few.size() ? std::span<Cell>(many) : std::span<Cell>(few).first(instruction.count);
         for (uint32_t at = 0; at < instruction.count; ++at) arguments[at] = evaluate(operand(instruction, at));
-        if (!prepare(function, arguments)) return {};
+        if (!prepare(function, arguments)) return needed({});
         Call call{arguments, environment_, program_.formatters};
-        return function.call(call);
+        const bool may_be_nothing =
+            function.takes.find_first_of("o*") != std::string_view::npos || function.asks_the_run;
+        return may_be_nothing ? function.call(call) : needed(function.call(call));
     }
 
     const Program& program_;
     const Environment& environment_;
+    bool broken_ = false;
 };
 
 }  // namespace
 
 Cell run(const Program& program, const Environment& environment)
 {
-    return Machine(program, environment).evaluate(static_cast<uint32_t>(program.code.size() - 1));
+    return Machine(program, environment).result();
 }
 
 }  // namespace velora::engine

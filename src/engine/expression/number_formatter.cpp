@@ -315,18 +315,57 @@ void set_marks(icu::DecimalFormatSymbols& symbols, std::string_view marks)
                       unicode(marks.substr(std::min(bar + 1, marks.size()))));
 }
 
-}  // namespace
+/// The pattern with the signs of the currency as texts: they change neither places nor blanks.
+std::string with_currency(std::string_view pattern, const icu::DecimalFormatSymbols& symbols)
+{
+    constexpr std::string_view kSign = "\xC2\xA4";
+    std::string out;
+    for (size_t at = 0; at < pattern.size();) {
+        if (!pattern.substr(at).starts_with(kSign)) {
+            out += pattern[at++];
+            continue;
+        }
+        at += kSign.size();
+        const bool code = pattern.substr(at).starts_with(kSign);
+        if (code) at += kSign.size();
+        using Icu = icu::DecimalFormatSymbols;
+        const auto sign = utf8(symbols.getConstSymbol(code ? Icu::kIntlCurrencySymbol : Icu::kCurrencySymbol));
+        out.append("'").append(sign).append("'");
+    }
+    return out;
+}
 
-std::shared_ptr<const Formatter> make_number_formatter(std::string_view pattern, const std::string& locale)
+/// The pattern that a locale writes amounts of its currency by.
+std::string currency_pattern(const icu::Locale& locale)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const auto [name, marks] = split_marks(locale);
-    auto symbols = std::make_unique<icu::DecimalFormatSymbols>(icu::Locale::createCanonical(name.c_str()), status);
-    if (U_FAILURE(status) || pattern.size() > 1000) return nullptr;
+    const std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createCurrencyInstance(locale, status));
+    const auto* decimal = dynamic_cast<const icu::DecimalFormat*>(format.get());
+    icu::UnicodeString pattern;
+    if (U_FAILURE(status) || decimal == nullptr) return "\xC2\xA4#,##0.00";
+    return utf8(decimal->toPattern(pattern));
+}
+
+}  // namespace
+
+std::shared_ptr<const Formatter> make_number_formatter(std::string_view given, const std::string& locale_name)
+{
+    const auto [name, marks] = split_marks(locale_name);
+    const auto locale = icu::Locale::createCanonical(name.c_str());
+    UErrorCode status = U_ZERO_ERROR;
+    auto symbols = std::make_unique<icu::DecimalFormatSymbols>(locale, status);
+    if (U_FAILURE(status) || given.size() > 1000) return nullptr;
     if (marks) set_marks(*symbols, *marks);
+    const std::string pattern =
+        with_currency(given == kCurrencyPattern ? currency_pattern(locale) : std::string(given), *symbols);
     auto format = std::make_unique<icu::DecimalFormat>(unicode(pattern), symbols.release(), status);
     if (U_FAILURE(status)) return nullptr;
     format->setRoundingMode(icu::DecimalFormat::kRoundHalfEven);
+    if (format->isScientificNotation()) {
+        // all places of the pattern are digits of the number, those before the point too
+        format->setMaximumFractionDigits(format->getMaximumFractionDigits() + format->getMaximumIntegerDigits() -
+                                         format->getMinimumIntegerDigits());
+    }
     return std::make_shared<NumberFormatter>(std::move(format), pattern);
 }
 

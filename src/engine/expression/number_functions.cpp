@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -137,6 +138,43 @@ Cell power(Call& call)
     return cell::decimal(result);
 }
 
+/// The digits of a whole number to a base.
+Cell to_base(int64_t value, int64_t base)
+{
+    if (base < 2 || base > 36) return {};
+    std::array<char, 72> text{};
+    return cell::text(
+        {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, static_cast<int>(base)).ptr});
+}
+
+/// The bits of a whole number as digits to a base, as many as its class has.
+Cell bits_to_base(Call& call, int base, bool wide)
+{
+    auto bits = static_cast<uint64_t>(call.integer(0));
+    if (!wide) bits &= 0xFFFFFFFFU;
+    std::array<char, 72> text{};
+    return cell::text({text.data(), std::to_chars(text.data(), text.data() + text.size(), bits, base).ptr});
+}
+
+Cell from_base(Call& call, ValueClass result)
+{
+    std::string_view text = call.text(0);
+    if (text.starts_with('+')) text.remove_prefix(1);
+    const int64_t base = call.integer(1);
+    int64_t value = 0;
+    if (base < 2 || base > 36) return {};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, static_cast<int>(base));
+    const bool whole = error == std::errc{} && end == text.data() + text.size() && !text.empty();
+    const Cell made = cell::integer(value, result);
+    return whole && *made.get_if<int64_t>() == value ? made : Cell{};
+}
+
+Cell order_of(Call& call)
+{
+    const auto order = cell::compared(call.cell(0), call.cell(1));
+    return order ? cell::integer(*order) : Cell{};
+}
+
 /// A whole number over a power of ten.
 Cell over_places(Call& call)
 {
@@ -227,6 +265,21 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"Double",     "valueOf",     "t", Double,  read<Double>},
     {"Double",     "parseDouble", "t", Double,  read<Double>},
     {"Double",     "toString",    "n", Text,    as<Text>},
+    {"Integer",    "parseInt",    "ti", Integer, [](Call& c) { return from_base(c, Integer); }},
+    {"Integer",    "valueOf",     "ti", Integer, [](Call& c) { return from_base(c, Integer); }},
+    {"Long",       "parseLong",   "ti", Long,    [](Call& c) { return from_base(c, Long); }},
+    {"Integer",    "toString",    "ii", Text,    [](Call& c) { return to_base(c.integer(0), c.integer(1)); }},
+    {"Long",       "toString",    "ii", Text,    [](Call& c) { return to_base(c.integer(0), c.integer(1)); }},
+    {"Integer",    "toHexString",    "i", Text, [](Call& c) { return bits_to_base(c, 16, false); }},
+    {"Integer",    "toOctalString",  "i", Text, [](Call& c) { return bits_to_base(c, 8, false); }},
+    {"Integer",    "toBinaryString", "i", Text, [](Call& c) { return bits_to_base(c, 2, false); }},
+    {"Long",       "toHexString",    "i", Text, [](Call& c) { return bits_to_base(c, 16, true); }},
+    {"Long",       "toOctalString",  "i", Text, [](Call& c) { return bits_to_base(c, 8, true); }},
+    {"Long",       "toBinaryString", "i", Text, [](Call& c) { return bits_to_base(c, 2, true); }},
+    {"Integer",    "compare",     "nn", Integer, order_of},
+    {"Long",       "compare",     "nn", Integer, order_of},
+    {"Double",     "compare",     "nn", Integer, order_of},
+    {"Double",     "isInfinite",  "f", Boolean, [](Call& c) { return cell::boolean(std::isinf(c.number(0))); }},
     {"Double",     "isNaN",       "f", Boolean, [](Call& c) { return cell::boolean(std::isnan(c.number(0))); }},
     {"BigDecimal", "valueOf",     "n", Decimal, as<Decimal>},
     {"BigDecimal", "valueOf",     "ni", Decimal, over_places},

@@ -15,7 +15,7 @@ enum class Op : uint8_t {
     Constant, Field, Variable, Parameter, Resource,
     Add, Subtract, Multiply, Divide, Remainder, Negate,
     Concat, Equal, NotEqual, Less, LessOrEqual, Greater, GreaterOrEqual,
-    And, Or, Not, Choose, Convert, IsClass, IsNumber, Call,
+    And, Or, Not, BitAnd, BitOr, BitXor, ShiftLeft, ShiftRight, ShiftRightZero, Choose, Convert, IsClass, IsNumber, Call,
     // clang-format on
 };
 
@@ -55,6 +55,8 @@ struct Program {
 
 /// Computes with two cells as `result` says; null where that is impossible.
 Cell arithmetic(Op op, ValueClass result, const Cell& left, const Cell& right);
+/// The bits of two whole numbers or truth values; null for anything else.
+Cell bitwise(Op op, const Cell& left, const Cell& right);
 /// The class that arithmetic between two classes is done in.
 ValueClass promoted(ValueClass left, ValueClass right);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 #include "engine/expression/functions.h"
 #include "engine/expression/utf16.h"
@@ -87,6 +88,13 @@ Cell index_of(Call& call)
     return position(call.text(0), call.text(0).find(call.text(1)));
 }
 
+Cell index_of_character(Call& call)
+{
+    std::string one;
+    cell::append_text(cell::integer(call.integer(1), ValueClass::Character), one);
+    return position(call.text(0), call.text(0).find(one));
+}
+
 Cell index_from(Call& call)
 {
     const auto from = utf8_offset(call.text(0), std::max<int64_t>(call.integer(2), 0));
@@ -149,16 +157,18 @@ Cell matches(Call& call)
     return U_SUCCESS(status) ? cell::boolean(found) : Cell{};
 }
 
-/// The parts between matches; empty parts at the end are dropped.
+/// The parts between matches, at most as many as the third argument says; without one, or with 0, empty parts at the
+/// end are dropped.
 std::optional<std::vector<std::string>> split(Call& call)
 {
     const auto text = unicode(call.text(0));
     const auto made = matcher(call.text(1), text);
     if (!made) return std::nullopt;
+    const int64_t limit = call.arguments.size() > 2 ? call.integer(2) : 0;
     std::vector<std::string> parts;
     int32_t from = 0;
     UErrorCode status = U_ZERO_ERROR;
-    while (made->find(status) && U_SUCCESS(status)) {
+    while ((limit <= 0 || static_cast<int64_t>(parts.size()) + 1 < limit) && made->find(status) && U_SUCCESS(status)) {
         const int32_t start = made->start(status);
         const int32_t end = made->end(status);
         if (end == 0) continue;
@@ -167,22 +177,17 @@ std::optional<std::vector<std::string>> split(Call& call)
     }
     if (U_FAILURE(status)) return std::nullopt;
     parts.push_back(utf8(text.tempSubString(from)));
-    while (parts.size() > 1 && parts.back().empty()) parts.pop_back();
+    while (limit == 0 && parts.size() > 1 && parts.back().empty()) parts.pop_back();
     return parts;
 }
 
-Cell split_part(Call& call)
+Cell split_list(Call& call)
 {
     const auto parts = split(call);
-    const auto at = call.integer(2);
-    if (!parts || at < 0 || static_cast<size_t>(at) >= parts->size()) return {};
-    return cell::text((*parts)[static_cast<size_t>(at)]);
-}
-
-Cell split_count(Call& call)
-{
-    const auto parts = split(call);
-    return parts ? cell::integer(static_cast<int64_t>(parts->size())) : Cell{};
+    if (!parts) return {};
+    std::vector<Cell> cells;
+    for (const auto& part : *parts) cells.push_back(cell::text(part));
+    return cell::list(std::move(cells));
 }
 
 Cell repeated(Call& call)
@@ -247,21 +252,22 @@ Cell title_case(Call& call)
     return cell::text(utf8(text.toTitle(nullptr, icu::Locale(call.locale().c_str()))));
 }
 
-/// Same class and same value: the Integer 1 is not equal to the Long 1, the decimal 1.0 not to 1.00.
-bool same(const Cell& left, const Cell& right)
+/// How far the first two UTF-16 units that differ lie apart, else the lengths.
+int64_t text_distance(const icu::UnicodeString& left, const icu::UnicodeString& right)
 {
-    if (left.is_null() || right.is_null()) return left.is_null() && right.is_null();
-    if (is_date(left.value_class) && is_date(right.value_class)) return cell::equal(left, right);
-    const bool texts = is_text(left.value_class) && is_text(right.value_class);
-    if (left.value_class != right.value_class && !texts) return false;
-    if (const auto* decimal = left.get_if<Decimal>()) {
-        if (decimal->scale() != right.get_if<Decimal>()->scale()) return false;
+    const int32_t common = std::min(left.length(), right.length());
+    for (int32_t at = 0; at < common; ++at) {
+        if (left[at] != right[at]) return left[at] - right[at];
     }
-    return cell::equal(left, right);
+    return left.length() - right.length();
 }
 
 Cell compare_to(Call& call)
 {
+    if (is_text(call.cell(0).value_class) && is_text(call.cell(1).value_class)) {
+        return cell::integer(text_distance(unicode(*text_of(call.cell(0)).get_if<std::string>()),
+                                           unicode(*text_of(call.cell(1)).get_if<std::string>())));
+    }
     const auto order = cell::compared(call.cell(0), call.cell(1));
     return order ? cell::integer(*order < 0 ? -1 : *order > 0 ? 1 : 0) : Cell{};
 }
@@ -284,13 +290,6 @@ Cell resource(Call& call)
 Cell embedded_bytes(const std::string& base64)
 {
     return cell::text("data:;base64," + base64);
-}
-
-/// Whether the last argument is among those before it.
-Cell is_among(Call& call)
-{
-    const auto list = call.arguments.first(call.arguments.size() - 1);
-    return cell::boolean(std::ranges::any_of(list, [&](const Cell& one) { return same(one, call.arguments.back()); }));
 }
 
 bool is_blank(const std::string& text)
@@ -319,6 +318,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {".", "toLowerCase", "t",   Text, lower, true},
     {".", "indexOf",     "tt",  Integer, index_of},
     {".", "indexOf",     "tti", Integer, index_from},
+    {".", "indexOf",     "ti",  Integer, index_of_character},
     {".", "lastIndexOf", "tt",  Integer, last_index_of},
     {".", "charAt",      "ti",  Character, char_at},
     {".", "contains",    "tt",  Boolean, [](Call& c) { return cell::boolean(c.text(0).find(c.text(1)) != std::string::npos); }},
@@ -331,8 +331,11 @@ constexpr auto kFunctions = std::to_array<Function>({
     {".", "replaceAll",  "ttt", Text, [](Call& c) { return replace_pattern(c, true); }},
     {".", "replaceFirst", "ttt", Text, [](Call& c) { return replace_pattern(c, false); }},
     {".", "matches",     "tt",  Boolean, matches},
-    {".", "split[]",     "tti", Text, split_part},
-    {".", "split.length", "tt", Integer, split_count},
+    {".", "split",       "tt",  List, split_list},
+    {".", "split",       "tti", List, split_list},
+    {".", "contentEquals", "tt", Boolean, [](Call& c) { return cell::boolean(c.text(0) == c.text(1)); }},
+    {".", "hashCode",    "a",   Integer, [](Call& c) { return cell::integer(hash_code(c.cell(0))); }},
+    {".", "formatted",   "t*",  Text, [](Call& c) { auto made = formatted(c.text(0), c.arguments.subspan(1), c.locale()); return made ? cell::text(std::move(*made)) : Cell{}; }, true},
     {".", "booleanValue", "b",  Boolean, [](Call& c) { return c.cell(0); }},
     {".", "charValue",   "i",   Character, [](Call& c) { return cell::integer(c.integer(0), Character); }},
 
@@ -351,6 +354,12 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"Character", "valueOf",     "i", Character, [](Call& c) { return cell::integer(c.integer(0), Character); }},
     {"Character", "isDigit",     "i", Boolean, [](Call& c) { return cell::boolean(c.integer(0) >= '0' && c.integer(0) <= '9'); }},
     {"Character", "isLetter",    "i", Boolean, [](Call& c) { return cell::boolean(u_isalpha(static_cast<UChar32>(c.integer(0))) != 0); }},
+    {"Character", "isLetterOrDigit", "i", Boolean, [](Call& c) { return cell::boolean(u_isalnum(static_cast<UChar32>(c.integer(0))) != 0); }},
+    {"Character", "isWhitespace", "i", Boolean, [](Call& c) { return cell::boolean(u_isWhitespace(static_cast<UChar32>(c.integer(0))) != 0); }},
+    {"Character", "isUpperCase", "i", Boolean, [](Call& c) { return cell::boolean(u_isupper(static_cast<UChar32>(c.integer(0))) != 0); }},
+    {"Character", "isLowerCase", "i", Boolean, [](Call& c) { return cell::boolean(u_islower(static_cast<UChar32>(c.integer(0))) != 0); }},
+    {"Character", "getNumericValue", "i", Integer, [](Call& c) { return cell::integer(u_digit(static_cast<UChar32>(c.integer(0)), 36)); }},
+    {"Character", "toLowerCase", "i", Character, [](Call& c) { return cell::integer(u_tolower(static_cast<UChar32>(c.integer(0))), Character); }},
     {"Character", "toUpperCase", "i", Character, [](Call& c) { return cell::integer(u_toupper(static_cast<UChar32>(c.integer(0))), Character); }},
 
     {"new", "String",  "",  Text,    [](Call&)   { return cell::text(""); }},
@@ -371,8 +380,8 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"Base64", "getMimeDecoder", "",  Text, [](Call&) { return cell::text("base64"); }},
     {"Base64", "decodeBase64",   "t", Text, [](Call& c) { return embedded_bytes(c.text(0)); }},
     {"org.apache.commons.codec.binary.Base64", "decodeBase64", "t", Text, [](Call& c) { return embedded_bytes(c.text(0)); }},
-    {"Arrays", "asList.contains", "o*", Boolean, is_among},
-    {"List",   "of.contains",     "o*", Boolean, is_among},
+    {"Locale", "forLanguageTag", "t", Text, [](Call& c) { return cell::text(replaced(c.text(0), "-", "_")); }},
+    {"Locale", "getDefault", "", Text, [](Call& c) { return cell::text(c.locale()); }, true},
     {"new", "Locale", "t",  Text, [](Call& c) { return c.cell(0); }},
     {"new", "Locale", "tt", Text, [](Call& c) { return cell::text(c.text(0) + "_" + c.text(1)); }},
 
@@ -395,6 +404,34 @@ constexpr auto kFunctions = std::to_array<Function>({
 // clang-format on
 
 }  // namespace
+
+int64_t hash_code(const Cell& value)
+{
+    if (const auto* text = value.get_if<std::string>()) {
+        const auto units = unicode(*text);
+        uint32_t hash = 0;
+        for (int32_t at = 0; at < units.length(); ++at) hash = hash * 31 + units[at];
+        return static_cast<int32_t>(hash);
+    }
+    if (const auto* flag = value.get_if<bool>()) return *flag ? 1231 : 1237;
+    const auto* number = value.get_if<double>();
+    const auto bits =
+        number != nullptr ? std::bit_cast<uint64_t>(*number) : static_cast<uint64_t>(cell::to_integer(value));
+    const bool wide = number != nullptr || value.value_class == ValueClass::Long;
+    return static_cast<int32_t>(wide ? bits ^ (bits >> 32) : bits);
+}
+
+bool same(const Cell& left, const Cell& right)
+{
+    if (left.is_null() || right.is_null()) return left.is_null() && right.is_null();
+    if (is_date(left.value_class) && is_date(right.value_class)) return cell::equal(left, right);
+    const bool texts = is_text(left.value_class) && is_text(right.value_class);
+    if (left.value_class != right.value_class && !texts) return false;
+    if (const auto* decimal = left.get_if<engine::Decimal>()) {
+        if (decimal->scale() != right.get_if<engine::Decimal>()->scale()) return false;
+    }
+    return cell::equal(left, right);
+}
 
 std::span<const Function> text_functions()
 {

@@ -23,8 +23,9 @@ bool starts_name(char c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
-constexpr auto kMarks = std::to_array<std::string_view>({"&&", "||", "==", "!=", "<=", ">=", "+", "-", "*", "/", "%",
-                                                         "!",  "<",  ">",  "?",  ":",  "(",  ")", ",", ".", "[", "]"});
+constexpr auto kMarks = std::to_array<std::string_view>(
+    {">>>", "&&", "||", "==", "!=", "<=", ">=", "<<", ">>", "+", "-", "*", "/", "%", "!", "<",
+     ">",   "?",  ":",  "(",  ")",  ",",  ".",  "[",  "]",  "{", "}", "&", "|", "^", "~"});
 
 class Splitter {
 public:
@@ -173,7 +174,8 @@ private:
     Token number()
     {
         const size_t from = at_;
-        if (peek() == '0' && (peek(1) == 'x' || peek(1) == 'X')) return hexadecimal();
+        if (peek() == '0' && (peek(1) == 'x' || peek(1) == 'X')) return of_base(16);
+        if (peek() == '0' && (peek(1) == 'b' || peek(1) == 'B')) return of_base(2);
         bool whole = true;
         std::string digits;
         const auto take_digits = [&] {
@@ -212,7 +214,7 @@ private:
             if (!decimal) throw SyntaxError(from, "the number is out of range");
             return cell::decimal(decimal);
         }
-        if (whole) return whole_literal(from, digits, 10);
+        if (whole) return whole_literal(from, digits, digits.size() > 1 && digits.front() == '0' ? 8 : 10);
         const std::string written = digits.front() == '.' ? "0" + digits : digits;
         double value = 0;
         const auto [end, error] = std::from_chars(written.data(), written.data() + written.size(), value);
@@ -224,11 +226,12 @@ private:
     {
         uint64_t value = 0;
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
+        if (end != digits.data() + digits.size()) throw SyntaxError(from, "a digit is too large for its base");
         const bool is_long = peek() == 'L' || peek() == 'l';
         if (is_long) ++at_;
         const uint64_t least = is_long ? uint64_t{1} << 63 : uint64_t{1} << 31;  // its minus sign stands before it
         const uint64_t bits = is_long ? ~uint64_t{0} : 0xFFFFFFFFU;
-        const uint64_t most = base == 16 ? bits : after_minus_ ? least : least - 1;
+        const uint64_t most = base != 10 ? bits : after_minus_ ? least : least - 1;
         if (error != std::errc{} || digits.empty() || value > most) {
             throw SyntaxError(from, is_long ? "the number is out of range"
                                             : "the number is out of the range of an Integer; write L behind it");
@@ -236,13 +239,16 @@ private:
         return cell::integer(static_cast<int64_t>(value), is_long ? ValueClass::Long : ValueClass::Integer);
     }
 
-    Token hexadecimal()
+    /// Digits behind 0x or 0b.
+    Token of_base(int base)
     {
         const size_t from = at_;
         at_ += 2;
         std::string digits;
-        while (hex_value(peek()) >= 0) digits += text_[at_++];
-        return {TokenKind::Literal, from, {}, 0, whole_literal(from, digits, 16)};
+        for (; hex_value(peek()) >= 0 || peek() == '_'; ++at_) {
+            if (peek() != '_') digits += peek();
+        }
+        return {TokenKind::Literal, from, {}, 0, whole_literal(from, digits, base)};
     }
 
     std::string_view text_;

@@ -45,6 +45,8 @@ constexpr auto kDeclared = std::to_array<Declared>({
     {"CharSequence", ValueClass::Text},
     {"Number",      ValueClass::Object},
     {"Comparable",  ValueClass::Object},
+    {"list",        ValueClass::List},
+    {"map",         ValueClass::Map},
     // clang-format on
 });
 

@@ -25,6 +25,8 @@ enum class ValueClass : uint8_t {
     Time,       ///< a time of day
     Timestamp,  ///< as databases give it
     Text,
+    List,  ///< there only while an expression is worked out
+    Map,   ///< the same; keys and values in turn
 };
 
 /// The class of a declared type name ("java.math.BigDecimal", "Integer", "int"). None for one that is outside the

@@ -1,5 +1,7 @@
 #include "engine/plan/plan_names.h"
 
+#include <algorithm>
+
 #include "values/number_text.h"
 
 namespace velora::engine {
@@ -80,6 +82,33 @@ PlanNames::PlanNames(const ReportPlan& plan)
     add(fields_, plan.fields);
     add(variables_, plan.variables);
     add(parameters_, plan.parameters);
+    if (plan.definition == nullptr) return;
+    for (const auto& parameter : plan.definition->data.parameters) {
+        const auto slot = parameters_.find(parameter.name);
+        if (slot == parameters_.end() || value_class(parameter.class_name)) continue;
+        slot->second.stands_for = parameter.default_value.text;
+    }
+    definition_ = plan.definition.get();
+}
+
+std::optional<Value> PlanNames::of_report(std::string_view name) const
+{
+    if (definition_ == nullptr) return std::nullopt;
+    if (name == "getName") return Value(definition_->name);
+    const model::PageLayout& page = definition_->page;
+    const std::pair<std::string_view, int> sizes[] = {
+        {"getPageWidth", page.width},
+        {"getPageHeight", page.height},
+        {"getLeftMargin", page.left},
+        {"getRightMargin", page.right},
+        {"getTopMargin", page.top},
+        {"getBottomMargin", page.bottom},
+        {"getColumnCount", page.column_count},
+        {"getColumnWidth", page.column_width},
+        {"getColumnSpacing", page.column_spacing},
+    };
+    const auto found = std::ranges::find(sizes, name, &std::pair<std::string_view, int>::first);
+    return found == std::end(sizes) ? std::nullopt : std::optional(Value(int64_t{found->second}));
 }
 
 std::optional<Name> PlanNames::field(std::string_view name) const

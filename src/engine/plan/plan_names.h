@@ -12,10 +12,12 @@ public:
     [[nodiscard]] std::optional<Name> field(std::string_view name) const override;
     [[nodiscard]] std::optional<Name> variable(std::string_view name) const override;
     [[nodiscard]] std::optional<Name> parameter(std::string_view name) const override;
+    [[nodiscard]] std::optional<Value> of_report(std::string_view name) const override;
 
 private:
     using Slots = std::map<std::string, Name, std::less<>>;
     Slots fields_, variables_, parameters_;
+    const model::Definition* definition_ = nullptr;
 };
 
 /// The declared parameters with those that every report has.

@@ -6,37 +6,39 @@
 
 namespace velora::engine {
 
-/// Line breaking classes of plain Latin text (Unicode Standard Annex 14). Other stands for everything that
-/// needs the full rules.
+/// What a character is to the end of a line. Other stands for scripts whose words only a dictionary can tell apart.
 enum class BreakClass : uint8_t {
     Letter,
     Digit,
-    Infix,
+    Point,     ///< within a number: . ,
+    Close,     ///< stays with what is before it
+    Quote,     ///< opens or closes
+    Open,      ///< stays with what follows; most currency signs too
+    Currency,  ///< $ and ' stay with both sides
     Hyphen,
-    Slash,
-    Open,
-    Close,
-    Paren,
-    Exclaim,
-    Quote,
-    Prefix,
-    Postfix,
-    Bar,
-    Space,
+    Blank,
+    Ideograph,
+    Glue,  ///< no-break blanks and hyphens
+    Mark,  ///< combining marks
+    Feed,
     Other
 };
 
-BreakClass break_class(char32_t character);
+/// The character that begins `text` at `at`; "()" is one sign that closes.
+BreakClass break_class(std::string_view text, uint32_t at, char32_t character);
 
-enum class PairBreak : uint8_t { No, Yes, Unknown };
+/// Tells character by character where a line may end, as designers' tools break texts: after a sign that closes and
+/// before one that opens, also without a blank; after a hyphen; not within a number, and not after a slash.
+class BreakRules {
+public:
+    /// Whether a line may end before the character. Not for Other.
+    bool before(BreakClass kind);
 
-/// Whether a line may end between two neighbouring characters of plain Latin text.
-/// @param before  class of the character before `left`, which matters for hyphens
-PairBreak break_between(BreakClass before, BreakClass left, BreakClass right);
-/// The same with blanks between the two; `left` is Space at the start of a paragraph.
-PairBreak break_after_blanks(BreakClass left, BreakClass right);
+private:
+    char state_ = 'f';
+};
 
-/// Break opportunities by the full rules.
+/// Break opportunities of a paragraph in any script.
 class LineBreaker {
 public:
     LineBreaker();
@@ -50,8 +52,16 @@ public:
     uint32_t next();
 
 private:
-    struct Iterator;
-    std::unique_ptr<Iterator> iterator_;
+    struct Dictionary;
+
+    void start_dictionary(std::string_view text);
+    uint32_t next_of_dictionary();
+
+    std::string_view text_;
+    uint32_t at_ = 0;
+    BreakRules rules_;
+    bool plain_ = true;
+    std::unique_ptr<Dictionary> dictionary_;
 };
 
 }  // namespace velora::engine

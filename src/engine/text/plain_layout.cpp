@@ -8,6 +8,15 @@
 namespace velora::engine {
 namespace {
 
+constexpr double kTolerance = 0.001;  // in points, as where texts are shaped
+
+/// Whether the character takes its advance and nothing more.
+bool is_plain(char32_t character, BreakClass kind)
+{
+    return character < 0x250 && character != 0xAD && kind != BreakClass::Feed &&
+           (kind != BreakClass::Blank || character == ' ');
+}
+
 /// Walks over the characters once; positions count in font units from the start of the line.
 class PlainScan {
 public:
@@ -29,13 +38,14 @@ public:
     {
         for (uint32_t at = range_.begin; at < range_.end;) {
             const auto [character, size] = utf8_at(text_, at);
-            const BreakClass kind = break_class(character);
+            const BreakClass kind = break_class(text_, at, character);
             const Face::Glyph glyph = face_.glyph(character);
-            if (kind == BreakClass::Other || glyph.id == 0) return LayoutResult::Unsuitable;
-            if (kind == BreakClass::Space) {
+            if (!is_plain(character, kind) || glyph.id == 0) return LayoutResult::Unsuitable;
+            const bool may_end = rules_.before(kind);
+            if (kind == BreakClass::Blank) {
                 blanks_ += glyph.advance;
             } else {
-                if (!note_break(at, kind)) return LayoutResult::Unsuitable;
+                note_break(at, may_end);
                 if (!make_room(at, glyph.advance)) return LayoutResult::Full;
                 visible_end_ = at + size;
                 visible_ = position_;
@@ -48,25 +58,16 @@ public:
 private:
     void set_limit()
     {
-        const double units = points_per_unit_ > 0 ? builder_.available() / points_per_unit_ : 1e9;
-        limit_ = static_cast<int64_t>(std::floor(std::min(units, 1e9) + 0.01));
+        const double units = points_per_unit_ > 0 ? (builder_.available() + kTolerance) / points_per_unit_ : 1e9;
+        limit_ = static_cast<int64_t>(std::floor(std::min(units, 1e9)));
     }
 
-    /// Moves over the blanks before a character. False when it is not clear whether a line may end before it.
-    bool note_break(uint32_t at, BreakClass kind)
+    /// Moves over the blanks before a character, and remembers whether a line may end before it.
+    void note_break(uint32_t at, bool may_end)
     {
         position_ += blanks_;
-        const bool after_blanks = blanks_ > 0;
         blanks_ = 0;
-        if (at > range_.begin) {
-            const PairBreak may =
-                after_blanks ? break_after_blanks(previous_, kind) : break_between(before_previous_, previous_, kind);
-            if (may == PairBreak::Unknown) return false;
-            if (may == PairBreak::Yes) break_ = {at, visible_end_, visible_, position_, true};
-        }
-        before_previous_ = after_blanks ? BreakClass::Space : previous_;
-        previous_ = kind;
-        return true;
+        if (may_end && at > range_.begin) break_ = {at, visible_end_, visible_, position_, true};
     }
 
     /// Ends lines until the character fits, or stands alone on its line.
@@ -113,7 +114,7 @@ private:
     uint32_t line_begin_, visible_end_;
     int64_t position_ = 0, visible_ = 0, blanks_ = 0;
     Break break_;
-    BreakClass previous_ = BreakClass::Space, before_previous_ = BreakClass::Space;
+    BreakRules rules_;
 };
 
 }  // namespace

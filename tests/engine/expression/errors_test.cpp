@@ -47,8 +47,9 @@ TEST(Refusals, LiteralsThatMeanNothing)
 TEST(Refusals, OperatorsOnTheWrongKinds)
 {
     refuse({{"an assignment", "$F{count} = 1", {4, 20}, "'=' is outside"},
-            {"bits", "$F{count} & 1", {4, 20}, "'&' is outside"},
-            {"a power", "2 ^ 3", {4, 12}, "'^' is outside"},
+            {"bits of a fraction", "$F{count} & 1.5", {4, 20}, "takes whole numbers"},
+            {"bits of a text", "~$F{name}", {4, 10}, "takes whole numbers"},
+            {"shifted truth", "true << 1", {4, 15}, "takes whole numbers"},
             {"an increment", "$F{count}++", {4, 21}, "missing before the end"},
             {"a text as a condition", "$F{name} ? 1 : 2", {4, 19}, "takes a Boolean, not a String"},
             {"a number in and", "true && 1", {4, 15}, "takes a Boolean"},
@@ -59,7 +60,7 @@ TEST(Refusals, OperatorsOnTheWrongKinds)
             {"a truth value and a text", "$F{flag} == \"true\"", {4, 19}, "does not compare"},
             {"no else part", "true ? 1", {4, 18}, "':' is missing"},
             {"a cast to a class of nobody", "(Widget) 1", {4, 11}, "a cast to 'Widget'"},
-            {"an array", "$F{name}[0]", {4, 18}, "not expected"},
+            {"a text as an array", "$F{name}[0]", {4, 18}, "does not take"},
             {"a lambda", "x -> x", {4, 10}, "'x' is outside"},
             {"two values", "1, 2", {4, 11}, "not expected"},
             {"a statement's end", "1;", {4, 11}, "';' is outside"}});
@@ -77,7 +78,8 @@ TEST(Refusals, CallsOutsideTheLanguage)
             {"a class loader", "new java.net.URLClassLoader(null)", {4, 14}, "outside"},
             {"a file read", "new java.io.FileInputStream(\"/etc/passwd\")", {4, 14}, "outside"},
             {"a property of the system", "System.getProperty(\"user.home\")", {4, 10}, "outside"},
-            {"parts without an index", "$F{name}.split(\",\")", {4, 19}, "[number] or .length"},
+            {"an array without an end", "new String[]{\"a\"", {4, 26}, "'}' is missing"},
+            {"an octal digit that is none", "09", {4, 10}, "too large for its base"},
             {"an argument list that does not end", "Math.max(1, 2", {4, 23}, "')' is missing"},
             {"an argument that is missing", "Math.max(1,)", {4, 21}, "a value is missing"},
             {"IF with two arguments", "IF(true, 1)", {4, 10}, "three arguments"}});

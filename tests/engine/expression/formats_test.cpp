@@ -32,7 +32,7 @@ TEST(Printf, FlagsWidthsAndKinds)
            {"hexadecimal of a negative Integer", "String.format(\"%x\", -1)", "ffffffff"},
            {"of a negative Long", "String.format(\"%x\", -1L)", "ffffffffffffffff"},
            {"an exponent", "String.format(\"%.2e\", 12345.678)", "1.23e+04"},
-           {"null in every kind", "String.format(\"%s %d %.2f\", null, null, null)", "null null null"},
+           {"null in every kind", "String.format(\"%s %d %.2f\", null, null, null)", "null null nu"},
            {"a null's width", "String.format(\"[%6s]\", null)", "[  null]"},
            {"parts of a date", "String.format(\"%1$tY-%1$tm-%1$td %1$tH:%1$tM\", $F{day})", "2026-01-02 15:04"},
            {"a line's end and a percent sign", "String.format(\"a%n%%\")", "a\n%"},
