@@ -28,3 +28,6 @@ set_target_properties(Zint::Zint PROPERTIES
 pkg_check_modules(CURL REQUIRED libcurl>=7.87)
 add_library(velora_curl_headers INTERFACE)
 target_include_directories(velora_curl_headers SYSTEM INTERFACE ${CURL_INCLUDE_DIRS})
+find_path(CUPS_INCLUDE_DIR cups/cups.h REQUIRED)
+add_library(velora_cups_headers INTERFACE)
+target_include_directories(velora_cups_headers SYSTEM INTERFACE ${CUPS_INCLUDE_DIR})

@@ -174,11 +174,11 @@ void frmViewer::find(bool forward)
 
 void frmViewer::print_pages()
 {
-    if (state_.ports.printers == nullptr || state_.ports.printers->list().empty()) {
+    if (state_.ports.printers == nullptr || !state_.ports.printers->usual()) {
         return tell(state_, {"Printing", "No printer is set up on this machine. Export the report to a file instead.",
                              Icon::Exclamation});
     }
-    if (pages_) pages_->PrintOut();
+    if (pages_) pages_->PrintOut({});
 }
 
 void frmViewer::export_to_file()

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "adapters/cipher/password_cipher.h"
+#include "adapters/cups/printers.h"
 #include "adapters/ini/stores.h"
 #include "adapters/terminal/clocks.h"
 #include "adapters/terminal/region.h"
@@ -83,7 +84,7 @@ Adapters make_adapters(const CommonOptions& options, const Surroundings& around)
     made.settings = ini_settings(settings);
     made.profiles = ini_profiles();
     made.cipher = key_file_cipher((fs::path(settings).parent_path() / "Velora.key").string());
-    made.printers = std::make_unique<NoPrinters>();
+    made.printers = cups_printers();
     return made;
 }
 

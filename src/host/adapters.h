@@ -15,12 +15,6 @@
 
 namespace velora {
 
-/// Printers of a machine that has none set up.
-class NoPrinters final : public Printers {
-public:
-    [[nodiscard]] std::vector<Printer> list() const override { return {}; }
-};
-
 /// What stands behind the ports in this program.
 struct Adapters {
     std::unique_ptr<ReportEngine> engine;  ///< made when it is first asked for

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "platform/user_interface.h"
@@ -42,6 +43,12 @@ public:
     void copy_text(const std::string& text) override { (windows_ != nullptr ? *windows_ : user_).copy_text(text); }
     void open_web_site() override { (windows_ != nullptr ? *windows_ : user_).open_web_site(); }
 
+    void note(const std::string& text) override
+    {
+        if (on_note_) on_note_(text);
+        (windows_ != nullptr ? *windows_ : user_).note(text);
+    }
+
     void progress(size_t done, size_t total) override
     {
         if (on_progress_) on_progress_(done, total);
@@ -56,6 +63,8 @@ public:
 
     /// Boxes go to `taker` in place of the user.
     void divert(std::function<void(const MessageBox&)> taker) { taker_ = std::move(taker); }
+    /// Told what went well; empty for nobody.
+    void watch_notes(std::function<void(const std::string&)> watcher) { on_note_ = std::move(watcher); }
 
     void forget()
     {
@@ -72,6 +81,7 @@ private:
     std::vector<MessageBox> boxes_;
     bool pages_shown_ = false;
     std::function<void(size_t, size_t)> on_progress_;
+    std::function<void(const std::string&)> on_note_;
 };
 
 }  // namespace velora

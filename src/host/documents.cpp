@@ -107,7 +107,7 @@ void Documents::place_file(const std::string& output)
 
 void Documents::require_printer()
 {
-    if (state_.ports.printers == nullptr || state_.ports.printers->list().empty()) {
+    if (state_.ports.printers == nullptr || !state_.ports.printers->usual()) {
         throw HostError("Printing",
                         "No printer is set up on this machine. The report can be written to a file with "
                         "--export and --output.");
@@ -138,6 +138,10 @@ void Documents::watch_pipe()
         pipe_filled_ = true;
     };
     host_.watch_rows([this](size_t rows) { progress_.rows(rows, rows_); });
+    host_.user().watch_notes([this](const std::string& text) {
+        progress_.clear();
+        host_.say(text);
+    });
     host_.user().watch_progress([this](size_t done, size_t total) { progress_.rows(done, total); });
 }
 
@@ -203,6 +207,7 @@ ExitStatus Documents::finish()
     state_.ports.export_file.clear();
     host_.watch_rows({});
     host_.user().watch_progress({});
+    host_.user().watch_notes({});
     host_.settings().clear();
     if (pipe_filled_) pipe_->finish();
     return summary_.tell(host_.around().err);

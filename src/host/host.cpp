@@ -84,6 +84,7 @@ void Host::make_engine()
     };
     services.parameters = house_parameters();
     services.before_export = [this](const fs::path& target) { require_free(target); };
+    services.print = [this](const PrintJob& job) { print(job); };
     services.on_rows = [this](size_t rows) {
         if (on_rows_) on_rows_(rows);
     };
@@ -104,6 +105,13 @@ std::map<std::string, Value, std::less<>> Host::house_parameters()
     }
     if (!config_.tax_registration.empty()) parameters["Tax Registration"] = config_.tax_registration;
     return parameters;
+}
+
+void Host::print(const PrintJob& job)
+{
+    const int32_t number = adapters_->printers->print(job);
+    const std::string what = "\"" + job.title + "\" went to the printer as job " + std::to_string(number) + ".";
+    (company_ ? *company_->ports.user : *user_).note(what);
 }
 
 /// No export goes over a file that the run reads, whatever a document is called.

@@ -70,6 +70,7 @@ public:
 private:
     void make_engine();
     std::map<std::string, Value, std::less<>> house_parameters();
+    void print(const PrintJob& job);
     void open_company();
     void read_files(const std::filesystem::path& place);
     std::shared_ptr<Connection> reader_of(const std::string& source);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/export_formats.h"
+#include "platform/printers.h"
 #include "values/fault.h"
 #include "values/table_source.h"
 
@@ -38,8 +39,11 @@ public:
     [[nodiscard]] virtual std::vector<OutlineEntry> outline() const { return {}; }
     /// Writes the pages as they are. @throws Fault; an earlier file then stays as it was
     virtual void Export(ExportFormat format, const std::string& path) const = 0;
-    /// All pages on the machine's usual printer. @throws Fault 429 where there is no way to print
-    virtual void PrintOut() const { throw Fault(fault::kCannotCreate, "This machine has no way to print."); }
+    /// The pages on paper. @throws Fault 429 where there is no way to print, else as the printer
+    virtual void PrintOut(const PrintWish&) const
+    {
+        throw Fault(fault::kCannotCreate, "This machine has no way to print.");
+    }
 };
 
 /// A definition that has been opened, its data and its printer.
@@ -59,6 +63,8 @@ public:
     virtual void PaperOrientation(int orientation) = 0;
     virtual void PaperSource(int source) = 0;
 
+    /// What the document is called in a printer's queue; without it by its definition.
+    virtual void Title(const std::string&) {}
     virtual void PrintOut() = 0;
     /// Writes beside the target first and renames at the end. @throws Fault; the earlier file then stays as it was
     virtual void Export(ExportFormat format, const std::string& path) = 0;

@@ -52,6 +52,8 @@ public:
     /// The web site of the maker.
     virtual void open_web_site() {}
 
+    /// Something that went well and that a person may want to know, for a line at the edge of a window.
+    virtual void note(const std::string& /*text*/) {}
     /// Long work tells how far it is; `total` is 0 where it is not known.
     virtual void progress(size_t /*done*/, size_t /*total*/) {}
 };

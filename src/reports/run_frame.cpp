@@ -93,10 +93,12 @@ void ReportRun::choose_printer()
 void ReportRun::select_printer(std::string_view name)
 {
     const LikePattern pattern("*" + std::string(name) + "*");
-    const auto printers = state_.ports.printers != nullptr ? state_.ports.printers->list() : std::vector<Printer>{};
-    const auto chosen =
-        std::ranges::find_if(printers, [&](const Printer& printer) { return pattern.matches(printer.DeviceName); });
-    if (chosen == printers.end()) throw fault::object_not_set("Printer");  // not caught further up on purpose
+    std::optional<Printer> chosen;
+    if (state_.ports.printers != nullptr) {
+        chosen =
+            state_.ports.printers->first([&](const Printer& printer) { return pattern.matches(printer.DeviceName); });
+    }
+    if (!chosen) throw fault::object_not_set("Printer");  // not caught further up on purpose
     state_.current_printer = *chosen;
     report_of(state_).SelectPrinter(chosen->DriverName, chosen->DeviceName, chosen->Port);
 }
@@ -127,7 +129,19 @@ RunEnd ReportRun::route(const Text& export_name)
         });
         return delivered_if(went);
     }
-    return delivered_if(statements_.attempt("PrintOut", [&] { report_of(state_).PrintOut(); }));
+    return delivered_if(statements_.attempt("PrintOut", [&] {
+        name_print_job(export_name);
+        report_of(state_).PrintOut();
+    }));
+}
+
+/// A printer's queue shows the name that a file would have. What has no such name prints all the same.
+void ReportRun::name_print_job(const Text& export_name)
+{
+    try {
+        if (const std::string name = export_name(); !name.empty()) report_of(state_).Title(name);
+    } catch (const Fault&) {
+    }
 }
 
 void ReportRun::mark(const Mark& as, int32_t quote, RunEnd end)

@@ -78,6 +78,7 @@ public:
 private:
     void select_printer(std::string_view name);
     [[nodiscard]] std::string file_name(const Text& export_name);
+    void name_print_job(const Text& export_name);
 
     SessionState& state_;
     const Delivery& delivery_;

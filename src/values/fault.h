@@ -39,6 +39,7 @@ inline constexpr int32_t kNoSuchMember = 340;
 inline constexpr int32_t kPropertyValue = 380;
 inline constexpr int32_t kCannotCreate = 429;
 inline constexpr int32_t kAutomation = 440;
+inline constexpr int32_t kPrinter = 482;
 inline constexpr int32_t kNoCurrentRow = 3021;
 inline constexpr int32_t kNoSuchColumn = 3265;
 inline constexpr int32_t kClosedObject = 3704;

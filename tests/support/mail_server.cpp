@@ -1,46 +1,24 @@
 #include "support/mail_server.h"
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
 namespace velora::test {
+namespace {
 
-MailServer::MailServer(const std::string& folder, std::vector<std::string> arguments) : folder_(folder)
+std::vector<std::string> with_folder(const std::string& folder, std::vector<std::string> arguments)
 {
-    arguments.insert(arguments.begin(),
-                     {"/usr/bin/python3", VELORA_SOURCE_DIR "/tests/support/mail_server.py", folder});
-    std::array<int, 2> in{};
-    std::array<int, 2> out{};
-    if (::pipe2(in.data(), O_CLOEXEC) != 0 || ::pipe2(out.data(), O_CLOEXEC) != 0) std::abort();
-    pid_ = ::fork();
-    if (pid_ == 0) {
-        ::dup2(in[0], STDIN_FILENO);
-        ::dup2(out[1], STDOUT_FILENO);
-        std::vector<char*> words;
-        for (std::string& argument : arguments) words.push_back(argument.data());
-        words.push_back(nullptr);
-        ::execvp(words.front(), words.data());
-        ::_exit(127);
-    }
-    ::close(in[0]);
-    ::close(out[1]);
-    input_ = in[1];
-    std::string line;
-    for (char c = 0; ::read(out[0], &c, 1) == 1 && c != '\n';) line += c;
-    ::close(out[0]);
-    std::istringstream(line) >> address_ >> port_;
+    arguments.insert(arguments.begin(), folder);
+    return arguments;
 }
 
-MailServer::~MailServer()
+}  // namespace
+
+MailServer::MailServer(const std::string& folder, std::vector<std::string> arguments)
+    : folder_(folder), process_("mail_server.py", with_folder(folder, std::move(arguments)))
 {
-    ::close(input_);
-    ::waitpid(pid_, nullptr, 0);
+    std::istringstream(process_.line()) >> address_ >> port_;
 }
 
 std::vector<std::string> MailServer::mail(int number) const

@@ -3,15 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "support/server_process.h"
+
 namespace velora::test {
 
 /// An SMTP server in a process of its own for the length of a scope; see mail_server.py for what it can be told.
 class MailServer {
 public:
-    MailServer(const std::string& folder, std::vector<std::string> arguments = {});
-    ~MailServer();
-    MailServer(const MailServer&) = delete;
-    MailServer& operator=(const MailServer&) = delete;
+    explicit MailServer(const std::string& folder, std::vector<std::string> arguments = {});
 
     [[nodiscard]] const std::string& address() const { return address_; }  ///< "none" where the machine has none
     [[nodiscard]] int port() const { return port_; }
@@ -22,10 +21,9 @@ public:
 
 private:
     std::string folder_;
+    ServerProcess process_;
     std::string address_;
     int port_ = 0;
-    int pid_ = -1;
-    int input_ = -1;
 };
 
 /// Makes a key with its own certificate for 127.0.0.1, both in one file. False on a machine that cannot.

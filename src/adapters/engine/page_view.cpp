@@ -4,6 +4,7 @@
 
 #include "adapters/engine/page_copy.h"
 #include "adapters/engine/page_outline.h"
+#include "adapters/engine/scratch_file.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/exporter.h"
 #include "engine/export/paint/page_picture.h"
@@ -21,8 +22,9 @@ struct PlacedText {
 
 class Pages : public PageView {
 public:
-    Pages(std::shared_ptr<engine::PageList> pages, std::shared_ptr<engine::FontStore> fonts)
-        : pages_(std::move(pages)), fonts_(std::move(fonts))
+    Pages(std::shared_ptr<engine::PageList> pages, std::shared_ptr<engine::FontStore> fonts,
+          std::function<void(const PrintJob&)> print, PrintJob job)
+        : pages_(std::move(pages)), fonts_(std::move(fonts)), print_(std::move(print)), job_(std::move(job))
     {
     }
 
@@ -35,6 +37,7 @@ public:
     }
     [[nodiscard]] std::vector<OutlineEntry> outline() const override { return page_outline(*pages_); }
     void Export(ExportFormat format, const std::string& path) const override;
+    void PrintOut(const PrintWish& wish) const override;
 
 private:
     [[nodiscard]] const engine::Page& page(size_t number) const
@@ -45,6 +48,8 @@ private:
 
     std::shared_ptr<engine::PageList> pages_;
     std::shared_ptr<engine::FontStore> fonts_;
+    std::function<void(const PrintJob&)> print_;
+    PrintJob job_;
 };
 
 std::string Pages::page_png(size_t number, double pixels_per_inch) const
@@ -59,6 +64,19 @@ void Pages::Export(ExportFormat format, const std::string& path) const
     sink->begin(pages_->document);
     for (const engine::Page& page : pages_->pages) sink->page(copy_of(page));
     sink->end();
+}
+
+void Pages::PrintOut(const PrintWish& wish) const
+{
+    if (!print_) return PageView::PrintOut(wish);
+    const ScratchFile file(".pdf");
+    Export(ExportFormat::Pdf, file.path());
+    PrintJob job = job_;
+    job.file = file.path();
+    if (!wish.device.empty()) job.device = wish.device;
+    job.copies = wish.copies;
+    job.pages = wish.pages;
+    print_(job);
 }
 
 /// The texts of the page line by line, each line from left to right.
@@ -82,9 +100,10 @@ std::string Pages::page_text(size_t number) const
 }  // namespace
 
 std::shared_ptr<PageView> make_page_view(std::shared_ptr<engine::PageList> pages,
-                                         std::shared_ptr<engine::FontStore> fonts)
+                                         std::shared_ptr<engine::FontStore> fonts,
+                                         std::function<void(const PrintJob&)> print, PrintJob job)
 {
-    return std::make_shared<Pages>(std::move(pages), std::move(fonts));
+    return std::make_shared<Pages>(std::move(pages), std::move(fonts), std::move(print), std::move(job));
 }
 
 }  // namespace velora

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "adapters/engine/page_view.h"
+#include "adapters/engine/scratch_file.h"
 #include "engine/export/exporter.h"
 #include "engine/fill/fill.h"
 #include "engine/plan/resources.h"
@@ -15,31 +16,6 @@ namespace velora {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// A file that goes with its scope.
-class ScratchFile {
-public:
-    explicit ScratchFile(const char* extension)
-    {
-        std::string name = (fs::temp_directory_path() / "velora-XXXXXX").string() + extension;
-        const int handle = mkstemps(name.data(), static_cast<int>(std::string_view(extension).size()));
-        if (handle < 0) throw fault::of(fault::kPathAccess, name);
-        close(handle);
-        path_ = name;
-    }
-    ~ScratchFile()
-    {
-        std::error_code ignored;
-        fs::remove(path_, ignored);
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 /// The fonts of all reports are one store, which tells the run at hand.
 struct Told {
@@ -80,6 +56,8 @@ public:
     {
         job_.title = report_->definition().name;
         parameters_ = services.parameters;
+        job_.page_width = report_->definition().page.width;
+        job_.page_height = report_->definition().page.height;
     }
 
     [[nodiscard]] const std::vector<TableSource::Field>& fields() const override { return report_->fields(); }
@@ -95,6 +73,7 @@ public:
     void PaperOrientation(int orientation) override { job_.orientation = orientation; }
     void PaperSource(int source) override { job_.paper_source = source; }
 
+    void Title(const std::string& title) override { job_.title = title; }
     void PrintOut() override
     {
         if (!services_.print) throw Fault(fault::kCannotCreate, "This machine has no way to print.", job_.device);
@@ -114,7 +93,7 @@ public:
     {
         auto pages = std::make_shared<engine::PageList>();
         run(*pages);
-        return make_page_view(std::move(pages), fonts_);
+        return make_page_view(std::move(pages), fonts_, services_.print, job_);
     }
 
     [[nodiscard]] const std::vector<std::string>& warnings() const override { return warnings_; }

@@ -7,19 +7,11 @@
 #include <string>
 
 #include "platform/database.h"
+#include "platform/printers.h"
 #include "platform/report_engine.h"
 #include "values/date_time.h"
 
 namespace velora {
-
-/// A printer with what a report asks of it.
-struct PrintJob {
-    std::string title;
-    std::string driver, device, port;
-    int orientation = 0;         ///< as it was given; 0 leaves it to the printer
-    int paper_source = 0;        ///< likewise
-    std::filesystem::path file;  ///< PDF, to be read before the call returns
-};
 
 /// What the engine asks of the machine. Each may be left out; what needs it is then a fault.
 struct EngineServices {
