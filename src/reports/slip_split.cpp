@@ -25,7 +25,7 @@ std::string column_text(const SessionState& state, std::string_view column)
     return is_sql_server(state) ? "[" + std::string(column) + "]" : std::string(column);
 }
 
-std::string quoted(std::string_view text)
+std::string quoted_text(std::string_view text)
 {
     return "'" + doubled_quotes(text) + "'";
 }
@@ -116,7 +116,7 @@ std::string SlipSplit::condition(SessionState& state) const
 {
     if (slips_ < 2) return {};
     const auto equal_to_key = [&](std::string_view column) {
-        return " AND (" + column_text(state, column) + " = " + quoted(key()) + ")";
+        return " AND (" + column_text(state, column) + " = " + quoted_text(key()) + ")";
     };
     switch (mode_) {
         case kLocation:
@@ -140,11 +140,14 @@ std::string SlipSplit::range_condition(SessionState& state, std::string_view col
     const std::string start = range_text("RStart");
     const std::string end = range_text("REnd");
     const bool locations = mode_ == kLocationRange;
-    const auto bound = [&](const std::string& text) { return locations || is_sql_server(state) ? quoted(text) : text; };
+    const auto bound = [&](const std::string& text) {
+        return locations || is_sql_server(state) ? quoted_text(text) : text;
+    };
     const std::string name = column_text(state, column);
     if (start.empty()) return " AND (" + name + " <= " + bound(end) + ")";
     if (start == end) return " AND (" + name + " = " + bound(start) + ")";
-    return " AND (" + name + " >= " + bound(start) + " AND " + name + " <= " + (locations ? quoted(end) : end) + ")";
+    return " AND (" + name + " >= " + bound(start) + " AND " + name + " <= " + (locations ? quoted_text(end) : end) +
+           ")";
 }
 
 std::string SlipSplit::date_literal(SessionState& state) const

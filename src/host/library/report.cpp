@@ -1,7 +1,7 @@
 #include <velora/report.h>
 
-#include "host/criteria_options.h"
 #include "host/library/handle.h"
+#include "host/quote_choice.h"
 #include "session/lists.h"
 #include "values/fault.h"
 
@@ -116,7 +116,7 @@ velora_status velora_find_quote(velora_report* report, const char* number, int32
     if (number == nullptr || id == nullptr) return refuse("The number or the place for the id is null.");
     return report->handle.attempt([&](velora::Host& host) {
         try {
-            *id = velora::quote_id(host.company(), number, true);
+            *id = velora::id_of(host.company(), {number});
         } catch (const velora::HostError&) {
             return VELORA_NO_DATA;
         }

@@ -8,7 +8,7 @@
 
 using namespace velora;
 using namespace velora::testing;
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 namespace {
 
@@ -118,7 +118,7 @@ TEST_F(Faults, AStoreThatIsNoneIsTold)
             const Ran ran = run(in_company(folder, {"quote", "1"}));
             EXPECT_EQ(ran.status, 1) << c.why;
             EXPECT_THAT(ran.err, HasSubstr(c.says)) << c.why;
-            EXPECT_THAT(ran.err, testing::Not(HasSubstr("hidden"))) << c.why;
+            EXPECT_THAT(ran.err, ::testing::Not(HasSubstr("hidden"))) << c.why;
         }
     }
 }
