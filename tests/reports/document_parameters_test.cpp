@@ -82,7 +82,8 @@ TEST(DocumentParameters, AnUnknownCurrencyLeavesThemOutWithoutAWord)
 TEST(DocumentParameters, AreToldByEveryDocumentOfAnOrder)
 {
     OrderCompany order(eDBSQLServer);
-    order.product("UPDATE Defaults SET mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0");
+    order.product(
+        "UPDATE Quote SET quSourceCurr = 'CAD'; UPDATE Defaults SET mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0");
     order.line(
         "Line = 1, deDType = 20, APItem = 'ITEM', deIType = 30, deQuantity = 2, deQuotedPrice = 5, deConvFactor = 1, "
         "dePriceList = 'STD', deUofM = 'EA', deTaxIncl1 = '1'");

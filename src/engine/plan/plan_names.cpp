@@ -85,7 +85,9 @@ PlanNames::PlanNames(const ReportPlan& plan)
     if (plan.definition == nullptr) return;
     for (const auto& parameter : plan.definition->data.parameters) {
         const auto slot = parameters_.find(parameter.name);
-        if (slot == parameters_.end() || value_class(parameter.class_name)) continue;
+        // A locale is a text that the run may give, whatever the definition says by default.
+        const bool is_locale = parameter.class_name == "java.util.Locale";
+        if (slot == parameters_.end() || is_locale || value_class(parameter.class_name)) continue;
         slot->second.stands_for = parameter.default_value.text;
     }
     definition_ = plan.definition.get();
