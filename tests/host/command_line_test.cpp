@@ -20,7 +20,7 @@ TEST_F(CommandLine, WrongUsageEndsWithTwoAndSaysWhatIsWrong)
              Case{"no command", {}, "Usage: velora-report"},
              Case{"unknown command",
                   {"--quiet", "invoice", "1"},
-                  "no command \"invoice\". The commands are: init, quote,"},
+                  "no command \"invoice\". The commands are: init, schema, transfer, quote,"},
              Case{"no quote", {"quote"}, "ID"},
              Case{"a date that is none", {"--today", "2026-02-30", "customers"}, "2026-02-30"},
              Case{"a date in another order", {"--today", "15/06/2026", "customers"}, "15/06/2026"},
