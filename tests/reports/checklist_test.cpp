@@ -17,18 +17,29 @@ public:
                 AddressSource source = AddressSource::Saved)
         : OrderCompany(engine_in_use, source)
     {
-        product("UPDATE Defaults SET mdPrintName = 'Office', mdEachLoc = " + each);
+        set_up(each, ranges);
+    }
+
+    /// The order without lines, in a company that lists it as it is told here.
+    ListedOrder& set_up(const std::string& each, const std::string& ranges)
+    {
+        user.boxes.clear();
+        product("DELETE FROM Details; DELETE FROM DLocRange; UPDATE Defaults SET mdPrintName = 'Office', mdEachLoc = " +
+                each);
         if (!ranges.empty()) product("INSERT INTO DLocRange (DLRID, RType, RName, RStart, REnd) VALUES " + ranges);
+        return *this;
     }
 
     /// Items at three locations, two of them at one, and a remark.
     ListedOrder& usual_lines()
     {
-        line("Line = 1, deDType = 20, deLocation = ' B ', dePickingSeq = '10', deShipDate = '2026-03-15'");
-        line("Line = 2, deDType = 10, deLocation = 'X', dePickingSeq = '5', deShipDate = '2026-01-01'");
-        line("Line = 3, deDType = 20, deLocation = 'C', dePickingSeq = '9', deShipDate = '2026-03-20'");
-        line("Line = 4, deDType = 20, deLocation = 'C', dePickingSeq = '20', deShipDate = '2026-03-15'");
-        line("Line = 5, deDType = 20, deLocation = 'A', dePickingSeq = '9', deShipDate = NULL");
+        lines({
+            "Line = 1, deDType = 20, deLocation = ' B ', dePickingSeq = '10', deShipDate = '2026-03-15'",
+            "Line = 2, deDType = 10, deLocation = 'X', dePickingSeq = '5', deShipDate = '2026-01-01'",
+            "Line = 3, deDType = 20, deLocation = 'C', dePickingSeq = '9', deShipDate = '2026-03-20'",
+            "Line = 4, deDType = 20, deLocation = 'C', dePickingSeq = '20', deShipDate = '2026-03-15'",
+            "Line = 5, deDType = 20, deLocation = 'A', dePickingSeq = '9', deShipDate = NULL",
+        });
         return *this;
     }
 
@@ -81,26 +92,29 @@ TEST(Checklist, ListsThePartsOfAnOrder)
         const char* parts;
         const char* more = "";
     };
-    for (const auto& c : std::initializer_list<Case>{
-             {"locations, each once", "0", "", RunEnd::Delivered, "A (A), B (B), C (C)"},
-             {"no choice is the location", "NULL", "", RunEnd::Delivered, "A (A), B (B), C (C)"},
-             {"ship dates", "3", "", RunEnd::Delivered, "3/15/2026 (20260315), 3/20/2026 (20260320), <null> (<null>)"},
-             {"the first range that fits, values as they stand", "1", kRanges, RunEnd::Delivered,
-              "All (All), All (All), West (West)"},
-             {"locations outside of all ranges", "1", "(1, 0, 'One', 'A', 'B'), (2, 0, 'Two', 'B', 'B')",
-              RunEnd::Delivered, "One (One)"},
-             {"picking sequences", "2", kRanges, RunEnd::Delivered, "High (High), High (High), Low (Low)"},
-             {"a bound without a value holds nothing", "2", "(1, 1, 'Low', NULL, '99')", RunEnd::Delivered, ""},
-             {"no ranges of locations", "1", "(1, 1, 'Low', '0', '99')", RunEnd::Delivered, ""},
-             {"no ranges of sequences leave no query", "2", "(1, 0, 'West', 'A', 'Z')", RunEnd::Failed, ""},
-             {"an unknown choice has no ranges", "7", kRanges, RunEnd::Failed, ""},
-             {"remarks alone", "0", "", RunEnd::Delivered, "", "UPDATE Details SET deDType = 10"},
-             {"an order without a customer's place has no address", "0", "", RunEnd::Failed, "",
-              "UPDATE Quote SET CustFrom = NULL"},
-         }) {
-        for (const auto engine : {eDBSQLServer, eDBPervasive}) {
-            ListedOrder order(engine, c.each, c.ranges);
-            order.usual_lines().product(c.more);
+    const auto cases = std::to_array<Case>({
+        {"locations, each once", "0", "", RunEnd::Delivered, "A (A), B (B), C (C)"},
+        {"no choice is the location", "NULL", "", RunEnd::Delivered, "A (A), B (B), C (C)"},
+        {"ship dates", "3", "", RunEnd::Delivered, "3/15/2026 (20260315), 3/20/2026 (20260320), <null> (<null>)"},
+        {"the first range that fits, values as they stand", "1", kRanges, RunEnd::Delivered,
+         "All (All), All (All), West (West)"},
+        {"locations outside of all ranges", "1", "(1, 0, 'One', 'A', 'B'), (2, 0, 'Two', 'B', 'B')", RunEnd::Delivered,
+         "One (One)"},
+        {"both bounds belong to a range", "1", "(1, 0, 'One', 'A', 'A'), (2, 0, 'Two', 'B', 'C')", RunEnd::Delivered,
+         "One (One), Two (Two)"},
+        {"picking sequences", "2", kRanges, RunEnd::Delivered, "High (High), High (High), Low (Low)"},
+        {"a bound without a value holds nothing", "2", "(1, 1, 'Low', NULL, '99')", RunEnd::Delivered, ""},
+        {"no ranges of locations", "1", "(1, 1, 'Low', '0', '99')", RunEnd::Delivered, ""},
+        {"no ranges of sequences leave no query", "2", "(1, 0, 'West', 'A', 'Z')", RunEnd::Failed, ""},
+        {"an unknown choice has no ranges", "7", kRanges, RunEnd::Failed, ""},
+        {"remarks alone", "0", "", RunEnd::Delivered, "", "UPDATE Details SET deDType = 10"},
+        {"an order without a customer's place has no address", "0", "", RunEnd::Failed, "",
+         "UPDATE Quote SET CustFrom = NULL"},
+    });
+    for (const auto engine : {eDBSQLServer, eDBPervasive}) {
+        ListedOrder order(engine, "0");
+        for (const auto& c : cases) {
+            order.set_up(c.each, c.ranges).usual_lines().product(c.more);
             EXPECT_EQ(order.print(), c.end) << c.why << ": " << order.box_text(0);
             EXPECT_EQ(order.parts(), c.parts) << c.why;
             EXPECT_EQ(order.boxes().size(), c.end == RunEnd::Delivered ? 0U : 1U) << c.why;

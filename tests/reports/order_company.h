@@ -22,13 +22,18 @@ public:
         printers.printers = {{"drv", "Office", "P1"}, {"drv", "Dock 1", "P2"}, {"drv", "Dock 2", "P3"}};
     }
 
-    /// Adds a line with the columns that are named, as "Line = 1, deDType = 20".
-    OrderCompany& line(const std::string& columns)
+    /// Adds lines, each with the columns that are named, as "Line = 1, deDType = 20".
+    OrderCompany& lines(std::initializer_list<std::string> each)
     {
-        product("INSERT INTO Details (QuoteID, Line) VALUES (1, -1); UPDATE Details SET " + columns +
-                " WHERE Line = -1");
+        std::string sql;
+        for (const auto& columns : each) {
+            sql += "INSERT INTO Details (QuoteID, Line) VALUES (1, -1); UPDATE Details SET " + columns +
+                   " WHERE Line = -1;";
+        }
+        product(sql);
         return *this;
     }
+    OrderCompany& line(const std::string& columns) { return lines({columns}); }
 
     SessionState& loaded()
     {

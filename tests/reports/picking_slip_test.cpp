@@ -26,28 +26,39 @@ enum class Route : uint8_t { Paper, Window, File };
 
 class SlipCompany : public OrderCompany {
 public:
+    explicit SlipCompany(WhichEngine engine_in_use) : OrderCompany(engine_in_use) {}
     SlipCompany(WhichEngine engine_in_use, const std::string& defaults, const std::string& ranges = "")
         : OrderCompany(engine_in_use)
     {
+        set_up(defaults, ranges);
+    }
+
+    /// The order as nobody printed it yet, without lines, in a company that splits as it is told here.
+    SlipCompany& set_up(const std::string& defaults, const std::string& ranges = "")
+    {
+        user.boxes.clear();
         product(
-            "UPDATE Quote SET quPrPickSlip = 0, quACCPACNum = ' ', quSourceCurr = 'CAD'; UPDATE Defaults SET "
-            "mdPSPrintName = 'Office'; " +
-            (defaults.empty() ? std::string() : "UPDATE Defaults SET " + defaults));
-        if (!ranges.empty())
+            "DELETE FROM Details; DELETE FROM DLocRange; UPDATE Quote SET quPrPickSlip = 0, quACCPACNum = ' ', "
+            "quSourceCurr = 'CAD'; UPDATE Defaults SET mdPSPrintName = 'Office', " +
+            defaults);
+        if (!ranges.empty()) {
             product("INSERT INTO DLocRange (DLRID, RType, RName, RStart, REnd, RPrinter) VALUES " + ranges);
+        }
+        return *this;
     }
 
     /// Five lines: items at two locations, one without a date; a remark; and one that is not to be picked.
     SlipCompany& usual_lines()
     {
         const std::string item = "deDType = 20, APItem = 'ITEM', deQuantity = 1, deQuotedPrice = 1, deConvFactor = 1, ";
-        line(item + "Line = 1, deDesc = '1', deLocation = 'WH', dePickingSeq = '10', deShipDate = '2026-03-15'");
-        line("Line = 2, deDType = 10, deLocation = 'XX', dePickingSeq = '5', deShipDate = '2026-01-01'");
-        line(
+        lines({
+            item + "Line = 1, deDesc = '1', deLocation = 'WH', dePickingSeq = '10', deShipDate = '2026-03-15'",
+            "Line = 2, deDType = 10, deLocation = 'XX', dePickingSeq = '5', deShipDate = '2026-01-01'",
             "Line = 3, deDType = 20, APItem = ' ZDEL1111 ', deLocation = 'ZZ', dePickingSeq = '99', deShipDate = "
-            "'2026-03-15'");
-        line(item + "Line = 4, deDesc = '4', deLocation = 'EA', dePickingSeq = '9', deShipDate = '2026-03-20'");
-        line(item + "Line = 5, deDesc = '5', deLocation = 'WH', dePickingSeq = '20', deShipDate = NULL");
+            "'2026-03-15'",
+            item + "Line = 4, deDesc = '4', deLocation = 'EA', dePickingSeq = '9', deShipDate = '2026-03-20'",
+            item + "Line = 5, deDesc = '5', deLocation = 'WH', dePickingSeq = '20', deShipDate = NULL",
+        });
         return *this;
     }
 
@@ -92,55 +103,55 @@ TEST(PickingSlip, SplitsAnOrderAsTheCompanyWants)
         const char* slips;
         const char* more = "";
     };
-    for (const auto& c : std::initializer_list<Case>{
-             {"the whole order", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::Paper, RunEnd::Delivered,
-              "1 4 5 > Office"},
-             {"nothing chosen", "mdUseDLRange = NULL, mdPSSplit = 2, mdEachLoc = 0", "", Route::Paper,
-              RunEnd::Delivered, "1 4 5 > Office"},
-             {"another choice is none", "mdUseDLRange = 0, mdPSSplit = 3, mdEachLoc = 0", kRanges, Route::Paper,
-              RunEnd::Delivered, "1 4 5 > Office"},
-             {"by sequences in windows", "mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", "", Route::Window,
-              RunEnd::Delivered, "1; ; 4; 5"},
-             {"by sequences no range names a printer", "mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", "",
-              Route::Paper, RunEnd::Failed, ""},
-             {"by picking ranges in their order", "mdUseDLRange = 0, mdPSSplit = 2, mdEachLoc = 1", kRanges,
-              Route::Paper, RunEnd::Delivered, "4 5 > Dock 1; 1 > Dock 2"},
-             {"by locations in the order of the lines", "mdUseDLRange = 1, mdPSSplit = 2, mdEachLoc = 0", kRanges,
-              Route::Paper, RunEnd::Delivered, "1 5 > Office; > Office; 4 > Office"},
-             {"no choice of the location is the location", "mdUseDLRange = 2, mdEachLoc = NULL", "", Route::Window,
-              RunEnd::Delivered, "1 5; ; 4"},
-             {"by location ranges", "mdUseDLRange = 1, mdEachLoc = 1", kRanges, Route::Paper, RunEnd::Delivered,
-              "4 > Dock 1; 1 4 5 > Dock 2"},
-             {"the only range leaves no line out", "mdUseDLRange = 1, mdEachLoc = 1", kOneRange, Route::Paper,
-              RunEnd::Delivered, "1 4 5 > Dock 1"},
-             {"by picking ranges of the other choice", "mdUseDLRange = 1, mdEachLoc = 2", kRanges, Route::Paper,
-              RunEnd::Delivered, "4 5 > Dock 1; 1 > Dock 2"},
-             {"by ship dates, where no date is none", "mdUseDLRange = 1, mdEachLoc = 3", "", Route::Paper,
-              RunEnd::Delivered, "1 > Office; 4 > Office"},
-             {"an unknown choice takes the picking ranges and all lines", "mdUseDLRange = 1, mdEachLoc = 7", kRanges,
-              Route::Paper, RunEnd::Delivered, "1 4 5 > Dock 1; 1 4 5 > Dock 2"},
-             {"a bound without a value drops the condition", "mdUseDLRange = 1, mdEachLoc = 1",
-              "(1, 0, 'A', 'EA', NULL, ' '), (2, 0, 'B', 'EA', 'EA', NULL)", Route::Paper, RunEnd::Delivered,
-              "1 4 5; 4"},
-             {"ranges that are not there", "mdUseDLRange = 1, mdEachLoc = 1", "(1, 1, 'A', 'EA', 'EA', ' ')",
-              Route::Paper, RunEnd::NotFound, ""},
-             {"sequences that are not there", "mdUseDLRange = 0, mdPSSplit = 2", "(1, 0, 'A', 'EA', 'EA', ' ')",
-              Route::Paper, RunEnd::NotFound, ""},
-             {"lines are needed for their locations", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window,
-              RunEnd::Failed, "", "DELETE FROM Details"},
-             {"an order in one piece needs none", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::Window,
-              RunEnd::Delivered, "", "DELETE FROM Details"},
-             {"nothing to name a file by", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::File,
-              RunEnd::Failed, "> Office", "DELETE FROM Details"},
-             {"a location with a quote", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Delivered,
-              "1; ; 4; 5", "UPDATE Details SET deLocation = 'O''N' WHERE Line = 5"},
-             {"one location", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Delivered, "1 4 5",
-              "UPDATE Details SET deLocation = 'EA' WHERE Line <> 5; UPDATE Details SET deLocation = NULL WHERE Line = "
-              "5"},
-         }) {
-        for (const auto engine : {eDBSQLServer, eDBPervasive}) {
-            SlipCompany order(engine, c.defaults, c.ranges);
-            order.usual_lines().product(c.more);
+    const auto cases = std::to_array<Case>({
+        {"the whole order", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::Paper, RunEnd::Delivered,
+         "1 4 5 > Office"},
+        {"nothing chosen", "mdUseDLRange = NULL, mdPSSplit = 2, mdEachLoc = 0", "", Route::Paper, RunEnd::Delivered,
+         "1 4 5 > Office"},
+        {"another choice is none", "mdUseDLRange = 0, mdPSSplit = 3, mdEachLoc = 0", kRanges, Route::Paper,
+         RunEnd::Delivered, "1 4 5 > Office"},
+        {"by sequences in windows", "mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", "", Route::Window,
+         RunEnd::Delivered, "1; ; 4; 5"},
+        {"by sequences no range names a printer", "mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", "", Route::Paper,
+         RunEnd::Failed, ""},
+        {"by picking ranges in their order", "mdUseDLRange = 0, mdPSSplit = 2, mdEachLoc = 1", kRanges, Route::Paper,
+         RunEnd::Delivered, "4 5 > Dock 1; 1 > Dock 2"},
+        {"by locations in the order of the lines", "mdUseDLRange = 1, mdPSSplit = 2, mdEachLoc = 0", kRanges,
+         Route::Paper, RunEnd::Delivered, "1 5 > Office; > Office; 4 > Office"},
+        {"no choice of the location is the location", "mdUseDLRange = 2, mdEachLoc = NULL", "", Route::Window,
+         RunEnd::Delivered, "1 5; ; 4"},
+        {"by location ranges", "mdUseDLRange = 1, mdEachLoc = 1", kRanges, Route::Paper, RunEnd::Delivered,
+         "4 > Dock 1; 1 4 5 > Dock 2"},
+        {"the only range leaves no line out", "mdUseDLRange = 1, mdEachLoc = 1", kOneRange, Route::Paper,
+         RunEnd::Delivered, "1 4 5 > Dock 1"},
+        {"by picking ranges of the other choice", "mdUseDLRange = 1, mdEachLoc = 2", kRanges, Route::Paper,
+         RunEnd::Delivered, "4 5 > Dock 1; 1 > Dock 2"},
+        {"by ship dates, where no date is none", "mdUseDLRange = 1, mdEachLoc = 3", "", Route::Paper, RunEnd::Delivered,
+         "1 > Office; 4 > Office"},
+        {"an unknown choice takes the picking ranges and all lines", "mdUseDLRange = 1, mdEachLoc = 7", kRanges,
+         Route::Paper, RunEnd::Delivered, "1 4 5 > Dock 1; 1 4 5 > Dock 2"},
+        {"a bound without a value drops the condition", "mdUseDLRange = 1, mdEachLoc = 1",
+         "(1, 0, 'A', 'EA', NULL, ' '), (2, 0, 'B', 'EA', 'EA', NULL)", Route::Paper, RunEnd::Delivered, "1 4 5; 4"},
+        {"ranges that are not there", "mdUseDLRange = 1, mdEachLoc = 1", "(1, 1, 'A', 'EA', 'EA', ' ')", Route::Paper,
+         RunEnd::NotFound, ""},
+        {"sequences that are not there", "mdUseDLRange = 0, mdPSSplit = 2", "(1, 0, 'A', 'EA', 'EA', ' ')",
+         Route::Paper, RunEnd::NotFound, ""},
+        {"lines are needed for their locations", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Failed,
+         "", "DELETE FROM Details"},
+        {"an order in one piece needs none", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::Window,
+         RunEnd::Delivered, "", "DELETE FROM Details"},
+        {"nothing to name a file by", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::File, RunEnd::Failed,
+         "> Office", "DELETE FROM Details"},
+        {"a location with a quote", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Delivered,
+         "1; ; 4; 5", "UPDATE Details SET deLocation = 'O''N' WHERE Line = 5"},
+        {"one location", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Delivered, "1 4 5",
+         "UPDATE Details SET deLocation = 'EA' WHERE Line <> 5; UPDATE Details SET deLocation = NULL WHERE Line = "
+         "5"},
+    });
+    for (const auto engine : {eDBSQLServer, eDBPervasive}) {
+        SlipCompany order(engine);
+        for (const auto& c : cases) {
+            order.set_up(c.defaults, c.ranges).usual_lines().product(c.more);
             EXPECT_EQ(order.print(c.route), c.end) << c.why << ": " << order.box_text(0);
             EXPECT_EQ(order.printed(), c.slips) << c.why;
             EXPECT_EQ(order.stored("quPrPickSlip"), c.end == RunEnd::Delivered ? "1" : "0") << c.why;
@@ -193,6 +204,7 @@ TEST(PickingSlip, NamesItsRangeAndGoesByItWithoutAnOrderNumber)
         std::vector<std::string> shown;  ///< range, description and order number of the first slips' first rows
     };
     const std::string number = "2 QuoteNumber - ";
+    SlipCompany order(eDBSQLServer);
     for (const auto& c : std::initializer_list<Case>{
              {"locations", "mdUseDLRange = 1, mdEachLoc = 0", {"WH", number + "WH"}},
              {"ship dates", "mdUseDLRange = 1, mdEachLoc = 3", {"3/15/2026", number + "20260315"}},
@@ -203,21 +215,19 @@ TEST(PickingSlip, NamesItsRangeAndGoesByItWithoutAnOrderNumber)
               {"EA", number + "EA"}},
              {"no choice names none", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = NULL", {"<null>", "<null>"}},
          }) {
-        SlipCompany order(eDBSQLServer, c.defaults, kRanges);
-        order.usual_lines();
+        order.set_up(c.defaults, kRanges).usual_lines();
         ASSERT_EQ(order.print(Route::Window), RunEnd::Delivered) << c.why << order.box_text(0);
         EXPECT_EQ(shown(order.row(0), "Detail Range"), c.shown[0]) << c.why;
         EXPECT_EQ(shown(order.row(0), "Detail Range Desc"), c.shown[1]) << c.why;
         EXPECT_EQ(shown(order.row(0), "Accpac Order Number"), c.shown[1].substr(0, 30)) << c.why;
     }
-    SlipCompany unnamed(eDBSQLServer, "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 1", kRanges);
-    EXPECT_EQ(unnamed.usual_lines().print(Route::Window), RunEnd::Failed) << "no range was loaded to name";
-    SlipCompany undated(eDBSQLServer, "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 3");
-    undated.usual_lines().print(Route::Window);
-    EXPECT_EQ(shown(undated.row(0, 2), "Detail Range"), "") << "a line without a date";
-    EXPECT_EQ(shown(undated.row(0, 2), "Detail Range Desc"), "<null>");
-    EXPECT_EQ(shown(undated.row(0, 2), "Shipping Date"), "<null>");
-    EXPECT_EQ(shown(undated.row(0, 1), "Shipping Date"), "2026-03-20") << "of the line";
+    order.set_up("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 1", kRanges).usual_lines();
+    EXPECT_EQ(order.print(Route::Window), RunEnd::Failed) << "no range was loaded to name";
+    order.set_up("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 3").usual_lines().print(Route::Window);
+    EXPECT_EQ(shown(order.row(0, 2), "Detail Range"), "") << "a line without a date";
+    EXPECT_EQ(shown(order.row(0, 2), "Detail Range Desc"), "<null>");
+    EXPECT_EQ(shown(order.row(0, 2), "Shipping Date"), "<null>");
+    EXPECT_EQ(shown(order.row(0, 1), "Shipping Date"), "2026-03-20") << "of the line";
 }
 
 TEST(PickingSlip, IsMarkedWhenAllSlipsWentOutAndSaysSoTheNextTime)
