@@ -129,7 +129,7 @@ TEST_F(ManyDocuments, OnSeveralProcessesAreTheSameAsOnOne)
         "UPDATE Quote SET QuoteStatusID = 4 WHERE QuoteID = 51");
     const std::vector<std::vector<std::string>> commands{
         {"quote", "52", "7777", "50", "51", "49", "52", "--explain"},
-        {"picking-slip", "--number", "Q-10052", "Q-10050", "none", "Q-10052", "Q-10049"},
+        {"picking-slip", "--number", "Q-10052", "Q-10050", "Q-10052", "none", "Q-10049"},
         {"confirmation", "52", "50", "50", "48", "--no-mark"},
         {"checklist", "--all"},
     };
