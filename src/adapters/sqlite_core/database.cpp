@@ -12,6 +12,9 @@ namespace velora::sqlite {
 
 namespace {
 
+// A connection belongs to one session, and that to one thread at a time: no lock is taken for each cell that is read.
+constexpr int kOneThread = SQLITE_OPEN_NOMUTEX;
+
 namespace fs = std::filesystem;
 
 constexpr std::string_view kMagic("SQLite format 3\0", 16);
@@ -89,7 +92,7 @@ Database Database::open(const std::string& path, const Options& options)
     check_file(path);
     sqlite3* handle = nullptr;
     const int flags = options.access == Access::Guarded ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
-    const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, flags, nullptr);
+    const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, flags | kOneThread, nullptr);
     Database database(handle);
     if (status != SQLITE_OK) throw refusal(path, sqlite3_errstr(status));
     try {
@@ -109,7 +112,7 @@ Database Database::open(const std::string& path, const Options& options)
 Database Database::create(const std::string& path)
 {
     sqlite3* handle = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | kOneThread;
     const int status = sqlite3_open_v2(fs::absolute(path).c_str(), &handle, flags, nullptr);
     Database database(handle);
     if (status != SQLITE_OK) throw DriverError(status, sqlite3_errstr(status));
@@ -120,7 +123,8 @@ Database Database::create(const std::string& path)
 Database Database::memory(const Options& options)
 {
     sqlite3* handle = nullptr;
-    const int status = sqlite3_open_v2(":memory:", &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, nullptr);
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY | kOneThread;
+    const int status = sqlite3_open_v2(":memory:", &handle, flags, nullptr);
     Database database(handle);
     if (status != SQLITE_OK) throw DriverError(status, sqlite3_errstr(status));
     database.set_up(options);
