@@ -1,5 +1,4 @@
 #include <array>
-#include <ranges>
 
 #include "engine/expression/program.h"
 
@@ -102,8 +101,9 @@ private:
             links.push_back(&left);
         }
         Cell result = evaluate(operand(*links.back(), 0));
-        for (const Instruction* link : links | std::views::reverse) {
-            result = arithmetic(link->op, link->result, result, evaluate(operand(*link, 1)));
+        for (; !links.empty(); links.pop_back()) {
+            const Instruction& link = *links.back();
+            result = arithmetic(link.op, link.result, result, evaluate(operand(link, 1)));
         }
         return result;
     }

@@ -1,7 +1,6 @@
 #include "engine/plan/look.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace velora::engine {
 
@@ -189,9 +188,11 @@ StylePlans::StylePlans(const model::Definition& definition, const Names& names)
         const auto line = line_of(*styles[style.name], styles);
         if (std::ranges::find(usual, line.back()) == usual.end()) {
             // a style without a parent stands upon the default style, but for its conditions
-            for (const auto* base : usual | std::views::reverse) plan.layers.push_back({{}, &base->attributes});
+            for (auto base = usual.rbegin(); base != usual.rend(); ++base) {
+                plan.layers.push_back({{}, &(*base)->attributes});
+            }
         }
-        for (const auto* base : line | std::views::reverse) add_layers(*base, names, plan);
+        for (auto base = line.rbegin(); base != line.rend(); ++base) add_layers(**base, names, plan);
         if (style.is_default) default_ = &plan;
     }
 }

@@ -51,7 +51,7 @@ std::string TextPart::shown_value(const Environment& environment)
         }
         formatter = own_pattern_.empty() ? nullptr : own_formatter_.get();  // null: as if there were no pattern at all
     }
-    const std::string none = dress_->look.blank_when_null ? "" : "null";
+    std::string none = dress_->look.blank_when_null ? "" : "null";
     if (!formatter && !run_.wants_values) return plan_.expression.text(environment).value_or(none);
 
     value_ = plan_.expression.evaluate(environment);
