@@ -11,6 +11,7 @@
 #include "host/query_table.h"
 #include "host/shipped.h"
 #include "host/stores.h"
+#include "host/windows_module.h"
 #include "session/settings.h"
 #include "values/fault.h"
 #include "values/text.h"
@@ -150,7 +151,10 @@ SessionState& Host::company()
 OpenWindows& Host::windows()
 {
     if (!windows_) {
-        windows_ = std::make_unique<OpenWindows>(*this);
+        // Windows keep their places beside the user's settings.
+        const fs::path settings = settings_path(options_, around_);
+        const fs::path places = settings.empty() ? fs::path() : settings.parent_path() / "VeloraWindows.ini";
+        windows_ = std::make_unique<OpenWindows>(company(), windows_module(around_.program), places.string());
         user_->show_in(&windows_->user());
     }
     return *windows_;

@@ -1,21 +1,9 @@
 #include "host/open_windows.h"
 
-#include "host/adapters.h"
-#include "host/host.h"
 #include "host/windows_module.h"
 #include "service/report.h"
 
 namespace velora {
-namespace {
-
-/// Windows keep their places beside the user's settings.
-std::string places_file(const Host& host)
-{
-    const std::filesystem::path settings = settings_path(host.options(), host.around());
-    return settings.empty() ? std::string() : (settings.parent_path() / "VeloraWindows.ini").string();
-}
-
-}  // namespace
 
 drive::HostCalls host_calls(SessionState& state)
 {
@@ -33,11 +21,8 @@ drive::HostCalls host_calls(SessionState& state)
     };
 }
 
-OpenWindows::OpenWindows(Host& host)
-    : state_(host.company()),
-      desk_(state_),
-      toolkit_(open_toolkit(windows_module(host.around().program), desk_,
-                            {.places = places_file(host), .is_scripted = false}))
+OpenWindows::OpenWindows(SessionState& state, const std::filesystem::path& module, const std::string& places)
+    : state_(state), desk_(state_), toolkit_(open_toolkit(module, desk_, {.places = places, .is_scripted = false}))
 {
     state_.ports.windows = &desk_;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
+#include <string>
 
 #include "forms/desk.h"
 #include "forms/toolkit.h"
@@ -8,16 +10,16 @@
 
 namespace velora {
 
-class Host;
-
 /// The application around the component: it keeps what it hands in, since the state holds what the latest call gave.
 drive::HostCalls host_calls(SessionState& state);
 
 /// The windows of one run of the program.
 class OpenWindows {
 public:
+    /// @param module  the file of the toolkit's module
+    /// @param places  the file that keeps the windows' places; blank for none
     /// @throws HostError where windows cannot be shown
-    explicit OpenWindows(Host& host);
+    OpenWindows(SessionState& state, const std::filesystem::path& module, const std::string& places);
     OpenWindows(const OpenWindows&) = delete;
     OpenWindows& operator=(const OpenWindows&) = delete;
     ~OpenWindows();

@@ -1,20 +1,13 @@
 #pragma once
 
-#include <chrono>
 #include <iosfwd>
 #include <memory>
-#include <string>
 
+#include "adapters/smtp/mail_server_rules.h"
 #include "platform/mail_transport.h"
 #include "platform/region.h"
 
 namespace velora {
-
-/// How mail servers are met.
-struct MailServerRules {
-    std::string certificate_authority;  ///< file of a private authority beside those of the system; blank: none
-    std::chrono::seconds timeout{30};   ///< how long a server may keep silent
-};
 
 /// Sends over SMTP. A failure of any kind is told as `SendFailed`, never thrown.
 /// @param clock  gives the day of the mail, and has to outlive the transport

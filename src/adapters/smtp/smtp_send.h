@@ -8,8 +8,9 @@
 
 #include "adapters/smtp/checked_mail.h"
 #include "adapters/smtp/curl_library.h"
-#include "adapters/smtp/mail_transport.h"
+#include "adapters/smtp/mail_server_rules.h"
 #include "adapters/smtp/smtp_talk.h"
+#include "platform/mail_transport.h"
 
 namespace velora::smtp {
 
