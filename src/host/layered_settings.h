@@ -14,6 +14,7 @@ public:
 
     void lay_over(const std::string& key, const std::string& value) { over_[key] = value; }
     void clear() { over_.clear(); }
+    [[nodiscard]] const SettingsStore& below() const { return below_; }
 
     [[nodiscard]] std::string get(std::string_view application, std::string_view section, std::string_view key,
                                   std::string_view otherwise) const override

@@ -102,14 +102,6 @@ class ReportTest(unittest.TestCase):
             thread.join()
         self.assertEqual(got, expected)
 
-    def test_what_is_raised_while_progress_is_told_comes_out(self) -> None:
-        def stop(done: int, total: int) -> None:
-            raise KeyboardInterrupt
-
-        report = self.open(on_progress=stop)
-        with self.assertRaises(KeyboardInterrupt):
-            report.print_current_quote(report.find_quote("Q-10052"), target=self.folder / "a.pdf")
-
     def test_the_version_is_told(self) -> None:
         self.assertRegex(version(), r"^\d+\.\d+\.\d+$")
         self.assertTrue(issubclass(NoData, ReportError))

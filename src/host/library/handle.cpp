@@ -7,6 +7,7 @@
 #include "host/library/resources.h"
 #include "host/options.h"
 #include "host/pipe_file.h"
+#include "session/lists.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -84,7 +85,7 @@ Handle::Handle(const velora_options& options)
     const SessionState& state = host_.company();
     engine_ = state.gEngine;
     multi_curr_ = state.gMultiCurr;
-    host_.settings().lay_over("Export", (std::filesystem::path(state.ports.application_folder) / "Export").string());
+    set_export(nullptr, nullptr);
     const auto tell = [this](size_t done, size_t total) {
         if (options_.on_progress != nullptr) options_.on_progress(options_.context, done, total);
     };
@@ -176,21 +177,37 @@ void Handle::tell_pipe(std::string_view kind)
     };
 }
 
-void Handle::set_export(const char* format, const char* target)
+/// What is named, else what the ending of the file says, else what the settings say, else PDF.
+size_t Handle::format_number(const char* format, const std::filesystem::path& file)
 {
-    auto& settings = host_.settings();
-    auto& state = host_.company();
-    const std::string file = text_of(target);
+    const auto place = [](auto found) { return static_cast<size_t>(found - kExportFormats.begin()); };
     if (format != nullptr) {
         const auto found = std::ranges::find(kExportFormats, std::string_view(format), &ExportFormatRecord::name);
-        if (found == kExportFormats.end()) throw UsageError("\"" + std::string(format) + "\" is no format of files.");
-        settings.lay_over("Format", std::to_string(found - kExportFormats.begin()));
+        if (found != kExportFormats.end()) return place(found);
+        throw UsageError("\"" + std::string(format) + "\" is no format of files.");
     }
-    const auto usual = std::filesystem::path(state.ports.application_folder) / "Export";
-    const bool is_folder = std::filesystem::is_directory(file);
-    settings.lay_over("Export", is_folder ? std::filesystem::absolute(file).string() : usual.string());
-    if (!file.empty() && !is_folder) host_.files().writes(file, "--output");
-    state.ports.export_file = file.empty() || is_folder ? "" : std::filesystem::absolute(file).string();
+    const auto by_ending = std::ranges::find(kExportFormats, file.extension().string(), &ExportFormatRecord::extension);
+    if (by_ending != kExportFormats.end()) return place(by_ending);
+    const auto section = company_id(host_.company()) + "_Report";
+    const auto chosen = host_.settings().below().get("Morvane\\Velora", section, "Format", "0");
+    const bool is_number =
+        chosen.size() == 1 && chosen[0] >= '0' && chosen[0] < static_cast<char>('0' + kExportFormats.size());
+    return is_number ? static_cast<size_t>(chosen[0] - '0') : 0;
+}
+
+void Handle::set_export(const char* format, const char* target)
+{
+    namespace fs = std::filesystem;
+    auto& state = host_.company();
+    const std::string named = text_of(target);
+    const bool is_folder = fs::is_directory(named);
+    const auto file = named.empty() || is_folder ? fs::path() : fs::absolute(named);
+    const auto usual = fs::path(state.ports.application_folder) / "Export";
+    const auto number = std::to_string(format_number(format, file));
+    if (!file.empty()) host_.files().writes(file, "--output");
+    host_.settings().lay_over("Format", number);
+    host_.settings().lay_over("Export", is_folder ? fs::absolute(named).string() : usual.string());
+    state.ports.export_file = file.string();
 }
 
 std::string Handle::definition(std::string_view kind, const char* named)

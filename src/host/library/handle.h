@@ -62,6 +62,7 @@ public:
 private:
     template <class Work>
     velora_status guarded(Work work) noexcept;
+    [[nodiscard]] size_t format_number(const char* format, const std::filesystem::path& file);
     velora_status shown();
     velora_status ended();
     void tell_pipe(std::string_view kind);

@@ -6,7 +6,7 @@
 #include "host/program.h"
 
 using namespace velora::testing;
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 namespace {
 
@@ -78,7 +78,6 @@ TEST_F(Library, PrintsWhatTheCommandLinePrints)
     ASSERT_EQ(velora_set_export(report, "pdf", file.c_str()), VELORA_DELIVERED);
     EXPECT_EQ(print(report, "Q-10052"), VELORA_DELIVERED) << velora_last_error(report);
     EXPECT_EQ(velora_exported_file(report), file);
-    EXPECT_GT(told.steps, 0u);
     EXPECT_EQ(told.nested, VELORA_USAGE) << "a call from within a callback is refused";
     velora_close(report);
 
@@ -96,7 +95,8 @@ TEST_F(Library, SaysWhatWentWrongAndGoesOn)
     ASSERT_EQ(velora_set_export(report, nullptr, scratch("a.pdf").c_str()), VELORA_DELIVERED);
     EXPECT_EQ(print(report, "Q-10052", "/nowhere.rpt"), VELORA_TOLD);
     ASSERT_EQ(told.boxes.size(), 1u);
-    EXPECT_THAT(told.boxes.front(), HasSubstr(velora_last_error(report)));
+    EXPECT_THAT(told.boxes.front(), HasSubstr("could not be found"));
+    EXPECT_THAT(velora_last_error(report), HasSubstr("/nowhere.rpt"));
     EXPECT_EQ(print(report, "nowhere"), VELORA_NO_DATA);
     EXPECT_EQ(velora_Show_Printers(report, 0, velora_engine(report), 0), VELORA_TOLD);
     EXPECT_EQ(velora_Show_Emailer(report, 0, velora_engine(report)), VELORA_FAULT) << "this program has no windows";
