@@ -12,11 +12,7 @@ namespace {
 
 const ExportFormatRecord* chosen_format(SessionState& state)
 {
-    const std::string number = setting(state, "Format", "-1");
-    for (size_t at = 0; at < kExportFormats.size(); ++at) {
-        if (number == std::to_string(at)) return &kExportFormats[at];
-    }
-    return nullptr;
+    return format_of_setting(setting(state, "Format", "-1"));
 }
 
 /// The folder is taken as it is set up: one that ends in a separator gets a second one.

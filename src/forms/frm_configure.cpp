@@ -93,7 +93,8 @@ void frmConfigure::name_controls()
         button->set_tip("Browse for the Report");
     }
     cboExport.set_label("Export reports as");
-    for (const auto& format : kExportFormats) cboExport.add(std::string(format.list_text));
+    for (const auto& format : std::span(kExportFormats).first(kOfferedFormats))
+        cboExport.add(std::string(format.list_text));
     txtExport.set_label("Default report export folder.");
     lvbExport.set_tip("Default report export folder.");
     tbxSMTP.set_label("SMTP Server");

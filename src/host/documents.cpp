@@ -18,15 +18,13 @@ namespace fs = std::filesystem;
 std::string format_number(ExportFormat format)
 {
     const auto found = std::ranges::find(kExportFormats, format, &ExportFormatRecord::format);
-    return std::to_string(found - kExportFormats.begin());
+    const auto number = static_cast<size_t>(found - kExportFormats.begin());
+    return number < kOfferedFormats ? std::to_string(number) : std::string(found->name);
 }
 
 bool is_format_number(std::string_view text)
 {
-    for (size_t at = 0; at < kExportFormats.size(); ++at) {
-        if (text == std::to_string(at)) return true;
-    }
-    return false;
+    return format_of_setting(text) != nullptr;
 }
 
 void require_folder(const fs::path& folder)

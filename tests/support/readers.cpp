@@ -188,13 +188,22 @@ XlsBook xls_book(const fs::path& file)
     return xls_books({file}).at(0);
 }
 
-std::vector<XlsBook> xls_books(const std::vector<fs::path>& files)
+namespace {
+
+/// What a script tells of files, line by line.
+std::vector<std::vector<std::string>> told(const std::string& script, const std::vector<fs::path>& files)
 {
-    std::string command = "/usr/bin/python3 '" VELORA_SOURCE_DIR "/tests/support/xls_dump.py'";
+    std::string command = "/usr/bin/python3 '" VELORA_SOURCE_DIR "/tests/support/" + script + "'";
     for (const fs::path& file : files) command += " " + engine::word(file);
+    std::vector<std::vector<std::string>> lines;
+    for (const std::string& line : split(run(command), '\n')) lines.push_back(split(line, '\t'));
+    return lines;
+}
+
+std::vector<XlsBook> books_of(const std::string& script, const std::vector<fs::path>& files)
+{
     std::vector<XlsBook> books;
-    for (const std::string& line : split(run(command), '\n')) {
-        const auto parts = split(line, '\t');
+    for (const auto& parts : told(script, files)) {
         if (parts[0] == "workbook") books.emplace_back();
         XlsBook& book = books.back();
         book.lines.push_back(parts);
@@ -204,6 +213,28 @@ std::vector<XlsBook> xls_books(const std::vector<fs::path>& files)
                                       replaced(parts[4], "\\n", "\n"), parts[5], parts[6], parts[7]});
     }
     return books;
+}
+
+}  // namespace
+
+std::vector<XlsBook> xls_books(const std::vector<fs::path>& files)
+{
+    return books_of("xls_dump.py", files);
+}
+
+std::vector<XlsBook> xlsx_books(const std::vector<fs::path>& files)
+{
+    return books_of("office_dump.py", files);
+}
+
+std::vector<std::vector<std::vector<std::string>>> docx_lines(const std::vector<fs::path>& files)
+{
+    std::vector<std::vector<std::vector<std::string>>> documents;
+    for (const auto& parts : told("office_dump.py", files)) {
+        if (parts[0] == "document") documents.emplace_back();
+        documents.back().push_back(parts);
+    }
+    return documents;
 }
 
 std::vector<std::string> XlsBook::line(const std::string& name) const

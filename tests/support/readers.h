@@ -52,5 +52,10 @@ struct XlsBook {
 };
 XlsBook xls_book(const std::filesystem::path& file);
 std::vector<XlsBook> xls_books(const std::vector<std::filesystem::path>& files);
+/// The same of workbooks in today's form.
+std::vector<XlsBook> xlsx_books(const std::vector<std::filesystem::path>& files);
+/// What documents in today's form hold, line by line and part by part: "frame" with page, place, alignment and text,
+/// "picture" with page and description.
+std::vector<std::vector<std::vector<std::string>>> docx_lines(const std::vector<std::filesystem::path>& files);
 
 }  // namespace velora::readers

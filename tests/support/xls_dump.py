@@ -153,5 +153,6 @@ def dump(path):
         print(*parts, sep="\t")
 
 
-for name in sys.argv[1:]:
-    dump(name)
+if __name__ == "__main__":
+    for name in sys.argv[1:]:
+        dump(name)

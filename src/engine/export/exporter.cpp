@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/export/csv/csv_exporter.h"
+#include "engine/export/docx/docx_exporter.h"
 #include "engine/export/html/html_exporter.h"
 #include "engine/export/pdf/pdf_exporter.h"
 #include "engine/export/print_xml/xml_exporter.h"
 #include "engine/export/rtf/rtf_exporter.h"
 #include "engine/export/text/txt_exporter.h"
 #include "engine/export/xls/xls_exporter.h"
+#include "engine/export/xlsx/xlsx_exporter.h"
 #include "values/fault.h"
 #include "values/text.h"
 
@@ -31,6 +34,9 @@ constexpr std::array kFormats = {
     Format{"doc",  make_rtf_exporter},  // word processors open rich text under this name
     Format{"txt",  make_txt_exporter},
     Format{"xml",  make_xml_exporter},
+    Format{"xlsx", make_xlsx_exporter},
+    Format{"docx", make_docx_exporter},
+    Format{"csv",  make_csv_exporter},
 };
 // clang-format on
 

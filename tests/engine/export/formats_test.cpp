@@ -11,10 +11,11 @@ TEST(Formats, EachIsWrittenByItsNameAndIsWhatItSays)
         std::string_view format;
         const char *name, *start;
     };
-    for (const auto& c :
-         {Case{"pdf", "sample.pdf", "%PDF-1."}, Case{"html", "sample.html", "<!DOCTYPE html>"},
-          Case{"xls", "sample.xls", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"}, Case{"rtf", "sample.rtf", "{\\rtf1"},
-          Case{"doc", "sample.doc", "{\\rtf1"}, Case{"xml", "sample.xml", "<?xml"}}) {
+    for (const auto& c : {Case{"pdf", "sample.pdf", "%PDF-1."}, Case{"html", "sample.html", "<!DOCTYPE html>"},
+                          Case{"xls", "sample.xls", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"},
+                          Case{"rtf", "sample.rtf", "{\\rtf1"}, Case{"doc", "sample.doc", "{\\rtf1"},
+                          Case{"xml", "sample.xml", "<?xml"}, Case{"xlsx", "sample.xlsx", "PK\x03\x04"},
+                          Case{"docx", "sample.docx", "PK\x03\x04"}, Case{"csv", "sample.csv", ""}}) {
         std::filesystem::create_directories(VELORA_TEST_SCRATCH);
         const auto path = std::filesystem::path(VELORA_TEST_SCRATCH) / c.name;
         FontStore fonts(VELORA_SOURCE_DIR "/fonts");
@@ -29,7 +30,7 @@ TEST(Formats, EachIsWrittenByItsNameAndIsWhatItSays)
 
 TEST(Formats, AnExportThatIsGivenUpLeavesTheEarlierFile)
 {
-    for (const auto format : {"html", "xls", "rtf"}) {
+    for (const auto format : {"html", "xls", "rtf", "xlsx", "docx", "csv"}) {
         std::filesystem::create_directories(VELORA_TEST_SCRATCH "/given-up");
         const auto path = std::filesystem::path(VELORA_TEST_SCRATCH) / "given-up" / "kept.out";
         std::ofstream(path) << "earlier";

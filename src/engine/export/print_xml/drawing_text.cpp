@@ -1,6 +1,6 @@
 #include "engine/export/print_xml/drawing_text.h"
 
-#include "engine/export/print_xml/xml_text.h"
+#include "engine/export/common/xml_text.h"
 
 namespace velora::engine {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "engine/export/common/xml_text.h"
 #include "engine/export/print_xml/drawing_text.h"
 #include "engine/export/print_xml/xml_marked_text.h"
 #include "engine/export/print_xml/xml_names.h"
-#include "engine/export/print_xml/xml_text.h"
 #include "engine/page/color_text.h"
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"

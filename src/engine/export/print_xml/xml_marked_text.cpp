@@ -1,7 +1,7 @@
 #include "engine/export/print_xml/xml_marked_text.h"
 
+#include "engine/export/common/xml_text.h"
 #include "engine/export/print_xml/xml_names.h"
-#include "engine/export/print_xml/xml_text.h"
 #include "engine/page/color_text.h"
 
 namespace velora::engine {

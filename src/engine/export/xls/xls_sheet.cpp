@@ -9,44 +9,17 @@ namespace {
 
 constexpr uint16_t kBof = 0x0809, kEof = 0x000A, kRow = 0x0208, kBlank = 0x0201, kNumber = 0x0203, kLabel = 0x00FD;
 constexpr uint32_t kRowsInBlock = 32;
-constexpr double kDigitPoints = 6;    ///< width of a digit of the normal font: eight pixels of 96 an inch
 constexpr size_t kMostMerges = 1026;  ///< in one record
 constexpr int32_t kSlack = 14;        ///< points that rounding to whole pixels may add to a page
 
-struct PaperSize {
-    int32_t width, height;
-    uint16_t number;
-};
-// clang-format off
-constexpr PaperSize kPapers[] = {
-    {595,  842, 9},   // A4
-    {612,  792, 1},   // Letter
-    {612, 1008, 5},   // Legal
-    {842, 1191, 8},   // A3
-    {420,  595, 11},  // A5
-    {792, 1224, 3},   // Tabloid
-    {522,  756, 7},   // Executive
-    {709, 1001, 12},  // B4
-    {516,  729, 13},  // B5
-};
-// clang-format on
-
-/// The paper nearest in size; a workbook has no others.
-uint16_t paper_number(int32_t width, int32_t height)
-{
-    const auto distance = [&](const PaperSize& paper) {
-        return std::abs(paper.width - std::min(width, height)) + std::abs(paper.height - std::max(width, height));
-    };
-    return std::min_element(std::begin(kPapers), std::end(kPapers),
-                            [&](const auto& a, const auto& b) { return distance(a) < distance(b); })
-        ->number;
-}
-
 }  // namespace
 
-XlsSheet::XlsSheet(const XlsPages& pages, XlsStyles& styles, const GridLines& columns, const XlsPaper& paper,
-                   Measurer& measurer)
-    : pages_(pages), styles_(styles), lines_(columns), paper_(paper), cells_(pages, columns, measurer)
+XlsSheet::XlsSheet(XlsLayout& layout)
+    : pages_(layout.pages),
+      styles_(layout.styles),
+      lines_(layout.columns),
+      paper_(layout.paper),
+      cells_(layout.pages, layout.columns, layout.measurer)
 {
 }
 
@@ -219,7 +192,7 @@ void XlsSheet::write_page_setup(XlsRecords& stream) const
     stream.add(0x0029, inches(std::max(0, room - tallest_)));
     const uint32_t flags = paper_.landscape ? 0U : 2U;
     stream.add(0x00A1, XlsPayload()
-                           .u16(paper_number(paper_.width, paper_.height))
+                           .u16(xls_paper_number(paper_.width, paper_.height))
                            .u16(static_cast<uint32_t>(std::clamp(room * 100 / std::max(1, tallest_), 10, 100)))
                            .u16(1)
                            .u16(1)
@@ -237,7 +210,7 @@ void XlsSheet::write_columns(XlsRecords& stream) const
     stream.add(0x0055, XlsPayload().u16(8));
     for (uint32_t column = 0; column < cells_.columns(); ++column) {
         const double points = lines_.lines()[column + 1] - lines_.lines()[column];
-        const auto width = static_cast<uint32_t>(std::lround(points / kDigitPoints * 256));
+        const auto width = static_cast<uint32_t>(std::lround(points / kXlsDigitPoints * 256));
         stream.add(
             0x007D,
             XlsPayload().u16(column).u16(column).u16(std::min(width, 65280U)).u16(XlsStyles::kPlainCell).u16(2).u16(0));

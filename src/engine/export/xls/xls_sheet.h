@@ -4,16 +4,10 @@
 #include <vector>
 
 #include "engine/export/xls/xls_cells.h"
+#include "engine/export/xls/xls_layout.h"
 #include "engine/export/xls/xls_records.h"
 
 namespace velora::engine {
-
-/// Paper and margins in points, the same for all sheets of a workbook.
-struct XlsPaper {
-    int32_t width = 595, height = 842;
-    bool landscape = false;
-    int32_t left = 0, right = 0, top = 0;  ///< margins; the lower one is what the pages leave
-};
 
 /// A picture at its place in the sheet. Corners are cells with the part of the cell in 1/1024 (across) and 1/256
 /// (down).
@@ -32,9 +26,8 @@ public:
     static constexpr uint32_t kMostRows = 65536;
     static constexpr size_t kMostBreaks = 1026;
 
-    /// @param columns  lines between the columns, at least two
-    XlsSheet(const XlsPages& pages, XlsStyles& styles, const GridLines& columns, const XlsPaper& paper,
-             Measurer& measurer);
+    /// @param layout  with its columns and its paper; outlives the sheet
+    explicit XlsSheet(XlsLayout& layout);
 
     /// Whether a page of that many rows still fits.
     [[nodiscard]] bool has_room(uint32_t rows) const;

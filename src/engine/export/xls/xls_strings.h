@@ -26,6 +26,12 @@ public:
     uint32_t add(std::string_view utf8, const std::vector<XlsTextPart>& parts = {});
     [[nodiscard]] std::string_view text(uint32_t number) const;
     [[nodiscard]] size_t size() const { return texts_.size(); }
+    /// The marked parts of the text; empty for most.
+    [[nodiscard]] std::vector<XlsTextPart> parts(uint32_t number) const
+    {
+        const auto marked = marked_.find(number);
+        return marked == marked_.end() ? std::vector<XlsTextPart>() : marked->second.parts;
+    }
 
     /// Writes SST and its index EXTSST; `references` is the number of cells that refer to the table.
     void write(XlsRecords& stream, uint32_t references) const;

@@ -14,7 +14,6 @@ constexpr uint16_t kFirstFormat = 164;
 constexpr uint16_t kStyleFormats = 15;  ///< formats of styles that stand before the cells' ones
 constexpr size_t kMostCells = 4000;
 constexpr size_t kMostFonts = 500;
-constexpr uint8_t kBold = 1, kItalic = 2, kUnderline = 4, kStrike = 8;
 
 int distance(Color a, Color b)
 {

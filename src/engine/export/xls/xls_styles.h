@@ -51,12 +51,6 @@ public:
     /// Number of the cell format for the looks on the ground.
     uint16_t cell(const XlsLooks& looks, const XlsGround& ground);
 
-    void write_fonts(XlsRecords& stream) const;
-    void write_formats(XlsRecords& stream) const;
-    void write_cells(XlsRecords& stream) const;
-    void write_palette(XlsRecords& stream) const;
-
-private:
     struct FontKey {
         std::u16string name;
         uint16_t twips;
@@ -65,6 +59,21 @@ private:
     };
     using CellKey = std::pair<XlsLooks, XlsGround>;
 
+    /// Traits of a font, added up.
+    static constexpr uint8_t kBold = 1, kItalic = 2, kUnderline = 4, kStrike = 8;
+
+    // What a workbook in another form writes. Fonts from number 4 on stand a place further in front here.
+    [[nodiscard]] const std::vector<FontKey>& fonts() const { return fonts_; }
+    [[nodiscard]] const std::map<std::string, uint16_t>& formats() const { return formats_; }
+    [[nodiscard]] const std::vector<CellKey>& cells() const { return cells_; }  ///< from number kPlainCell on
+    [[nodiscard]] Color color_of(uint8_t number) const { return palette_[number - 8U]; }
+
+    void write_fonts(XlsRecords& stream) const;
+    void write_formats(XlsRecords& stream) const;
+    void write_cells(XlsRecords& stream) const;
+    void write_palette(XlsRecords& stream) const;
+
+private:
     uint16_t font_of(const FontKey& key);
 
     std::map<FontKey, uint16_t> font_numbers_;

@@ -14,26 +14,11 @@
 namespace velora::engine {
 namespace {
 
-constexpr size_t kLongestName = 31;
-
 struct Unref {
     void operator()(void* object) const noexcept { g_object_unref(object); }
 };
 template <class T>
 using Object = std::unique_ptr<T, Unref>;
-
-/// A name that a sheet may have: without the characters that references use, and short.
-std::u16string sheet_name(const std::string& title, size_t number, size_t count)
-{
-    std::u16string name;
-    for (const char16_t unit : xls_utf16(title)) {
-        if (unit >= 0x20 && std::u16string_view(u"[]:*?/\\'").find(unit) == std::u16string_view::npos) name += unit;
-    }
-    if (name.empty()) name = u"Report";
-    const std::u16string suffix = count > 1 ? xls_utf16(" (" + std::to_string(number + 1) + ")") : std::u16string();
-    name.resize(std::min(name.size(), kLongestName - suffix.size()));
-    return name + suffix;
-}
 
 /// Where the position of a sheet is entered once it is known.
 struct SheetEntry {
@@ -72,7 +57,7 @@ std::vector<SheetEntry> write_sheet_list(XlsRecords& stream, const std::string& 
     std::vector<SheetEntry> entries;
     for (size_t i = 0; i < count; ++i) {
         entries.push_back({stream.size() + 4});
-        stream.add(0x0085, XlsPayload().u32(0).u8(0).u8(0).short_text(sheet_name(title, i, count)));
+        stream.add(0x0085, XlsPayload().u32(0).u8(0).u8(0).short_text(xls_sheet_name(title, i, count)));
     }
     return entries;
 }

@@ -1,4 +1,4 @@
-#include "engine/export/print_xml/xml_text.h"
+#include "engine/export/common/xml_text.h"
 
 #include "values/utf8.h"
 
