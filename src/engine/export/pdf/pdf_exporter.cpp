@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/export/paint/paint.h"
+#include "engine/export/pdf/pdf_archive.h"
 #include "engine/export/pdf/pdf_canvas.h"
 #include "engine/export/pdf/pdf_outline.h"
 
@@ -40,6 +41,8 @@ private:
     std::string action(const Link& link);
     void write_tree();
     void write_info();
+    [[nodiscard]] bool suits_archives() const { return fonts_.suit_archives() && !images_.any_of_inks(); }
+    std::string archive_entries();
 
     PdfFile file_;
     PdfFonts fonts_;
@@ -110,8 +113,8 @@ void PdfExporter::page(Page&& page)
     file_.stream(content, "", canvas_.end_page());
     if (nodes_.empty() || nodes_.back().pages.size() == kPagesInNode) nodes_.push_back({file_.reserve(), {}});
     pages_.push_back(id);
-    file_.object(id, "<</Type/Page/Parent " + pdf_reference(nodes_.back().id) + "/Contents " + pdf_reference(content) +
-                         annotations() + ">>");
+    file_.object(id, "<</Type/Page/Parent " + pdf_reference(nodes_.back().id) + "/Resources " +
+                         pdf_reference(resources_) + "/Contents " + pdf_reference(content) + annotations() + ">>");
     nodes_.back().pages.push_back(id);
     for (const auto& anchor : canvas_.anchors()) outline_.add(id, anchor);
 }
@@ -129,7 +132,19 @@ void PdfExporter::write_tree()
     }
     file_.object(tree_, "<</Type/Pages/Count " + std::to_string(pages_.size()) + "/Kids[" + kids + "]/MediaBox[0 0 " +
                             std::to_string(document_->page_width) + " " + std::to_string(document_->page_height) +
-                            "]/Resources " + pdf_reference(resources_) + ">>");
+                            "]>>");
+}
+
+/// What an archive asks of every file: a description that programs read, and the meaning of its colours.
+std::string PdfExporter::archive_entries()
+{
+    const PdfId metadata = file_.reserve(), profile = file_.reserve();
+    file_.raw_stream(metadata, "/Type/Metadata/Subtype/XML", xmp_packet(*document_, suits_archives()));
+    file_.stream(profile, "/N 3", srgb_profile());
+    return "/Metadata " + pdf_reference(metadata) +
+           "/OutputIntents[<</Type/OutputIntent/S/GTS_PDFA1/OutputConditionIdentifier(sRGB)/Info(sRGB)"
+           "/DestOutputProfile " +
+           pdf_reference(profile) + ">>]";
 }
 
 void PdfExporter::write_info()
@@ -165,7 +180,8 @@ void PdfExporter::end()
     std::string language = document_->locale;
     std::ranges::replace(language, '_', '-');
     file_.object(catalog_, "<</Type/Catalog/Pages " + pdf_reference(tree_) + "/Lang" + pdf_literal(language) +
-                               "/ViewerPreferences<</DisplayDocTitle true>>" + outline_.write(file_) + ">>");
+                               "/ViewerPreferences<</DisplayDocTitle true>>" + outline_.write(file_) +
+                               archive_entries() + ">>");
     file_.finish(catalog_, info_);
 }
 

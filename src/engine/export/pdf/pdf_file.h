@@ -33,10 +33,12 @@ private:
     struct Deflater;
     void put(std::string_view bytes);
     void begin_object(PdfId id);
+    [[nodiscard]] std::string identity() const;
 
     std::unique_ptr<AtomicFile> file_;
     std::vector<uint64_t> places_;  ///< by number; 0 while an object is not written
     uint64_t written_ = 0;
+    uint64_t check_ = 0xCBF29CE484222325;  ///< of the streams
     std::unique_ptr<Deflater> deflater_;
     std::string head_;
 };

@@ -86,6 +86,7 @@ PdfFont::PdfFont(const Face& face, std::string name, PdfId id)
 
 PdfFont::Code PdfFont::find_code(uint16_t glyph, std::string_view text)
 {
+    any_missing_ = any_missing_ || glyph == 0;
     if (outlines_by_code_) {
         if (shown_.size() <= glyph) shown_.resize(glyph + 1);
         if (shown_[glyph].glyph == 0) shown_[glyph] = {glyph, std::string(text)};

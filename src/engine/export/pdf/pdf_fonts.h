@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <string>
@@ -39,6 +40,9 @@ public:
     uint16_t blank(std::string_view text);
     [[nodiscard]] bool has_blanks() const { return !outlines_by_code_ && face_.has(' '); }
 
+    /// Archives refuse a letter that the face does not have, and a blank that is not as wide as the face says.
+    [[nodiscard]] bool suits_archives() const { return !any_missing_ && blanks_.empty(); }
+
     /// Writes the subset of the face and everything about it.
     void write(PdfFile& file) const;
 
@@ -61,6 +65,7 @@ private:
     PdfId id_;
     bool outlines_by_code_;     ///< a face with PostScript outlines: codes are glyph numbers
     std::vector<Shown> shown_;  ///< by code
+    bool any_missing_ = false;
     std::array<uint16_t, 128> ascii_{};
     std::unordered_map<uint16_t, std::vector<uint16_t>> codes_;  ///< of each glyph
     std::unordered_map<std::string, uint16_t> blanks_;
@@ -72,6 +77,10 @@ public:
     explicit PdfFonts(PdfFile& file) : file_(file) {}
 
     PdfFont& font(const Face& face);
+    [[nodiscard]] bool suit_archives() const
+    {
+        return std::ranges::all_of(fonts_, [](const auto& font) { return font.second->suits_archives(); });
+    }
     /// Writes all fonts; returns the entries for the resources.
     std::string write() const;
 

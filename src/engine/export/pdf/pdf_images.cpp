@@ -26,6 +26,7 @@ std::optional<PdfImages::Placed> PdfImages::write(const std::string& bytes)
         const PdfId id = file_.reserve();
         const char* space = head->components == 1 ? "DeviceGray" : head->components == 4 ? "DeviceCMYK" : "DeviceRGB";
         std::string entries = picture_entries(head->width, head->height, space) + "/Filter/DCTDecode";
+        any_of_inks_ |= head->components == 4;
         if (head->components == 4) entries += "/Decode[1 0 1 0 1 0 1 0]";
         file_.raw_stream(id, entries, bytes);
         ++written_;

@@ -26,6 +26,8 @@ public:
     };
     /// Null for a picture that cannot be read.
     const Placed* image(const std::shared_ptr<const ImageData>& data);
+    /// Whether a picture has the colours of printing inks.
+    [[nodiscard]] bool any_of_inks() const { return any_of_inks_; }
     /// The entries for the resources.
     [[nodiscard]] std::string entries() const;
 
@@ -36,6 +38,7 @@ private:
     Warn warn_;
     std::map<std::shared_ptr<const ImageData>, std::optional<Placed>> images_;  // keeps them, so none is taken twice
     int written_ = 0;
+    bool any_of_inks_ = false;
 };
 
 }  // namespace velora::engine
