@@ -111,7 +111,11 @@ class Shop:
         for process in reversed(self.running):
             process.terminate()
         for process in self.running:
-            process.wait()
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:  # a daemon that does not hear is not waited for
+                process.kill()
+                process.wait()
 
     def has_avahi(self):
         check = subprocess.run(["avahi-daemon", "--check"], env=self.environment, stderr=subprocess.DEVNULL)

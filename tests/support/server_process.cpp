@@ -5,7 +5,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
+#include <thread>
 
 namespace velora::test {
 
@@ -34,7 +37,14 @@ ServerProcess::ServerProcess(const std::string& script, std::vector<std::string>
 
 ServerProcess::~ServerProcess()
 {
+    constexpr auto kPatience = std::chrono::seconds(30);
+    constexpr auto kStep = std::chrono::milliseconds(20);
     ::close(input_);
+    for (auto waited = kStep; waited < kPatience; waited += kStep) {
+        if (::waitpid(pid_, nullptr, WNOHANG) != 0) return;
+        std::this_thread::sleep_for(kStep);
+    }
+    ::kill(pid_, SIGKILL);
     ::waitpid(pid_, nullptr, 0);
 }
 
