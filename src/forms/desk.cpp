@@ -63,7 +63,18 @@ void Desk::show_emailer_modal()
 
 void Desk::show_viewer(std::shared_ptr<PageView> pages, const std::string& caption)
 {
+    for (const Shown& shown : shown_) {
+        auto* viewer = dynamic_cast<frmViewer*>(shown.form.get());
+        if (viewer != nullptr && viewer->pages() == pages.get()) return viewer->set_caption(caption);
+    }
     show(std::make_shared<frmViewer>(*this, ++viewers_, std::move(pages), caption));
+}
+
+frmViewer& Desk::begin_viewer(std::shared_ptr<PageView> pages)
+{
+    const auto viewer = std::make_shared<frmViewer>(*this, ++viewers_, std::move(pages), "Report Viewer");
+    show(viewer);
+    return *viewer;
 }
 
 void Desk::show(std::shared_ptr<Form> form, Form* owner)

@@ -13,6 +13,7 @@ namespace velora::forms {
 
 class frmConfigure;
 class frmEmail;
+class frmViewer;
 
 /// The forms that are up, the one in front last. Forms are single instances but for viewers: one that is up and is
 /// asked for again comes to the front as it is.
@@ -30,6 +31,8 @@ public:
     void show_options(WhichFrame frame, Form& owner) override;
     void show_emailer_modal() override;
     void show_viewer(std::shared_ptr<PageView> pages, const std::string& caption);
+    /// A viewer of pages that are still being made; `show_viewer` gives it its caption when they are all there.
+    frmViewer& begin_viewer(std::shared_ptr<PageView> pages);
     /// Loads a new form and shows it.
     void show(std::shared_ptr<Form> form, Form* owner = nullptr);
     void show_modal(const std::shared_ptr<Form>& form) override;

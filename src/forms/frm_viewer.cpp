@@ -78,6 +78,7 @@ void frmViewer::wire()
     });
     const auto typed = [this](TextBox& box, const char* label, std::function<void(const std::string&)> take) {
         box.set_label(label);
+        box.on_enter = true;
         box.change.handle("caxrViewer_Typed", [this, &box, take = std::move(take)] {
             if (!refreshing_) take(box.text());
         });
@@ -116,6 +117,12 @@ void frmViewer::refresh()
     page_box.set_text(std::to_string(page_));
     zoom_box.set_text(std::to_string(zoom_) + "%");
     refreshing_ = false;
+    moved.tell();
+}
+
+void frmViewer::pages_grew(bool all_there)
+{
+    if (all_there && pages_) tree_ = pages_->outline();
     moved.tell();
 }
 

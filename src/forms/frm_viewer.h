@@ -31,9 +31,12 @@ public:
     [[nodiscard]] const std::string& searched() const { return searched_; }
     [[nodiscard]] size_t matches() const { return matches_; }
     [[nodiscard]] const std::vector<OutlineEntry>& tree() const { return tree_; }
+    [[nodiscard]] const std::string& tree_label() const { return tree_label_; }
 
     void go_to(size_t page);
     void set_zoom(double percent);
+    /// There are more pages now, or all of them.
+    void pages_grew(bool all_there);
     /// The part of the window that pages are fitted into, in points. As long as no window says otherwise it is that of
     /// the form as designed.
     void set_view_size(double width, double height) { view_ = {width, height}; }
@@ -80,6 +83,7 @@ private:
     std::vector<size_t> found_on_;  ///< how often on each page
     size_t matches_ = 0;
     std::vector<OutlineEntry> tree_;
+    std::string tree_label_ = "Contents";
     bool refreshing_ = false;
 };
 

@@ -28,4 +28,20 @@ std::vector<size_t> count_on_pages(const PageView& pages, std::string_view text)
     return counts;
 }
 
+std::vector<PageText::Letter> letters_found(const std::vector<PageText>& page, std::string_view text)
+{
+    std::vector<PageText::Letter> found;
+    const std::string wanted = lower_ascii(text);
+    if (trimmed(wanted).empty()) return found;
+    for (const PageText& placed : page) {
+        const std::string lower = lower_ascii(placed.text);
+        for (size_t at = lower.find(wanted); at != std::string::npos; at = lower.find(wanted, at + wanted.size())) {
+            for (const PageText::Letter& letter : placed.letters) {
+                if (letter.begin >= at && letter.begin < at + wanted.size()) found.push_back(letter);
+            }
+        }
+    }
+    return found;
+}
+
 }  // namespace velora::forms

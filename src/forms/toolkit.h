@@ -23,6 +23,8 @@ public:
     virtual Hands& hands() = 0;
     /// Lets people act until the last window is closed. What a procedure threw comes out here.
     virtual void run() = 0;
+    /// Long work is under way: the windows are painted, and people may move about in this one.
+    virtual void stay_alive(const forms::Form& usable) = 0;
 };
 
 struct ToolkitOptions {

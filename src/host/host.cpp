@@ -92,6 +92,15 @@ void Host::make_engine()
     services.on_refused = [this](const std::string& path, const std::string& reason) {
         refusal_ = reason.empty() ? path : path + ": " + reason;
     };
+    services.on_first_page = [this](const auto& pages) {
+        if (windows_) windows_->begin_pages(pages);
+    };
+    services.on_page = [this] {
+        if (windows_) windows_->more_pages();
+    };
+    services.on_pages_end = [this](bool all_there) {
+        if (windows_) windows_->end_pages(all_there);
+    };
     adapters_->engine = make_report_engine(shipped_folder(around_.program, "fonts"), std::move(services));
 }
 

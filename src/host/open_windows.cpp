@@ -1,5 +1,6 @@
 #include "host/open_windows.h"
 
+#include "forms/frm_viewer.h"
 #include "host/windows_module.h"
 #include "service/report.h"
 
@@ -25,6 +26,34 @@ OpenWindows::OpenWindows(SessionState& state, const std::filesystem::path& modul
     : state_(state), desk_(state_), toolkit_(open_toolkit(module, desk_, {.places = places, .is_scripted = false}))
 {
     state_.ports.windows = &desk_;
+}
+
+void OpenWindows::begin_pages(const std::shared_ptr<PageView>& pages)
+{
+    growing_ = &desk_.begin_viewer(pages);
+    toolkit_->stay_alive(*growing_);
+    painted_ = std::chrono::steady_clock::now();
+}
+
+void OpenWindows::more_pages()
+{
+    constexpr auto kOften = std::chrono::milliseconds(40);
+    const auto now = std::chrono::steady_clock::now();
+    if (growing_ == nullptr || now - painted_ < kOften) return;
+    growing_->pages_grew(false);
+    toolkit_->stay_alive(*growing_);
+    painted_ = std::chrono::steady_clock::now();
+}
+
+void OpenWindows::end_pages(bool all_there)
+{
+    if (growing_ == nullptr) return;
+    if (all_there) {
+        growing_->pages_grew(true);
+    } else {
+        growing_->unload();
+    }
+    growing_ = nullptr;
 }
 
 OpenWindows::~OpenWindows()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -28,10 +29,17 @@ public:
     /// Until the last window is closed.
     void run() { toolkit_->run(); }
 
+    // Pages that are still being made are shown from the first on.
+    void begin_pages(const std::shared_ptr<PageView>& pages);
+    void more_pages();
+    void end_pages(bool all_there);
+
 private:
     SessionState& state_;
     forms::Desk desk_;
     std::unique_ptr<forms::Toolkit> toolkit_;
+    forms::frmViewer* growing_ = nullptr;
+    std::chrono::steady_clock::time_point painted_;
 };
 
 }  // namespace velora

@@ -16,6 +16,7 @@
 #include "forms/controls/lists.h"
 #include "windows/form_window.h"
 #include "windows/icons.h"
+#include "windows/page_binding.h"
 #include "windows/rows_binding.h"
 #include "windows/session.h"
 #include "windows/text_bindings.h"
@@ -226,7 +227,7 @@ public:
         }
         take<forms::TextBox, QLineEdit, LineBinding>();
     }
-    void visit(const forms::PageArea&) override {}
+    void visit(const forms::PageArea&) override { take<forms::PageArea, PageArea, PageBinding>(); }
     void visit(const forms::MenuEntry&) override {}   // these two are actions
     void visit(const forms::ToolButton&) override {}  // of the window
 
@@ -236,7 +237,7 @@ private:
     template <class Sort, class Widget, class Made>
     void take()
     {
-        auto* widget = qobject_cast<Widget*>(&widget_);
+        auto* widget = dynamic_cast<Widget*>(&widget_);
         if (widget == nullptr) throw std::logic_error(control_.name() + " has a widget of another kind");
         made = std::make_unique<Made>(window_, dynamic_cast<Sort&>(control_), *widget);
     }

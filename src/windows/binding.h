@@ -21,7 +21,7 @@ public:
     Binding& operator=(const Binding&) = delete;
     virtual ~Binding() = default;
     /// The control may be gone from now on.
-    void detach();
+    virtual void detach();
 
     [[nodiscard]] forms::Control& control() const { return control_; }
     [[nodiscard]] QWidget& widget() const { return widget_; }

@@ -90,8 +90,10 @@ void Dialogs::copy_text(const std::string& text)
 }
 
 /// Long work lets the windows paint; what people do waits until it is done.
-void Dialogs::progress(size_t, size_t)
+void Dialogs::progress(size_t done, size_t total)
 {
+    FormWindow* window = session_.desk().front() != nullptr ? session_.window_of(*session_.desk().front()) : nullptr;
+    if (window != nullptr) window->show_progress(done, total);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -3,16 +3,21 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProgressBar>
+#include <QScreen>
 #include <QSettings>
 #include <QSignalBlocker>
+#include <QStatusBar>
 #include <QToolBar>
 
 #include "forms/controls/buttons.h"
 #include "forms/controls/text_box.h"
 #include "windows/icons.h"
 #include "windows/key_names.h"
+#include "windows/page_binding.h"
 #include "windows/session.h"
 #include "windows/texts.h"
 #include "windows/ui_file.h"
@@ -21,10 +26,19 @@ namespace velora::windows {
 
 namespace {
 
+constexpr double kOfTheScreen = 0.85;  // for a window that opens maximised, when it is made smaller
+
 /// Forms of one sort share a layout and a place: "frmViewer 2" is one more "frmViewer".
 QString sort_of(const forms::Form& form)
 {
     return shown(form.name().substr(0, form.name().find(' ')));
+}
+
+QWidget* make_own(const QString& name, QWidget* parent)
+{
+    if (name == "PageArea") return new PageArea(parent);
+    if (name == "PageGuide") return new PageGuide(parent);
+    return nullptr;
 }
 
 const std::string& caption_of(const forms::Control& control)
@@ -40,16 +54,21 @@ const std::string& caption_of(const forms::Control& control)
 FormWindow::FormWindow(Session& session, forms::Form& form) : session_(session), form_(form)
 {
     lay_out();
-    bind_controls();
     add_menus();
     add_tool_bar();
+    bind_controls();
     assign_mnemonics();
     for (const auto& binding : bindings_) binding->show();
     watch_ = form.changed.watch([this] { show_form(); });
     focus_watch_ = form.focus_changed.watch([this] { follow_focus(); });
     show_form();
     adjustSize();
-    if (session.places() != nullptr) restoreGeometry(session.places()->value(sort_of(form)).toByteArray());
+    if (shows_pages()) {  // over the whole screen, each time
+        resize(screen()->availableSize() * kOfTheScreen);
+        setWindowState(Qt::WindowMaximized);
+    } else if (session.places() != nullptr) {
+        restoreGeometry(session.places()->value(sort_of(form)).toByteArray());
+    }
 }
 
 FormWindow::~FormWindow()
@@ -70,9 +89,16 @@ void FormWindow::detach()
     actions_.clear();
 }
 
+bool FormWindow::shows_pages() const
+{
+    return std::ranges::any_of(form_.controls(), [](const forms::Control* control) {
+        return dynamic_cast<const forms::PageArea*>(control) != nullptr;
+    });
+}
+
 void FormWindow::lay_out()
 {
-    load_ui(":/ui/" + sort_of(form_) + ".ui", *this, [](const QString&, QWidget*) { return nullptr; });
+    load_ui(":/ui/" + sort_of(form_) + ".ui", *this, make_own);
     setObjectName(shown(form_.name()));
 }
 
@@ -96,7 +122,7 @@ QAction* FormWindow::add_action(QMenu& menu, forms::Control& control)
     const auto refresh = [action, &control] {
         const auto* entry = dynamic_cast<const forms::MenuEntry*>(&control);
         action->setSeparator(entry != nullptr && entry->is_separator());
-        action->setText(with_mnemonic(caption_of(control), {}));
+        action->setText(action->isSeparator() ? QString() : with_mnemonic(caption_of(control), {}));
         if (entry != nullptr) action->setShortcut(QKeySequence(shown(entry->shortcut)));
         action->setVisible(control.visible());
         action->setEnabled(control.enabled());
@@ -121,32 +147,53 @@ void FormWindow::add_menus()
     for (auto* entry : form_.popup.entries) add_action(*popup_, *entry)->setShortcut({});
 }
 
+/// Buttons, and between them the boxes for which the layout has no place, in the order of the form.
 void FormWindow::add_tool_bar()
 {
     if (form_.toolbar.empty()) return;
+    statusBar()->setSizeGripEnabled(false);
+    constexpr size_t kManyButtons = 8;
     tool_bar_ = addToolBar(QString());
     tool_bar_->setObjectName("toolbar");
     tool_bar_->setMovable(false);
     tool_bar_->setContextMenuPolicy(Qt::PreventContextMenu);
-    tool_bar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    for (auto* button : form_.toolbar) {
-        auto* action = new QAction(tool_bar_);
-        action->setObjectName(shown(button->name()));
-        const auto refresh = [this, action, button] {
-            action->setText(with_mnemonic(button->caption(), {}));
-            action->setToolTip(shown(button->tip().empty() ? button->caption() : button->tip()));
-            action->setIcon(icon_of(button->name(), palette()));
-            action->setVisible(button->visible());
-            action->setEnabled(button->enabled());
-        };
-        refresh();
-        action_watches_.emplace_back(button, button->changed.watch(refresh));
-        connect(action, &QAction::triggered, this, [this, button] {
-            if (!detached_) session_.act([&] { button->press(); });
-        });
-        tool_bar_->addAction(action);
-        actions_.emplace(button, action);
+    tool_bar_->setToolButtonStyle(form_.toolbar.size() > kManyButtons ? Qt::ToolButtonIconOnly
+                                                                      : Qt::ToolButtonTextUnderIcon);
+    for (forms::Control* control : form_.controls()) {
+        if (auto* button = dynamic_cast<forms::ToolButton*>(control)) add_tool(*button);
+        const bool is_box = dynamic_cast<forms::TextBox*>(control) != nullptr;
+        if (is_box && findChild<QWidget*>(shown(control->name())) == nullptr) add_tool_box(*control);
     }
+}
+
+void FormWindow::add_tool(forms::ToolButton& button)
+{
+    auto* action = new QAction(tool_bar_);
+    action->setObjectName(shown(button.name()));
+    const auto refresh = [this, action, &button] {
+        action->setText(with_mnemonic(button.caption(), {}));
+        action->setToolTip(shown(button.tip().empty() ? button.caption() : button.tip()));
+        action->setIcon(icon_of(button.name(), palette()));
+        action->setVisible(button.visible());
+        action->setEnabled(button.enabled());
+    };
+    refresh();
+    action_watches_.emplace_back(&button, button.changed.watch(refresh));
+    connect(action, &QAction::triggered, this, [this, &button] {
+        if (!detached_) session_.act([&] { button.press(); });
+    });
+    tool_bar_->addAction(action);
+    actions_.emplace(&button, action);
+}
+
+void FormWindow::add_tool_box(const forms::Control& box)
+{
+    constexpr int kLetters = 14;
+    auto* widget = new QLineEdit(tool_bar_);
+    widget->setObjectName(shown(box.name()));
+    widget->setPlaceholderText(shown(box.label()));
+    widget->setFixedWidth(fontMetrics().averageCharWidth() * kLetters);
+    tool_bar_->addWidget(widget);
 }
 
 /// Labels that are no controls themselves say what the form says of the control beside them.
@@ -172,7 +219,23 @@ void FormWindow::show_form()
         setCursor(Qt::WaitCursor);
     } else {
         unsetCursor();
+        if (progress_ != nullptr) progress_->hide();
     }
+}
+
+void FormWindow::show_progress(size_t done, size_t total)
+{
+    if (tool_bar_ == nullptr) return;  // a dialog has no status line
+    if (progress_ == nullptr) {
+        progress_ = new QProgressBar(this);
+        progress_->setTextVisible(false);
+        progress_->setMaximumHeight(fontMetrics().height());
+        statusBar()->addPermanentWidget(progress_);
+    }
+    constexpr size_t kSteps = 1000;
+    progress_->setRange(0, total > 0 ? static_cast<int>(kSteps) : 0);
+    if (total > 0) progress_->setValue(static_cast<int>(std::min(done, total) * kSteps / total));
+    progress_->show();
 }
 
 Binding* FormWindow::binding_of(const forms::Control& control) const

@@ -5,10 +5,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "forms/controls/buttons.h"
 #include "forms/controls/form.h"
 #include "windows/binding.h"
 
 class QMenu;
+class QProgressBar;
 class QToolBar;
 
 namespace velora::windows {
@@ -42,6 +44,8 @@ public:
     /// Runs `change`, during which the toolkit's own moves of the focus mean nothing.
     void without_focus_moves(const std::function<void()>& change);
     void show_popup(const QPoint& at);
+    /// How far long work is; `total` is 0 where nobody knows. It goes with the hourglass.
+    void show_progress(size_t done, size_t total);
 
     /// What happens to the window or to something in it. @return whether that was all
     bool take(QObject& target, QEvent& event);
@@ -52,10 +56,13 @@ protected:
 
 private:
     void lay_out();
+    [[nodiscard]] bool shows_pages() const;
     void bind_controls();
     void name_labels();
     void add_menus();
     void add_tool_bar();
+    void add_tool(forms::ToolButton& button);
+    void add_tool_box(const forms::Control& box);
     void assign_mnemonics();
     void show_form();
     void refresh_icons();
@@ -75,6 +82,7 @@ private:
     std::vector<std::pair<forms::Control*, size_t>> action_watches_;
     QToolBar* tool_bar_ = nullptr;
     QMenu* popup_ = nullptr;
+    QProgressBar* progress_ = nullptr;
     size_t watch_ = 0, focus_watch_ = 0;
     int quiet_ = 0;
     bool detached_ = false;

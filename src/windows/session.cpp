@@ -3,6 +3,7 @@
 #include <QEventLoop>
 #include <QSettings>
 
+#include "forms/controls/page_area.h"
 #include "windows/dialogs.h"
 #include "windows/texts.h"
 #include "windows/widget_hands.h"
@@ -56,6 +57,40 @@ void Session::run()
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         sweep();
         rethrow();
+    }
+}
+
+void Session::stay_alive(const forms::Form& usable)
+{
+    ++at_work_;
+    usable_ = &usable;
+    QCoreApplication::processEvents();
+    usable_ = nullptr;
+    --at_work_;
+}
+
+/// What a person does elsewhere than on the pages that are coming waits for nothing: it is dropped.
+bool Session::is_barred(const FormWindow& window, const QObject& target, QEvent& event) const
+{
+    switch (event.type()) {
+        case QEvent::Close:
+            event.ignore();
+            return true;
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::Shortcut:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu: {
+            const Binding* binding = window.binding_around(&target);
+            const bool on_pages = &window.form() == usable_ && binding != nullptr &&
+                                  dynamic_cast<const forms::PageArea*>(&binding->control()) != nullptr;
+            return !on_pages;
+        }
+        default:
+            return false;
     }
 }
 
@@ -138,6 +173,7 @@ bool Session::eventFilter(QObject* target, QEvent* event)
     if (widget == nullptr) return false;
     auto* window = dynamic_cast<FormWindow*>(widget->window());
     if (window == nullptr || window->is_detached()) return false;
+    if (usable_ != nullptr && is_barred(*window, *target, *event)) return true;
     return window->take(*target, *event);
 }
 

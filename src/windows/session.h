@@ -24,9 +24,11 @@ public:
     UserInterface& user() override;
     forms::Hands& hands() override;
     void run() override;
+    void stay_alive(const forms::Form& usable) override;
 
     [[nodiscard]] forms::Desk& desk() const { return desk_; }
     [[nodiscard]] FormWindow* window_of(const forms::Form& form) const;
+    [[nodiscard]] bool is_scripted() const { return is_scripted_; }
     /// Where window places are kept; null for nowhere.
     [[nodiscard]] QSettings* places() const { return places_.get(); }
 
@@ -38,6 +40,7 @@ public:
 
 private:
     bool eventFilter(QObject* target, QEvent* event) override;
+    [[nodiscard]] bool is_barred(const FormWindow& window, const QObject& target, QEvent& event) const;
     void add_window(forms::Form& form);
     void drop_window(forms::Form& form);
     void raise_window(forms::Form& form);
@@ -53,6 +56,7 @@ private:
     std::vector<std::unique_ptr<FormWindow>> gone_;
     std::vector<size_t> watches_;
     int at_work_ = 0;
+    const forms::Form* usable_ = nullptr;  ///< while long work is under way: the one form that takes keys and clicks
     std::exception_ptr failure_;
 };
 

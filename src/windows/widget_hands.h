@@ -5,6 +5,7 @@
 #include "forms/hands.h"
 
 class QAction;
+class QComboBox;
 
 namespace velora::windows {
 
@@ -39,7 +40,7 @@ private:
     void press_widget(Sort& control);
     bool click(QWidget& widget, const QPoint& at);
     bool click_entry(FormWindow& window, QAction& action);
-    bool choose_item(class QComboBox& box, int index);
+    bool choose_item(QComboBox& box, int index);
     void hand_over(const std::function<void()>& what);
     void finish();
     Binding* binding_of(const forms::Control& control) const;

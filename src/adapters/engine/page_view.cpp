@@ -7,8 +7,11 @@
 #include "adapters/engine/scratch_file.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/exporter.h"
+#include "engine/export/paint/letter_places.h"
 #include "engine/export/paint/page_picture.h"
+#include "engine/export/paint/page_raster.h"
 #include "engine/text/font_store.h"
+#include "platform/painted_pages.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -17,14 +20,18 @@ namespace {
 
 struct PlacedText {
     int32_t y, x;
-    std::string_view text;
+    const engine::Text* text;
 };
 
-class Pages : public PageView {
+class Pages : public PageView, public PaintedPages {
 public:
     Pages(std::shared_ptr<engine::PageList> pages, std::shared_ptr<engine::FontStore> fonts,
           std::function<void(const PrintJob&)> print, PrintJob job)
-        : pages_(std::move(pages)), fonts_(std::move(fonts)), print_(std::move(print)), job_(std::move(job))
+        : pages_(std::move(pages)),
+          fonts_(std::move(fonts)),
+          print_(std::move(print)),
+          job_(std::move(job)),
+          raster_(*fonts_)
     {
     }
 
@@ -38,8 +45,12 @@ public:
     [[nodiscard]] std::vector<OutlineEntry> outline() const override { return page_outline(*pages_); }
     void Export(ExportFormat format, const std::string& path) const override;
     void PrintOut(const PrintWish& wish) const override;
+    void paint(size_t page, double pixels_per_inch, const PixelArea& area) const override;
+    [[nodiscard]] std::vector<PageText> page_texts(size_t page) const override;
 
 private:
+    /// Line by line, each line from left to right.
+    [[nodiscard]] std::vector<PlacedText> read(size_t page) const;
     [[nodiscard]] const engine::Page& page(size_t number) const
     {
         if (number >= page_count()) throw fault::subscript(std::to_string(number));
@@ -50,6 +61,7 @@ private:
     std::shared_ptr<engine::FontStore> fonts_;
     std::function<void(const PrintJob&)> print_;
     PrintJob job_;
+    mutable engine::PageRaster raster_;  ///< what it keeps shows nowhere
 };
 
 std::string Pages::page_png(size_t number, double pixels_per_inch) const
@@ -79,22 +91,48 @@ void Pages::PrintOut(const PrintWish& wish) const
     print_(job);
 }
 
-/// The texts of the page line by line, each line from left to right.
-std::string Pages::page_text(size_t number) const
+std::vector<PlacedText> Pages::read(size_t number) const
 {
     std::vector<PlacedText> texts;
     engine::walk_elements(page(number).elements, [&](const engine::Element& element, const engine::Place& place) {
         const auto* text = std::get_if<engine::Text>(&element.content);
-        if (text && !text->shown().empty()) texts.push_back({place.y, place.x, text->shown()});
+        if (text && !text->shown().empty()) texts.push_back({place.y, place.x, text});
     });
     std::stable_sort(texts.begin(), texts.end(),
                      [](const PlacedText& a, const PlacedText& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+    return texts;
+}
+
+std::string Pages::page_text(size_t number) const
+{
     std::string all;
+    const std::vector<PlacedText> texts = read(number);
     for (size_t index = 0; index < texts.size(); ++index) {
         if (index > 0) all += texts[index].y == texts[index - 1].y ? '\t' : '\n';
-        all += texts[index].text;
+        all += texts[index].text->shown();
     }
     return all;
+}
+
+void Pages::paint(size_t number, double pixels_per_inch, const PixelArea& area) const
+{
+    raster_.paint(page(number), pixels_per_inch, area.x, area.y, area.width, area.height, area.pixels);
+}
+
+std::vector<PageText> Pages::page_texts(size_t number) const
+{
+    const auto places = engine::letter_places(page(number), *fonts_);
+    std::vector<PageText> texts;
+    for (const PlacedText& placed : read(number)) {
+        PageText text{std::string(placed.text->shown()), placed.y, {}};
+        const auto found = places.find(placed.text);
+        if (found != places.end()) {
+            for (const auto& at : found->second)
+                text.letters.push_back({at.begin, at.end, at.x, at.y, at.width, at.height});
+        }
+        texts.push_back(std::move(text));
+    }
+    return texts;
 }
 
 }  // namespace

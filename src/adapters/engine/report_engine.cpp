@@ -44,6 +44,29 @@ CompiledDefinition::State state_of(const std::string& path)
     return {fs::last_write_time(path, ignored), fs::file_size(path, ignored)};
 }
 
+/// Pages for a window, which may show the first before the last is made.
+class GrowingPages final : public engine::PageList {
+public:
+    explicit GrowingPages(const EngineServices& services) : services_(services) {}
+    void page(engine::Page&& page) override
+    {
+        pages.push_back(std::move(page));
+        if (!services_.on_first_page) return;
+        if (std::exchange(is_shown_, true)) return services_.on_page();
+        services_.on_first_page(view.lock());
+    }
+    void ended(bool all_there) const
+    {
+        if (is_shown_) services_.on_pages_end(all_there);
+    }
+
+    std::weak_ptr<PageView> view;  ///< which holds these pages
+
+private:
+    const EngineServices& services_;
+    bool is_shown_ = false;
+};
+
 class EngineReport : public OpenedReport {
 public:
     EngineReport(const CompiledDefinition& compiled, std::shared_ptr<engine::FontStore> fonts,
@@ -91,9 +114,17 @@ public:
 
     std::shared_ptr<PageView> View() override
     {
-        auto pages = std::make_shared<engine::PageList>();
-        run(*pages);
-        return make_page_view(std::move(pages), fonts_, services_.print, job_);
+        const auto pages = std::make_shared<GrowingPages>(services_);
+        auto view = make_page_view(pages, fonts_, services_.print, job_);
+        pages->view = view;
+        try {
+            run(*pages);
+        } catch (...) {
+            pages->ended(false);
+            throw;
+        }
+        pages->ended(true);
+        return view;
     }
 
     [[nodiscard]] const std::vector<std::string>& warnings() const override { return warnings_; }

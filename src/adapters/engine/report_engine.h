@@ -26,6 +26,11 @@ struct EngineServices {
     std::function<void(const PrintJob& job)> print;
     /// Asked before a file is exported; a fault of its own keeps the file as it is.
     std::function<void(const std::filesystem::path& target)> before_export;
+    /// Told the pages for a window as soon as the first is finished, then of each further one, and of the end: all are
+    /// there, or the run failed. Without the first nobody is told.
+    std::function<void(const std::shared_ptr<PageView>& pages)> on_first_page;
+    std::function<void()> on_page;
+    std::function<void(bool all_there)> on_pages_end;
     /// Told how many rows the report has read, every thousand.
     std::function<void(size_t rows)> on_rows;
     /// Told path and reason of a definition that cannot be opened: the fault's box names neither.

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/painted_pages.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -129,6 +130,74 @@ TEST_F(ReportEngineTest, ExportsEveryFormatAndShowsPages)
         EXPECT_TRUE(content(folder_ / c.name).starts_with(c.begins)) << c.name;
         EXPECT_FALSE(content(folder_ / c.name).empty()) << c.name;
     }
+}
+
+TEST_F(ReportEngineTest, APageIsPaintedInPartsAndItsLettersStandWhereTheInkIs)
+{
+    const auto opened = engine();
+    const auto report = opened->OpenReport(definition(""));
+    report->SetDataSource(std::make_shared<Rows>(std::vector{7, 8, 9}));
+    const auto view = report->View();
+    const auto& pages = dynamic_cast<const PaintedPages&>(*view);
+    const auto size = view->page_size();
+    const int width = static_cast<int>(size.width), height = static_cast<int>(size.height);
+    std::vector<uint32_t> whole(static_cast<size_t>(width) * static_cast<size_t>(height));
+    pages.paint(0, 72, {0, 0, width, height, whole.data()});
+
+    // A part is what stands there on the whole page; beyond the page it is white.
+    constexpr int kSide = 90;
+    std::vector<uint32_t> part(kSide * kSide);
+    for (const auto& [x, y] : {std::pair{10, 10}, std::pair{0, 30}, std::pair{width - 20, 0}}) {
+        pages.paint(0, 72, {x, y, kSide, kSide, part.data()});
+        for (int row = 0; row < kSide && y + row < height; ++row) {
+            for (int column = 0; column < kSide; ++column) {
+                const bool on_page = x + column < width;
+                const uint32_t expected =
+                    on_page ? whole[static_cast<size_t>((y + row) * width + x + column)] : 0xffffffffU;
+                ASSERT_EQ(part[static_cast<size_t>(row * kSide + column)] | 0xff000000U, expected | 0xff000000U)
+                    << x + column << ',' << y + row;
+            }
+        }
+    }
+
+    const auto texts = pages.page_texts(0);
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_EQ(texts[1].text, "8");
+    size_t inside = 0, all = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if ((whole[static_cast<size_t>(y * width + x)] & 0xffU) > 200) continue;
+            ++all;
+            for (const auto& text : texts) {
+                for (const auto& at : text.letters) {
+                    const bool across = static_cast<float>(x) + 1 >= at.x && static_cast<float>(x) <= at.x + at.width;
+                    const bool down = static_cast<float>(y) + 1 >= at.y && static_cast<float>(y) <= at.y + at.height;
+                    if (across && down) ++inside;
+                }
+            }
+        }
+    }
+    EXPECT_GT(all, 4u);
+    EXPECT_EQ(inside, all) << "no ink outside a letter's box, and no box over another";
+}
+
+TEST_F(ReportEngineTest, AWindowIsToldOfPagesAsTheyAreMade)
+{
+    std::vector<std::string> told;
+    std::weak_ptr<PageView> early;
+    EngineServices services;
+    services.on_first_page = [&](const std::shared_ptr<PageView>& pages) {
+        early = pages;
+        told.push_back("first of " + std::to_string(pages->page_count()));
+    };
+    services.on_page = [&] { told.push_back("page " + std::to_string(early.lock()->page_count())); };
+    services.on_pages_end = [&](bool all_there) { told.emplace_back(all_there ? "all" : "failed"); };
+    const auto opened = make_report_engine(fs::path(VELORA_SOURCE_DIR) / "fonts", services);
+    const auto report = opened->OpenReport(definition(""));
+    report->SetDataSource(std::make_shared<Rows>(std::vector{7, 8, 9}));
+    const auto view = report->View();
+    EXPECT_EQ(view, early.lock());
+    EXPECT_EQ(told, (std::vector<std::string>{"first of 1", "page 2", "all"}));
 }
 
 class BrokenRows : public Rows {

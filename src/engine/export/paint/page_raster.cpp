@@ -1,0 +1,48 @@
+#include "engine/export/paint/page_raster.h"
+
+#include <cairo.h>
+
+#include "engine/export/paint/cairo_canvas.h"
+#include "engine/export/paint/paint.h"
+#include "values/fault.h"
+
+namespace velora::engine {
+namespace {
+
+struct DropSurface {
+    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
+};
+struct DropContext {
+    void operator()(cairo_t* context) const noexcept { cairo_destroy(context); }
+};
+
+}  // namespace
+
+struct PageRaster::Kept {
+    explicit Kept(FontStore& fonts) : painter(fonts) {}
+    Painter painter;
+    CairoCache cache;
+};
+
+PageRaster::PageRaster(FontStore& fonts) : kept_(std::make_unique<Kept>(fonts)) {}
+
+PageRaster::~PageRaster() = default;
+
+void PageRaster::paint(const Page& page, double resolution, int x, int y, int width, int height, uint32_t* pixels)
+{
+    constexpr int kBytes = 4;
+    constexpr double kPointsPerInch = 72;
+    const std::unique_ptr<cairo_surface_t, DropSurface> surface(cairo_image_surface_create_for_data(
+        reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_RGB24, width, height, width * kBytes));
+    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw fault::overflow("page picture");
+    const std::unique_ptr<cairo_t, DropContext> context(cairo_create(surface.get()));
+    cairo_set_source_rgb(context.get(), 1, 1, 1);
+    cairo_paint(context.get());
+    cairo_translate(context.get(), -x, -y);
+    cairo_scale(context.get(), resolution / kPointsPerInch, resolution / kPointsPerInch);
+    CairoCanvas canvas(context.get(), kept_->cache);
+    kept_->painter.paint(page, canvas);
+    cairo_surface_flush(surface.get());
+}
+
+}  // namespace velora::engine
