@@ -26,9 +26,9 @@ void declare(CLI::App& program, CommonOptions& common, CommandBody& chosen)
     program.require_subcommand(0, 1);
     program.fallthrough();
     add_common_options(program, common);
-    for (const auto add :
-         {add_folder_commands, add_server_commands, add_kind_commands, add_quotes_command, add_render_command,
-          add_fields_command, add_report_list_commands, add_mail_command, add_window_commands, add_drive_command}) {
+    for (const auto add : {add_folder_commands, add_server_commands, add_kind_commands, add_quotes_command,
+                           add_render_command, add_fields_command, add_report_list_commands, add_mail_command,
+                           add_manual_command, add_window_commands, add_drive_command}) {
         add(program, chosen);
     }
     program.allow_extras();  // what no command takes is told by name

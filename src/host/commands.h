@@ -23,6 +23,7 @@ void add_quotes_command(CLI::App& program, CommandBody& chosen);
 void add_report_list_commands(CLI::App& program, CommandBody& chosen);
 void add_window_commands(CLI::App& program, CommandBody& chosen);
 void add_mail_command(CLI::App& program, CommandBody& chosen);
+void add_manual_command(CLI::App& program, CommandBody& chosen);
 void add_drive_command(CLI::App& program, CommandBody& chosen);
 
 /// What "email" does without a recipient.
