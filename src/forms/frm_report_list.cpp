@@ -3,6 +3,7 @@
 #include "forms/builder_call.h"
 #include "forms/company_rules.h"
 #include "forms/frm_report.h"
+#include "forms/order_kinds.h"
 #include "reports/kinds.h"
 #include "reports/report_lists.h"
 #include "session/error_messengers.h"
@@ -17,12 +18,6 @@ constexpr Frame::Place kFramePlace{.top = 480, .left = 3480, .height = 4100};
 std::string section_of(size_t number)
 {
     return "Report #" + std::to_string(number);
-}
-
-bool shares_order_list(WhichReport kind)
-{
-    return kind == eRptAllOrderMenu || kind == eRptOrderChecklist || kind == eRptPickingSlip ||
-           kind == eRptOrderConfirmation;
 }
 
 /// Whether the company uses the order report of that type.

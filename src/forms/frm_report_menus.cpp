@@ -4,6 +4,7 @@
 #include "forms/form_desk.h"
 #include "forms/frm_add.h"
 #include "forms/frm_report.h"
+#include "forms/order_kinds.h"
 #include "reports/report_lists.h"
 #include "session/error_messengers.h"
 #include "session/lists.h"
@@ -13,11 +14,6 @@
 namespace velora::forms {
 
 namespace {
-
-bool is_order_kind(WhichReport kind)
-{
-    return kind == eRptOrderChecklist || kind == eRptPickingSlip || kind == eRptOrderConfirmation;
-}
 
 /// What the entries of the reports menu open; none for the separators.
 std::optional<WhichReport> kind_of_entry(size_t index)

@@ -3,6 +3,7 @@
 #include "forms/finders.h"
 #include "forms/form_desk.h"
 #include "forms/frm_report.h"
+#include "forms/order_kinds.h"
 #include "gateway/accounting_lookups.h"
 #include "gateway/database_lookups.h"
 #include "session/error_messengers.h"
@@ -72,10 +73,7 @@ void frmReport::lvbQuote_Click()
     with_failure_path(state_, ErrorMessenger, "frmReport.lvbQuote_Click", [&] {
         set_pointer(Pointer::Hourglass);
         QuoteFinder finder(desk_);
-        const WhichReport kind = state_.gWhichReport;
-        const bool orders = kind == eRptAllOrderMenu || kind == eRptOrderChecklist || kind == eRptPickingSlip ||
-                            kind == eRptOrderConfirmation;
-        finder.show_quotes(orders ? QuoteFinder::kOrders : QuoteFinder::kQuotes);
+        finder.show_quotes(shares_order_list(state_.gWhichReport) ? QuoteFinder::kOrders : QuoteFinder::kQuotes);
         if (finder.id() != 0) {
             Get_QuoteInformation(true, finder.id(), "");
             state_.gQuoteID = finder.id();

@@ -150,7 +150,7 @@ std::string Return_DefaultLocation(SessionState& state, std::string_view pItem)
     if (item.empty()) return {};
     return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_DefaultLocation", [&] {
         OpenedView view(state, "IC0290");
-        view.browse("ITEMNO = " + quoted(item));
+        view.browse("ITEMNO = " + filter_text(item));
         while (view.fetch()) {
             if (auto location = view.text("LOCATION"); is_numbered(location)) return location;
         }

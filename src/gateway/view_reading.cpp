@@ -70,7 +70,7 @@ const Value& ViewRow::field(std::string_view name) const
     return found->second;
 }
 
-std::string quoted(std::string_view value)
+std::string filter_text(std::string_view value)
 {
     return std::string("\"").append(replaced(value, "\"", "\"\"")).append("\"");
 }

@@ -60,6 +60,6 @@ private:
 };
 
 /// A value as it stands between double quotes in a filter, its own doubled.
-std::string quoted(std::string_view value);
+std::string filter_text(std::string_view value);
 
 }  // namespace velora

@@ -23,7 +23,7 @@ std::string quoted(const std::string& text)
     return "'" + replaced(text, "'", "'\\''") + "'";
 }
 
-/// In a specification of zsh, whose colons and brackets have a meaning.
+/// As zsh takes it, to which colons and brackets have a meaning.
 std::string zsh_text(std::string text)
 {
     for (const char* mark : {"\\", ":", "[", "]"}) text = replaced(text, mark, std::string("\\") + mark);

@@ -12,6 +12,19 @@ namespace velora {
 
 enum class Icon : uint8_t { Information, Exclamation, Critical };
 
+/// As messages in files and answers name it.
+constexpr const char* icon_name(Icon icon)
+{
+    switch (icon) {
+        case Icon::Information:
+            return "information";
+        case Icon::Critical:
+            return "critical";
+        default:
+            return "exclamation";
+    }
+}
+
 struct MessageBox {
     std::string title;
     std::string text;

@@ -162,7 +162,7 @@ std::string Return_FormatItem(SessionState& state, std::string_view item)
         const auto number = trimmed(item);
         return state.cache.remember("Return_FormatItem", {number}, [&] {
             OpenedView view(state, "IC0310");
-            view.browse("ITEMNO = " + quoted(number));
+            view.browse("ITEMNO = " + filter_text(number));
             return view.fetch() ? view.text("FMTITEMNO") : std::string();
         });
     });

@@ -42,9 +42,9 @@ bool counts(const ViewRow& contract, const DateTime& quote_date)
 
 std::shared_ptr<const ViewRow> find_contract(SessionState& state, std::string_view item, std::string_view price_list)
 {
-    const std::string filter = "CUSTNO = " + quoted(trimmed(state.gQuote.AccpacID)) +
-                               " AND ITEMNO = " + quoted(trimmed(item)) +
-                               " AND PRICELIST = " + quoted(trimmed(price_list));
+    const std::string filter = "CUSTNO = " + filter_text(trimmed(state.gQuote.AccpacID)) +
+                               " AND ITEMNO = " + filter_text(trimmed(item)) +
+                               " AND PRICELIST = " + filter_text(trimmed(price_list));
     return state.cache.remember("IC0274", {filter}, [&]() -> std::shared_ptr<const ViewRow> {
         OpenedView view(state, "IC0274");
         view.browse(filter);
@@ -141,7 +141,7 @@ float Return_ContractCostPrice(SessionState& state, std::string_view item, std::
     if (trimmed(item).empty()) return result;
     with_failure_path(state, ErrorACCPAC, "modGeneral.Return_ContractCostPrice", [&] {
         OpenedView view(state, "IC0290");
-        view.browse("ITEMNO = " + quoted(trimmed(item)) + " AND LOCATION = " + std::string(trimmed(location)));
+        view.browse("ITEMNO = " + filter_text(trimmed(item)) + " AND LOCATION = " + std::string(trimmed(location)));
         const auto method = static_cast<size_t>(costMethod - kFirstMethod);
         if (view.fetch() && costMethod >= kFirstMethod && method < kLocationCosts.size()) {
             const double cost = view.number(kLocationCosts[method]);
@@ -159,7 +159,7 @@ Value Return_CIGPrice(SessionState& state, std::string_view customerCode, std::s
         OpenedView view(state, "MW0200");
         const auto column = matrix_column(view, commodity);
         view.cancel();
-        view.browse("CCODE = " + quoted(customerCode));
+        view.browse("CCODE = " + filter_text(customerCode));
         return view.fetch() ? view.field(column) : Value();  // without a column this is a fault of the session
     });
 }

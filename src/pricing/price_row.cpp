@@ -52,7 +52,7 @@ std::string price_filter(std::string_view item, std::string_view priceList, std:
     return std::string("CURRENCY = ")
         .append(currency)
         .append(" AND ITEMNO = ")
-        .append(quoted(item))
+        .append(filter_text(item))
         .append(" AND PRICELIST = ")
         .append(priceList);
 }

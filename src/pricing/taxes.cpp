@@ -91,7 +91,7 @@ void Get_APItemTaxes(SessionState& state)
         OpenedView items(state, "IC0310");
         compose(items, 8, {{1, &classes}});
         compose(classes, 3, {{0, &items}});
-        classes.browse("ITEMNO = " + velora::quoted(trimmed_text(line.value("APItem"))));
+        classes.browse("ITEMNO = " + filter_text(trimmed_text(line.value("APItem"))));
         for (const std::string_view column : {"deTaxClass", "deTaxIncl"}) {
             for (size_t n = 0; n < kTaxSlots; ++n) line.put(numbered(column, n), "");
         }

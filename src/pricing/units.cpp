@@ -24,7 +24,7 @@ bool is_unit_of_item(SessionState& state, std::string_view item, std::string_vie
     compose(items, 7, {{0, &units}, {1, &taxes}});
     compose(units, 1, {{0, &items}});
     compose(taxes, 3, {{0, &items}});
-    units.browse("ITEMNO = " + velora::quoted(trimmed(item)) + " AND UNIT = " + std::string(trimmed(unit)));
+    units.browse("ITEMNO = " + filter_text(trimmed(item)) + " AND UNIT = " + std::string(trimmed(unit)));
     return units.fetch();
 }
 
@@ -97,7 +97,7 @@ float Return_APFactor(SessionState& state, std::string_view item, std::string_vi
     return with_failure_path(state, ErrorACCPAC, "modGeneral.Return_APFactor", [&] {
         OpenedView view(state, "IC0750");
         // The item stands in this view without its separators, unlike in all others.
-        view.browse("ITEMNO = " + velora::quoted(Remove_Separators(state, item)));
+        view.browse("ITEMNO = " + filter_text(Remove_Separators(state, item)));
         while (view.fetch()) {
             if (view.text("UNIT") == trimmed(unit)) return to_single(Value(view.text("FACTOR")));
         }

@@ -58,7 +58,7 @@ public:
         std::string item;
         attempt("APItem", [&] { item = text("APItem"); });
         if (item.empty()) return;
-        const std::string filter = "ITEMNO = " + velora::quoted(item);
+        const std::string filter = "ITEMNO = " + filter_text(item);
         OpenedView view(state_, "IC0310");
         view.browse(filter);
         if (view.fetch()) complete(view, filter);
@@ -166,7 +166,7 @@ Value Return_QuantityAvailable(SessionState& state, std::string_view pItem, std:
     if (item.empty()) return "0";
     return with_failure_path(state, ErrorACCPAC, "modPrint.Return_QuantityAvailable", [&] {
         OpenedView view(state, "IC0290");
-        view.browse("ITEMNO = " + velora::quoted(item) + " AND LOCATION = " + std::string(trimmed(pLocation)));
+        view.browse("ITEMNO = " + filter_text(item) + " AND LOCATION = " + std::string(trimmed(pLocation)));
         if (!view.fetch()) return Value();
         double quantity = view.number("AQTYONHAND") - view.number("QTYSALORDR");
         if (numeric_value(company_default(state, "mdLocDetail")) == 1) {

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "values/characters.h"
+
 namespace velora {
 namespace {
 
@@ -17,11 +19,6 @@ constexpr auto kValues = [] {
     }
     return values;
 }();
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
-}
 
 }  // namespace
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "values/characters.h"
 #include "values/fault.h"
 
 namespace velora {
@@ -87,16 +88,6 @@ std::string fraction_digits(const Decimal& number)
     const auto from = static_cast<size_t>(std::max(number.point, 0));
     if (from < number.digits.size()) fraction += number.digits.substr(from);
     return fraction;
-}
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
 }
 
 double parse(const std::string& text)

@@ -16,18 +16,6 @@ Fault unwritable(const std::string& path)
     return {fault::kPathAccess, "The message file " + path + " cannot be written: " + std::strerror(errno), path};
 }
 
-const char* icon_name(Icon icon)
-{
-    switch (icon) {
-        case Icon::Information:
-            return "information";
-        case Icon::Critical:
-            return "critical";
-        default:
-            return "exclamation";
-    }
-}
-
 std::string json_line(const MessageBox& box)
 {
     const nlohmann::ordered_json line{{"title", box.title}, {"text", box.text}, {"icon", icon_name(box.icon)}};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "values/characters.h"
 #include "values/text.h"
 
 namespace velora::terminal {
@@ -13,11 +14,6 @@ namespace {
 
 constexpr std::string_view kFields = "yMd";
 constexpr std::string_view kNarrowBlank = "\u202f";
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 bool is_mark(char c)
 {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "values/characters.h"
+
 namespace velora::engine {
 
 namespace {
@@ -92,11 +94,6 @@ std::optional<Aligned> aligned(const Decimal& left, const Decimal& right)
     const auto right_units = shifted(right.units(), scale - right.scale());
     if (!left_units || !right_units) return std::nullopt;
     return Aligned{*left_units, *right_units, scale};
-}
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
 }
 
 /// Applies a written exponent to units and scale.

@@ -6,17 +6,13 @@
 #include <limits>
 
 #include "engine/expression/utf16.h"
+#include "values/characters.h"
 #include "values/hex.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
 
 namespace {
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 bool starts_name(char c)
 {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "values/characters.h"
 #include "values/text.h"
 
 namespace velora::engine {
@@ -13,11 +14,6 @@ constexpr auto kMonths =
                                      "september", "october", "november", "december"});
 constexpr auto kDays =
     std::to_array<std::string_view>({"monday", "tuesday", "wednesday", "thursday", "friday", "saturday", "sunday"});
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 bool is_letter(char c)
 {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/page/color_text.h"
+#include "values/characters.h"
 #include "values/text.h"
 #include "values/utf8.h"
 
@@ -32,11 +33,6 @@ struct Tag {
     bool closing = false, empty = false;
     size_t size = 0;  ///< bytes from "<" to ">"
 };
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
 
 std::string unescaped(std::string_view text);
 

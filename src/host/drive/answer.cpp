@@ -7,18 +7,6 @@ namespace velora::drive {
 
 namespace {
 
-const char* icon_name(Icon icon)
-{
-    switch (icon) {
-        case Icon::Information:
-            return "information";
-        case Icon::Critical:
-            return "critical";
-        default:
-            return "exclamation";
-    }
-}
-
 struct ArgumentWriter {
     Json operator()(bool flag) const { return flag; }
     Json operator()(int32_t number) const { return number; }

@@ -1,22 +1,14 @@
 #include "engine/export/paint/page_picture.h"
 
-#include <cairo.h>
-
 #include <cmath>
 
 #include "engine/export/paint/cairo_canvas.h"
+#include "engine/export/paint/cairo_handles.h"
 #include "engine/export/paint/paint.h"
 #include "values/fault.h"
 
 namespace velora::engine {
 namespace {
-
-struct DropSurface {
-    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
-};
-struct DropContext {
-    void operator()(cairo_t* context) const noexcept { cairo_destroy(context); }
-};
 
 constexpr double kMostPixels = 64.0 * 1024 * 1024;
 
@@ -33,9 +25,9 @@ std::string page_picture(const Document& document, const Page& page, double reso
     const double scale = resolution / 72;
     const double width = std::ceil(document.page_width * scale), height = std::ceil(document.page_height * scale);
     if (!(width >= 1 && height >= 1 && width * height <= kMostPixels)) throw fault::overflow("page picture");
-    const std::unique_ptr<cairo_surface_t, DropSurface> surface(
+    const CairoSurface surface(
         cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width), static_cast<int>(height)));
-    const std::unique_ptr<cairo_t, DropContext> context(cairo_create(surface.get()));
+    const CairoContext context(cairo_create(surface.get()));
     cairo_set_source_rgb(context.get(), 1, 1, 1);
     cairo_paint(context.get());
     cairo_scale(context.get(), scale, scale);

@@ -1,22 +1,11 @@
 #include "engine/export/paint/page_raster.h"
 
-#include <cairo.h>
-
 #include "engine/export/paint/cairo_canvas.h"
+#include "engine/export/paint/cairo_handles.h"
 #include "engine/export/paint/paint.h"
 #include "values/fault.h"
 
 namespace velora::engine {
-namespace {
-
-struct DropSurface {
-    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
-};
-struct DropContext {
-    void operator()(cairo_t* context) const noexcept { cairo_destroy(context); }
-};
-
-}  // namespace
 
 struct PageRaster::Kept {
     explicit Kept(FontStore& fonts) : painter(fonts) {}
@@ -32,10 +21,10 @@ void PageRaster::paint(const Page& page, double resolution, int x, int y, int wi
 {
     constexpr int kBytes = 4;
     constexpr double kPointsPerInch = 72;
-    const std::unique_ptr<cairo_surface_t, DropSurface> surface(cairo_image_surface_create_for_data(
-        reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_RGB24, width, height, width * kBytes));
+    const CairoSurface surface(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels),
+                                                                   CAIRO_FORMAT_RGB24, width, height, width * kBytes));
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw fault::overflow("page picture");
-    const std::unique_ptr<cairo_t, DropContext> context(cairo_create(surface.get()));
+    const CairoContext context(cairo_create(surface.get()));
     cairo_set_source_rgb(context.get(), 1, 1, 1);
     cairo_paint(context.get());
     cairo_translate(context.get(), -x, -y);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/export/xls/xls_pattern.h"
+#include "values/characters.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
@@ -20,11 +21,6 @@ constexpr size_t kMostUnmarked = 3;  // figures that may stand without any mark:
 constexpr size_t kLongestWord = 4;   // of a currency's code or a unit
 constexpr std::string_view kMinus = "\u2212";
 constexpr std::string_view kGroupMarks[] = {".", ",", "'", "\u2019", " ", "\u00A0", "\u202F", "\u2009"};
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 /// The mark at the front of the text; empty for none.
 std::string_view leading_mark(std::string_view text)

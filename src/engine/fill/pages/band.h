@@ -13,7 +13,6 @@ public:
     [[nodiscard]] bool present() const { return plan_.present; }
     [[nodiscard]] int height() const { return plan_.height; }
     [[nodiscard]] int break_height() const { return plan_.break_height; }
-    [[nodiscard]] bool has_condition() const { return static_cast<bool>(plan_.print_when); }
     [[nodiscard]] const BandPlan& plan() const { return plan_; }
 
     /// Finds out whether it prints at all.

@@ -1,0 +1,18 @@
+#pragma once
+
+namespace velora {
+
+// Of the letters that every notation shares: numbers, markup, dates. Those of languages are the general library's.
+
+constexpr bool is_digit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+/// A blank between the parts of a notation, line ends included.
+constexpr bool is_blank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+}  // namespace velora
