@@ -97,7 +97,9 @@ Position SourceText::place_of(size_t offset) const
 {
     offset = std::min(offset, written_.size());
     const auto line = std::upper_bound(lines_.begin(), lines_.end(), offset) - 1;
-    const size_t characters = characters_before(offset) - characters_before(*line);
+    const size_t characters = offset - *line < kBlock
+                                  ? count_characters(std::string_view(written_).substr(*line, offset - *line))
+                                  : characters_before(offset) - characters_before(*line);
     return {static_cast<uint32_t>(line - lines_.begin() + 1), static_cast<uint32_t>(characters + 1)};
 }
 

@@ -4,6 +4,7 @@
 #include <hb-subset.h>
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 #include "values/fault.h"
@@ -22,6 +23,9 @@ struct DropFace {
 struct DropInput {
     void operator()(hb_subset_input_t* input) const noexcept { hb_subset_input_destroy(input); }
 };
+struct DropPlan {
+    void operator()(hb_subset_plan_t* plan) const noexcept { hb_subset_plan_destroy(plan); }
+};
 
 bool has_table(const Face& face, hb_tag_t tag)
 {
@@ -29,26 +33,69 @@ bool has_table(const Face& face, hb_tag_t tag)
     return hb_blob_get_length(table.get()) > 0;
 }
 
-/// The font program with the given glyphs, which keep their numbers.
-std::string subset_of(const Face& face, const std::set<uint16_t>& glyphs)
+/// What a viewer needs that draws glyphs by number; it maps and shapes no characters.
+constexpr auto kDrawing = std::to_array<hb_tag_t>(
+    {HB_TAG('h', 'e', 'a', 'd'), HB_TAG('h', 'h', 'e', 'a'), HB_TAG('h', 'm', 't', 'x'), HB_TAG('m', 'a', 'x', 'p'),
+     HB_TAG('g', 'l', 'y', 'f'), HB_TAG('l', 'o', 'c', 'a'), HB_TAG('c', 'v', 't', ' '), HB_TAG('f', 'p', 'g', 'm'),
+     HB_TAG('p', 'r', 'e', 'p'), HB_TAG('g', 'a', 's', 'p')});
+
+hb_blob_t* drawing_table(hb_face_t*, hb_tag_t tag, void* whole)
 {
-    const std::unique_ptr<hb_subset_input_t, DropInput> input(hb_subset_input_create_or_fail());
+    if (std::ranges::find(kDrawing, tag) == kDrawing.end()) return nullptr;
+    return hb_face_reference_table(static_cast<hb_face_t*>(whole), tag);
+}
+
+/// The face as it is taken apart: for outlines by number without its map of all characters, which is half of the work.
+std::unique_ptr<hb_face_t, DropFace> source_of(const Face& face, bool outlines_by_code)
+{
+    if (outlines_by_code) return std::unique_ptr<hb_face_t, DropFace>(hb_face_reference(face.shaping_face()));
+    return std::unique_ptr<hb_face_t, DropFace>(hb_face_create_for_tables(drawing_table, face.shaping_face(), nullptr));
+}
+
+std::unique_ptr<hb_subset_input_t, DropInput> subset_input(bool outlines_by_code, const std::set<uint16_t>& glyphs)
+{
+    std::unique_ptr<hb_subset_input_t, DropInput> input(hb_subset_input_create_or_fail());
     hb_set_t* wanted = hb_subset_input_glyph_set(input.get());
     for (const uint16_t glyph : glyphs) hb_set_add(wanted, glyph);
-    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
-    // The viewer only draws glyphs by number: everything that maps or shapes characters is left out.
+    const unsigned numbers = outlines_by_code ? HB_SUBSET_FLAGS_RETAIN_GIDS : HB_SUBSET_FLAGS_DEFAULT;
+    hb_subset_input_set_flags(input.get(), numbers | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
     hb_set_t* dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
     for (const hb_tag_t tag : {HB_TAG('G', 'S', 'U', 'B'), HB_TAG('G', 'P', 'O', 'S'), HB_TAG('G', 'D', 'E', 'F'),
                                HB_TAG('n', 'a', 'm', 'e'), HB_TAG('k', 'e', 'r', 'n'), HB_TAG('F', 'F', 'T', 'M')}) {
         hb_set_add(dropped, tag);
     }
-    const std::unique_ptr<hb_face_t, DropFace> subset(hb_subset_or_fail(face.shaping_face(), input.get()));
-    if (!subset) throw Fault(fault::kPathAccess, "The font cannot be embedded: " + face.path().string());
-    const std::unique_ptr<hb_blob_t, DropBlob> blob(hb_face_reference_blob(subset.get()));
-    unsigned size = 0;
-    const char* bytes = hb_blob_get_data(blob.get(), &size);
-    return {bytes, size};
+    return input;
 }
+
+/// The font program with the given glyphs alone, and which number each has in it.
+class Subset {
+public:
+    /// @param outlines_by_code  glyphs keep their numbers, which texts in the file name
+    Subset(const Face& face, bool outlines_by_code, const std::set<uint16_t>& glyphs)
+        : input_(subset_input(outlines_by_code, glyphs)),
+          plan_(hb_subset_plan_create_or_fail(source_of(face, outlines_by_code).get(), input_.get())),
+          face_(plan_ ? hb_subset_plan_execute_or_fail(plan_.get()) : nullptr)
+    {
+        if (!face_) throw Fault(fault::kPathAccess, "The font cannot be embedded: " + face.path().string());
+    }
+
+    [[nodiscard]] std::string program() const
+    {
+        const std::unique_ptr<hb_blob_t, DropBlob> blob(hb_face_reference_blob(face_.get()));
+        unsigned size = 0;
+        const char* bytes = hb_blob_get_data(blob.get(), &size);
+        return {bytes, size};
+    }
+    [[nodiscard]] uint16_t number(uint16_t glyph) const
+    {
+        return static_cast<uint16_t>(hb_map_get(hb_subset_plan_old_to_new_glyph_mapping(plan_.get()), glyph));
+    }
+
+private:
+    std::unique_ptr<hb_subset_input_t, DropInput> input_;
+    std::unique_ptr<hb_subset_plan_t, DropPlan> plan_;
+    std::unique_ptr<hb_face_t, DropFace> face_;
+};
 
 /// Six capital letters that tell subsets apart, made from what is in the subset.
 std::string subset_tag(const std::set<uint16_t>& glyphs)
@@ -186,11 +233,13 @@ std::string PdfFont::descriptor(const std::string& base, PdfId program) const
 void PdfFont::write(PdfFile& file) const
 {
     std::set<uint16_t> glyphs{0};
+    for (const Shown& shown : shown_) glyphs.insert(shown.glyph);
+    const Subset subset(face_, outlines_by_code_, glyphs);
     std::string map;  // glyph numbers by code
     for (const Shown& shown : shown_) {
-        glyphs.insert(shown.glyph);
-        map += static_cast<char>(shown.glyph >> 8);
-        map += static_cast<char>(shown.glyph & 0xFF);
+        const uint16_t number = subset.number(shown.glyph);
+        map += static_cast<char>(number >> 8);
+        map += static_cast<char>(number & 0xFF);
     }
     std::string base = subset_tag(glyphs) + "+" + face_.postscript_name();
     std::erase_if(base, [](char c) {
@@ -198,7 +247,7 @@ void PdfFont::write(PdfFile& file) const
     });
     const PdfId program = file.reserve(), descriptor_id = file.reserve(), descendant = file.reserve(),
                 unicode = file.reserve(), glyph_map = file.reserve();
-    const std::string outlines = subset_of(face_, glyphs);
+    const std::string outlines = subset.program();
     file.stream(program, outlines_by_code_ ? "/Subtype/OpenType" : "/Length1 " + std::to_string(outlines.size()),
                 outlines);
     file.object(descriptor_id, descriptor(base, program));
