@@ -4,7 +4,7 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
-#include "adapters/loaded_library/loaded_library.h"
+#include "values/loaded_library.h"
 
 namespace velora::odbc {
 

@@ -2,7 +2,7 @@
 
 #include <curl/curl.h>
 
-#include "adapters/loaded_library/loaded_library.h"
+#include "values/loaded_library.h"
 
 namespace velora::smtp {
 

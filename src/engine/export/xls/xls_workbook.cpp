@@ -1,21 +1,21 @@
 #include "engine/export/xls/xls_workbook.h"
 
-#include <gsf/gsf-doc-meta-data.h>
 #include <gsf/gsf-meta-names.h>
-#include <gsf/gsf-msole-utils.h>
-#include <gsf/gsf-outfile-msole.h>
-#include <gsf/gsf-outfile.h>
-#include <gsf/gsf-output-memory.h>
-#include <gsf/gsf-utils.h>
 
+#include "engine/export/xls/gsf_library.h"
 #include "engine/export/xls/xls_pictures.h"
 #include "values/fault.h"
 
 namespace velora::engine {
 namespace {
 
+const GsfLibrary& gsf()
+{
+    return GsfLibrary::loaded();
+}
+
 struct Unref {
-    void operator()(void* object) const noexcept { g_object_unref(object); }
+    void operator()(void* object) const noexcept { gsf().object_unref(object); }
 };
 template <class T>
 using Object = std::unique_ptr<T, Unref>;
@@ -94,29 +94,36 @@ std::string workbook_stream(const std::string& title, const XlsStyles& styles, c
 
 void write_child(GsfOutfile* container, const char* name, const std::string& bytes)
 {
-    const Object<GsfOutput> child(gsf_outfile_new_child(container, name, FALSE));
-    const bool written =
-        child && gsf_output_write(child.get(), bytes.size(), reinterpret_cast<const guint8*>(bytes.data())) == TRUE;
-    if (!written || gsf_output_close(child.get()) != TRUE) fail();
+    const Object<GsfOutput> child(gsf().outfile_new_child(container, name, FALSE));
+    const auto* data = reinterpret_cast<const guint8*>(bytes.data());
+    const bool written = child && gsf().output_write(child.get(), bytes.size(), data) == TRUE;
+    if (!written || gsf().output_close(child.get()) != TRUE) fail();
 }
 
 void write_properties(GsfOutfile* container, const XlsProperties& properties)
 {
-    const Object<GsfDocMetaData> meta(gsf_doc_meta_data_new());
+    const Object<GsfDocMetaData> meta(gsf().meta_data_new());
     const auto set = [&](const char* name, const std::string& text) {
         if (text.empty()) return;
         auto* value = g_new0(GValue, 1);
-        g_value_init(value, G_TYPE_STRING);
-        g_value_take_string(value, g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
-        gsf_doc_meta_data_insert(meta.get(), g_strdup(name), value);
+        gsf().value_init(value, G_TYPE_STRING);
+        gsf().value_take_string(value, g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+        gsf().meta_data_insert(meta.get(), g_strdup(name), value);
     };
     set(GSF_META_NAME_TITLE, properties.title);
     set(GSF_META_NAME_CREATOR, properties.author);
     set(GSF_META_NAME_SUBJECT, properties.subject);
     set(GSF_META_NAME_KEYWORDS, properties.keywords);
-    const Object<GsfOutput> child(gsf_outfile_new_child(container, "\005SummaryInformation", FALSE));
-    gsf_doc_meta_data_write_to_msole(meta.get(), child.get(), FALSE);
-    gsf_output_close(child.get());
+    const Object<GsfOutput> child(gsf().outfile_new_child(container, "\005SummaryInformation", FALSE));
+    gsf().meta_data_write_to_msole(meta.get(), child.get(), FALSE);
+    gsf().output_close(child.get());
+}
+
+/// The library's own casts would ask its type system, which is not linked.
+template <class To, class From>
+To* as(From* object)
+{
+    return reinterpret_cast<To*>(object);
 }
 
 }  // namespace
@@ -124,14 +131,13 @@ void write_properties(GsfOutfile* container, const XlsProperties& properties)
 void write_xls_workbook(AtomicFile& file, const XlsProperties& properties, const XlsStyles& styles,
                         const XlsStrings& strings, const std::vector<XlsSheet>& sheets)
 {
-    gsf_init();
-    const Object<GsfOutput> output(gsf_output_memory_new());
-    const Object<GsfOutfile> container(gsf_outfile_msole_new(output.get()));
+    const Object<GsfOutput> output(gsf().output_memory_new());
+    const Object<GsfOutfile> container(gsf().outfile_msole_new(output.get()));
     write_child(container.get(), "Workbook", workbook_stream(properties.title, styles, strings, sheets));
     write_properties(container.get(), properties);
-    if (gsf_output_close(GSF_OUTPUT(container.get())) != TRUE) fail();
-    const guint8* bytes = gsf_output_memory_get_bytes(GSF_OUTPUT_MEMORY(output.get()));
-    file.write({reinterpret_cast<const char*>(bytes), static_cast<size_t>(gsf_output_size(output.get()))});
+    if (gsf().output_close(as<GsfOutput>(container.get())) != TRUE) fail();
+    const guint8* bytes = gsf().output_memory_get_bytes(as<GsfOutputMemory>(output.get()));
+    file.write({reinterpret_cast<const char*>(bytes), static_cast<size_t>(gsf().output_size(output.get()))});
 }
 
 }  // namespace velora::engine

@@ -1,4 +1,4 @@
-#include "adapters/loaded_library/loaded_library.h"
+#include "values/loaded_library.h"
 
 #include <dlfcn.h>
 
