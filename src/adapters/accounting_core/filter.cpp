@@ -1,5 +1,6 @@
 #include "adapters/accounting_core/filter.h"
 
+#include <array>
 #include <stdexcept>
 
 #include "values/text.h"

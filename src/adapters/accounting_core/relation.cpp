@@ -13,7 +13,7 @@ namespace {
 std::string number_comparison(RelationQuery& query, const std::string& name, const Condition& condition, double number)
 {
     query.values.emplace_back(number);
-    const std::string comparison = name + " " + std::string(sql_operator(condition.comparison)) + " ?";
+    std::string comparison = name + " " + std::string(sql_operator(condition.comparison)) + " ?";
     if (condition.comparison != Condition::Operator::NotEqual) return comparison;
     return "(" + comparison + " OR " + name + " IS NULL)";
 }

@@ -1,5 +1,7 @@
 #include "adapters/accounting_core/session.h"
 
+#include <algorithm>
+
 #include "adapters/accounting_core/store.h"
 #include "values/fault.h"
 #include "values/text.h"

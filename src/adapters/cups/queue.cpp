@@ -83,7 +83,7 @@ void Queue::fail(const std::string& what) const
 
 std::string Queue::last_error() const
 {
-    const std::string words = cups_.last_error_string();
+    std::string words = cups_.last_error_string();
     for (const ipp_status_t login : {IPP_STATUS_ERROR_FORBIDDEN, IPP_STATUS_ERROR_NOT_AUTHENTICATED,
                                      IPP_STATUS_ERROR_NOT_AUTHORIZED, IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED}) {
         if (cups_.last_error() == login) return "it wants a login (" + words + ")";

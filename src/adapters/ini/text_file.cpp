@@ -105,7 +105,7 @@ private:
 
 std::string TextFile::bytes_of(std::string_view given) const
 {
-    const std::string changed = ends_in_pairs ? with_pairs(given) : std::string(given);
+    std::string changed = ends_in_pairs ? with_pairs(given) : std::string(given);
     for (const Mark& mark : kMarks) {
         if (mark.form != form) continue;
         return std::string(mark.bytes) + (is_utf16(form) ? to_utf16(changed, form) : changed);

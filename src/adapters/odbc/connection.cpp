@@ -14,7 +14,6 @@ namespace {
 using odbc::DriverError;
 using odbc::Link;
 using odbc::Server;
-using odbc::Statement;
 using odbc::StatementPool;
 
 /// Only a name goes into the text of a call.

@@ -1,5 +1,7 @@
 #include "adapters/sqlite/server_answers.h"
 
+#include <array>
+
 #include "values/text.h"
 
 namespace velora::sqlite {

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <array>
+
 #include "values/text.h"
 
 namespace velora::sqlite {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "engine/export/common/short_number.h"
 #include "engine/export/html/html_styles.h"
 #include "engine/export/html/html_text.h"
 
@@ -21,13 +22,13 @@ Point on_arc(const Shape::Arc& arc, double angle)
 
 std::string pair(Point point)
 {
-    return html_points(point.x) + " " + html_points(point.y);
+    return short_number(point.x) + " " + short_number(point.y);
 }
 
 std::string arc_to(const Shape::Arc& arc, double from, double to)
 {
     const double sweep = to - from;
-    return fmt::format("A{0} {0} 0 {1} {2} {3}", html_points(arc.radius), std::abs(sweep) > std::numbers::pi ? 1 : 0,
+    return fmt::format("A{0} {0} 0 {1} {2} {3}", short_number(arc.radius), std::abs(sweep) > std::numbers::pi ? 1 : 0,
                        sweep >= 0 ? 1 : 0, pair(on_arc(arc, to)));
 }
 
@@ -61,11 +62,12 @@ void append(std::string& out, const Shape& shape)
                        shape.filled ? html_color(shape.fill) : std::string("none"));
     if (shape.stroke.width > 0) {
         out += fmt::format(" stroke=\"{}\" stroke-width=\"{}\"", html_color(shape.stroke.color),
-                           html_points(shape.stroke.width));
+                           short_number(shape.stroke.width));
         const double width = shape.stroke.width;
         if (shape.stroke.style == LineStyle::Dashed)
-            out += fmt::format(" stroke-dasharray=\"{}\"", html_points(5 * width));
-        if (shape.stroke.style == LineStyle::Dotted) out += fmt::format(" stroke-dasharray=\"{}\"", html_points(width));
+            out += fmt::format(" stroke-dasharray=\"{}\"", short_number(5 * width));
+        if (shape.stroke.style == LineStyle::Dotted)
+            out += fmt::format(" stroke-dasharray=\"{}\"", short_number(width));
     }
     out += "/>";
 }
@@ -80,12 +82,12 @@ void append(std::string& out, const Label& label)
 {
     const Font& font = label.font;
     out += fmt::format("<text x=\"{}\" y=\"{}\" fill=\"{}\" text-anchor=\"{}\" font-family=\"{}\" font-size=\"{}\"",
-                       html_points(label.at.x), html_points(label.at.y), html_color(label.color),
-                       anchor_name(label.align), html_font_families(font), html_points(font.size));
+                       short_number(label.at.x), short_number(label.at.y), html_color(label.color),
+                       anchor_name(label.align), html_font_families(font), short_number(font.size));
     if (font.bold) out += " font-weight=\"bold\"";
     if (font.italic) out += " font-style=\"italic\"";
     if (label.angle != 0) {
-        out += fmt::format(" transform=\"rotate({} {})\"", html_points(label.angle * 180 / std::numbers::pi),
+        out += fmt::format(" transform=\"rotate({} {})\"", short_number(label.angle * 180 / std::numbers::pi),
                            pair(label.at));
     }
     out += '>';
@@ -99,7 +101,7 @@ void html_append_drawing(std::string& out, const Drawing& drawing)
 {
     out += fmt::format(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}pt\" height=\"{1}pt\">",
-        html_points(drawing.width), html_points(drawing.height));
+        short_number(drawing.width), short_number(drawing.height));
     for (const auto& item : drawing.items) {
         std::visit([&](const auto& part) { append(out, part); }, item);
     }

@@ -7,6 +7,7 @@
 #include "engine/export/common/link_address.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/common/picture_fit.h"
+#include "engine/export/common/short_number.h"
 #include "engine/export/common/two_part_file.h"
 #include "engine/export/html/html_drawing.h"
 #include "engine/export/html/html_styles.h"
@@ -41,8 +42,8 @@ float line_height(const Text& text, const Style& style)
 
 std::string geometry(const PictureBox& box)
 {
-    return fmt::format("left:{}pt;top:{}pt;width:{}pt;height:{}pt", html_points(box.x), html_points(box.y),
-                       html_points(box.width), html_points(box.height));
+    return fmt::format("left:{}pt;top:{}pt;width:{}pt;height:{}pt", short_number(box.x), short_number(box.y),
+                       short_number(box.width), short_number(box.height));
 }
 
 class HtmlExporter : public PageSink {
@@ -97,7 +98,8 @@ void HtmlExporter::element(const Element& element, const Place& place)
 
 void HtmlExporter::open_box(std::string_view classes, const Style& style, const Place& place, const Anchor* anchor)
 {
-    out_ += fmt::format("<div class=\"{}\" style=\"{}\"", classes, html_box_geometry(style, place));
+    out_.append("<div class=\"").append(classes).append("\" style=\"");
+    out_.append(html_box_geometry(style, place)) += '"';
     if (anchor != nullptr && !anchor->name.empty()) {
         const std::string id = "a-" + anchor_identifier(anchor->name);
         if (anchors_.insert(id).second) out_ += " id=\"" + id + "\"";
@@ -148,9 +150,9 @@ void HtmlExporter::content(const Text& text, const Element& element, const Place
     if (inner) {
         const TextArea area = text_area(style, place);
         const bool turned = area.width != static_cast<float>(place.width);
-        const std::string size =
-            turned ? fmt::format(" style=\"width:{}pt;height:{}pt\"", html_points(area.width), html_points(area.height))
-                   : std::string();
+        const std::string size = turned ? fmt::format(" style=\"width:{}pt;height:{}pt\"", short_number(area.width),
+                                                      short_number(area.height))
+                                        : std::string();
         out_ += fmt::format("<div class=\"x {}\"{}><p>", lines_class, size);
     }
     text_lines(text, style);
@@ -184,8 +186,8 @@ void HtmlExporter::text_lines(const Text& text, const Style& style)
         }
         joined = false;
         out_ += stretched ? "<span class=\"j\" style=\"display:block" : "<span style=\"display:block";
-        if (own_height) out_ += fmt::format(";line-height:{}pt", html_points(each.height));
-        if (each.indent != 0) out_ += fmt::format(";margin-left:{}pt", html_points(each.indent));
+        if (own_height) out_ += fmt::format(";line-height:{}pt", short_number(each.height));
+        if (each.indent != 0) out_ += fmt::format(";margin-left:{}pt", short_number(each.indent));
         out_ += "\">";
         line(text, each, right_to_left);
         out_ += "</span>";
@@ -273,9 +275,9 @@ void HtmlExporter::content(const Image& image, const Element& element, const Pla
     const bool cut = box.width > area.width || box.height > area.height;
     out_ += "<div role=\"img\" class=\"" + styles_.image(image.data) + "\" style=\"" + geometry(box);
     if (cut) {
-        out_ += fmt::format(";clip-path:inset({}pt {}pt {}pt {}pt)", html_points(area.y - box.y),
-                            html_points(box.x + box.width - area.x - area.width),
-                            html_points(box.y + box.height - area.y - area.height), html_points(area.x - box.x));
+        out_ += fmt::format(";clip-path:inset({}pt {}pt {}pt {}pt)", short_number(area.y - box.y),
+                            short_number(box.x + box.width - area.x - area.width),
+                            short_number(box.y + box.height - area.y - area.height), short_number(area.x - box.x));
     }
     out_ += linked ? "\"></div></a>\n" : "\"></div>\n";
 }

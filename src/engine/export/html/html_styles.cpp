@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/export/common/page_walk.h"
+#include "engine/export/common/short_number.h"
 #include "engine/export/html/html_text.h"
 #include "engine/page/picture_head.h"
 #include "values/base64.h"
@@ -44,14 +45,14 @@ std::string_view css_name(HorizontalAlign align)
 std::string border(std::string_view side, const Pen& pen)
 {
     if (pen.width <= 0) return {};
-    return fmt::format("border-{}:{}pt {} {};", side, html_points(pen.width), css_name(pen.style),
+    return fmt::format("border-{}:{}pt {} {};", side, short_number(pen.width), css_name(pen.style),
                        html_color(pen.color));
 }
 
 std::string font_css(const Font& font)
 {
     std::string css = fmt::format("font:{}{}{}pt {};", font.italic ? "italic " : "", font.bold ? "bold " : "",
-                                  html_points(font.size), html_font_families(font));
+                                  short_number(font.size), html_font_families(font));
     if (font.underline || font.strike_through) {
         css += fmt::format("text-decoration:{}{};", font.underline ? "underline " : "",
                            font.strike_through ? "line-through" : "");
@@ -101,13 +102,13 @@ std::string padding_css(const Style& style)
     inside(area.bottom, style.box.bottom);
     inside(area.left, style.box.left);
     if (area.top == 0 && area.right == 0 && area.bottom == 0 && area.left == 0) return {};
-    return fmt::format("padding:{}pt {}pt {}pt {}pt;", html_points(area.top), html_points(area.right),
-                       html_points(area.bottom), html_points(area.left));
+    return fmt::format("padding:{}pt {}pt {}pt {}pt;", short_number(area.top), short_number(area.right),
+                       short_number(area.bottom), short_number(area.left));
 }
 
 std::string lines_css(const Style& style, float line_height)
 {
-    std::string css = fmt::format("line-height:{}pt;", html_points(line_height)) + padding_css(style);
+    std::string css = fmt::format("line-height:{}pt;", short_number(line_height)) + padding_css(style);
     if (style.vertical == VerticalAlign::Middle) css += "justify-content:center;";
     if (style.vertical == VerticalAlign::Bottom) css += "justify-content:flex-end;";
     return css + turn_css(style.rotation);
@@ -182,7 +183,7 @@ void HtmlStyles::write(std::string& out) const
 std::string html_color(Color color)
 {
     if (color.alpha != 255) {
-        return fmt::format("rgba({},{},{},{})", color.red, color.green, color.blue, html_points(color.alpha / 255.0));
+        return fmt::format("rgba({},{},{},{})", color.red, color.green, color.blue, short_number(color.alpha / 255.0));
     }
     return fmt::format("#{:02x}{:02x}{:02x}", color.red, color.green, color.blue);
 }
@@ -203,21 +204,18 @@ std::string html_font_families(const Font& font)
     return families + ",'DejaVu Sans',sans-serif";
 }
 
-std::string html_points(double points)
-{
-    std::string text = fmt::format("{:.3f}", points);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.back() == '.') text.pop_back();
-    return text == "-0" ? "0" : text;
-}
-
 std::string html_box_geometry(const Style& style, const Place& place)
 {
     const float left = style.box.left.width / 2, top = style.box.top.width / 2;
     const float right = style.box.right.width / 2, bottom = style.box.bottom.width / 2;
-    return fmt::format("left:{}pt;top:{}pt;width:{}pt;height:{}pt", html_points(place.x - left),
-                       html_points(place.y - top), html_points(place.width + left + right),
-                       html_points(place.height + top + bottom));
+    std::string css;  // put together by hand: each element of each page has one
+    for (const auto& [name, points] :
+         {std::pair{"left:", place.x - left}, std::pair{"pt;top:", place.y - top},
+          std::pair{"pt;width:", place.width + left + right}, std::pair{"pt;height:", place.height + top + bottom}}) {
+        css += name;
+        append_short_number(css, points);
+    }
+    return css += "pt";
 }
 
 bool html_needs_inner(const Style& style)

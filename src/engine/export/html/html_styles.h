@@ -39,8 +39,6 @@ private:
 
 std::string html_color(Color color);
 std::string html_font_families(const Font& font);
-/// A length in points without needless digits.
-std::string html_points(double points);
 
 /// A box with its borders: they stand centred on the element's edges, so the box is a little larger than the element.
 std::string html_box_geometry(const Style& style, const Place& place);

@@ -27,7 +27,11 @@ void append_ascii(std::string& out, char character)
     }
     const bool control =
         (static_cast<unsigned char>(character) < 0x20 && character != '\n' && character != '\t') || character == 0x7F;
-    out += control ? kReplacementText : std::string_view(&character, 1);
+    if (control) {
+        out += kReplacementText;
+    } else {
+        out += character;
+    }
 }
 
 }  // namespace

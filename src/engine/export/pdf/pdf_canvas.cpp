@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/export/common/short_number.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
@@ -13,14 +14,14 @@ constexpr std::string_view kNothing = "\xE2\x80\x8B";  // a blank of no width: r
 
 void append_color(std::string& out, Color color, std::string_view gray, std::string_view rgb)
 {
-    append_pdf_number(out, color.red / 255.0);
+    append_short_number(out, color.red / 255.0);
     if (color.red == color.green && color.red == color.blue) {
         out += gray;
         return;
     }
     for (const uint8_t part : {color.green, color.blue}) {
         out += ' ';
-        append_pdf_number(out, part / 255.0);
+        append_short_number(out, part / 255.0);
     }
     out += rgb;
 }
@@ -104,7 +105,7 @@ std::string PdfCanvas::alpha_entries() const
 {
     std::string entries;
     for (const uint8_t alpha : alphas_) {
-        const std::string share = pdf_number(alpha / 255.0);
+        const std::string share = short_number(alpha / 255.0);
         entries += "/A" + std::to_string(alpha) + "<</ca " + share + "/CA " + share + ">>";
     }
     return entries;
@@ -112,7 +113,7 @@ std::string PdfCanvas::alpha_entries() const
 
 void PdfCanvas::number(double value)
 {
-    append_pdf_number(content_, value);
+    append_short_number(content_, value);
     content_ += ' ';
 }
 
@@ -336,7 +337,7 @@ void PdfCanvas::show(const GlyphRun& run, std::span<const CanvasGlyph> glyphs)
         }
         if (!stretched(glyph)) continue;
         content_ += ')';
-        append_pdf_number(content_, (glyph.natural - glyph.advance) * 1000 / run.size);
+        append_short_number(content_, (glyph.natural - glyph.advance) * 1000 / run.size);
         content_ += '(';
     }
     content_ += close;

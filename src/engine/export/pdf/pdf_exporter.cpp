@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/export/common/short_number.h"
 #include "engine/export/paint/paint.h"
 #include "engine/export/pdf/pdf_archive.h"
 #include "engine/export/pdf/pdf_canvas.h"
@@ -94,7 +95,7 @@ std::string PdfExporter::annotations()
         const PdfId id = file_.reserve();
         std::string body = "<</Type/Annot/Subtype/Link/Border[0 0 0]/F 4/Rect[";
         for (const double value : {area.x, area.y, area.x + area.width, area.y + area.height}) {
-            append_pdf_number(body, value);
+            append_short_number(body, value);
             body += ' ';
         }
         body += "]" + target;

@@ -43,9 +43,6 @@ private:
     std::string head_;
 };
 
-/// Appends a number with up to three decimals, without exponent and needless zeros.
-void append_pdf_number(std::string& out, double number);
-std::string pdf_number(double number);
 /// A text for titles and the like: a literal for ASCII, else UTF-16.
 std::string pdf_text(std::string_view text);
 /// A text in hex digits of UTF-16, with its mark.

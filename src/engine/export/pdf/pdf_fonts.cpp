@@ -7,6 +7,7 @@
 #include <array>
 #include <set>
 
+#include "engine/export/common/short_number.h"
 #include "values/fault.h"
 #include "values/hex.h"
 #include "values/utf8.h"
@@ -186,7 +187,7 @@ std::string PdfFont::widths() const
     std::string list = "[0[";
     for (const Shown& shown : shown_) {
         const int advance = shown.has_width ? hb_font_get_glyph_h_advance(face_.shaping_font(), shown.glyph) : 0;
-        append_pdf_number(list, advance * scale);
+        append_short_number(list, advance * scale);
         list += ' ';
     }
     return list + "]]";
@@ -220,7 +221,7 @@ std::string PdfFont::unicode_map() const
 std::string PdfFont::descriptor(const std::string& base, PdfId program) const
 {
     const double scale = 1000.0 / face_.units_per_em();
-    const std::string ascent = pdf_number(face_.ascent() * scale), descent = pdf_number(-face_.descent() * scale);
+    const std::string ascent = short_number(face_.ascent() * scale), descent = short_number(-face_.descent() * scale);
     const bool fixed_pitch = face_.glyph('i').advance == face_.glyph('W').advance;
     const bool slanted = base.find("Oblique") != std::string::npos || base.find("Italic") != std::string::npos;
     const int flags = 4 | (fixed_pitch ? 1 : 0) | (slanted ? 64 : 0);

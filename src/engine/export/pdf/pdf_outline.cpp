@@ -1,10 +1,11 @@
 #include "engine/export/pdf/pdf_outline.h"
+#include "engine/export/common/short_number.h"
 
 namespace velora::engine {
 
 void PdfOutline::add(PdfId page, const PdfCanvas::PageAnchor& anchor)
 {
-    const std::string destination = "[" + pdf_reference(page) + "/XYZ null " + pdf_number(anchor.y) + " null]";
+    const std::string destination = "[" + pdf_reference(page) + "/XYZ null " + short_number(anchor.y) + " null]";
     if (!anchor.anchor.name.empty()) places_.try_emplace(anchor.anchor.name, destination);
     if (anchor.anchor.bookmark_level <= 0) return;
     bookmarks_.push_back(
