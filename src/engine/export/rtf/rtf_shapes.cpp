@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "engine/export/common/xml_text.h"
 #include "engine/export/rtf/rtf_tables.h"
 
 namespace velora::engine {
@@ -20,12 +21,27 @@ long emu(float points)
 
 void property(std::string& out, std::string_view name, std::string_view value)
 {
-    out += fmt::format("{{\\sp{{\\sn {}}}{{\\sv {}}}}}", name, value);
+    out.append("{\\sp{\\sn ").append(name).append("}{\\sv ").append(value).append("}}");
 }
 void property(std::string& out, std::string_view name, long value)
 {
-    property(out, name, std::to_string(value));
+    std::string digits;
+    append_number(digits, value);
+    property(out, name, digits);
 }
+
+/// A control word with its number.
+void word(std::string& out, std::string_view name, long value)
+{
+    out += name;
+    append_number(out, value);
+}
+
+// What does not change is written as it stands: a page of a list has hundreds of these.
+constexpr std::string_view kPlacedByPage = "{\\sp{\\sn posrelh}{\\sv 1}}{\\sp{\\sn posrelv}{\\sv 1}}";
+constexpr std::string_view kBareBox =
+    "{\\sp{\\sn fFilled}{\\sv 0}}{\\sp{\\sn fLine}{\\sv 0}}{\\sp{\\sn dxTextLeft}{\\sv 0}}"
+    "{\\sp{\\sn dyTextTop}{\\sv 0}}{\\sp{\\sn dxTextRight}{\\sv 0}}{\\sp{\\sn dyTextBottom}{\\sv 0}}";
 
 long color_number(Color color)
 {
@@ -59,13 +75,15 @@ void append_hex(std::string& out, std::string_view bytes)
 void RtfShapes::open(std::string& out, Kind kind, const RtfBox& box)
 {
     ++order_;
-    out += fmt::format(
-        "{{\\shp{{\\*\\shpinst\\shpleft{}\\shptop{}\\shpright{}\\shpbottom{}\\shpfhdr0\\shpbxpage\\shpbxignore"
-        "\\shpbypage\\shpbyignore\\shpwr3\\shpwrk0\\shpfblwtxt0\\shpz{}",
-        twips(box.x), twips(box.y), twips(box.x + box.width), twips(box.y + box.height), order_);
+    out += "{\\shp{\\*\\shpinst";
+    word(out, "\\shpleft", twips(box.x));
+    word(out, "\\shptop", twips(box.y));
+    word(out, "\\shpright", twips(box.x + box.width));
+    word(out, "\\shpbottom", twips(box.y + box.height));
+    out += "\\shpfhdr0\\shpbxpage\\shpbxignore\\shpbypage\\shpbyignore\\shpwr3\\shpwrk0\\shpfblwtxt0";
+    word(out, "\\shpz", order_);
     property(out, "shapeType", static_cast<long>(kind));
-    property(out, "posrelh", 1);
-    property(out, "posrelv", 1);
+    out += kPlacedByPage;
 }
 
 void RtfShapes::closed(std::string& out, Kind kind, const RtfBox& box, const Color* fill, const Pen& pen, float radius)
@@ -112,11 +130,7 @@ void RtfShapes::picture(std::string& out, const RtfBox& box, std::string_view by
 void RtfShapes::text(std::string& out, const RtfBox& box, Rotation rotation, std::string_view text)
 {
     open(out, Kind::TextBox, box);
-    property(out, "fFilled", 0);
-    property(out, "fLine", 0);
-    for (const std::string_view inset : {"dxTextLeft", "dyTextTop", "dxTextRight", "dyTextBottom"}) {
-        property(out, inset, 0);
-    }
+    out += kBareBox;
     constexpr long kBottomToTop = 2, kTopToBottom = 3, kHalfTurn = 180L << 16;
     if (rotation == Rotation::Left) property(out, "txflTextFlow", kBottomToTop);
     if (rotation == Rotation::Right) property(out, "txflTextFlow", kTopToBottom);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/export/common/page_walk.h"
+#include "engine/export/common/xml_text.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
@@ -77,9 +78,17 @@ size_t RtfTables::color(Color color)
 
 std::string RtfTables::character_format(const Font& wanted, Color ink)
 {
-    return fmt::format("\\f{}\\fs{}{}{}{}{}\\cf{} ", font(wanted), std::lround(wanted.size * 2),
-                       wanted.bold ? "\\b" : "", wanted.italic ? "\\i" : "", wanted.underline ? "\\ul" : "",
-                       wanted.strike_through ? "\\strike" : "", color(ink));
+    std::string words = "\\f";
+    append_number(words, font(wanted));
+    words += "\\fs";
+    append_number(words, std::lround(wanted.size * 2));
+    if (wanted.bold) words += "\\b";
+    if (wanted.italic) words += "\\i";
+    if (wanted.underline) words += "\\ul";
+    if (wanted.strike_through) words += "\\strike";
+    words += "\\cf";
+    append_number(words, color(ink));
+    return words += ' ';
 }
 
 void RtfTables::write(std::string& out) const

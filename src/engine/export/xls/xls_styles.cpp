@@ -14,6 +14,7 @@ constexpr uint16_t kFirstFormat = 164;
 constexpr uint16_t kStyleFormats = 15;  ///< formats of styles that stand before the cells' ones
 constexpr size_t kMostCells = 4000;
 constexpr size_t kMostFonts = 500;
+constexpr size_t kLongestFontName = 31;
 
 int distance(Color a, Color b)
 {
@@ -53,7 +54,7 @@ XlsStyles::XlsStyles() : palette_{kBlack, kWhite}
 {
     // Column widths are told in digits of the workbook's normal font. Whatever face of fixed pitch stands in for this
     // one where it is missing has digits of the same width, so the page keeps its width everywhere.
-    font_of({u"Courier New", 200, 0, 0});
+    font_of({"Courier New", 200, 0, 0});
     XlsLooks plain;
     plain.font = font(Font{}, kBlack);
     cells_.push_back({plain, XlsGround{}});
@@ -62,12 +63,16 @@ XlsStyles::XlsStyles() : palette_{kBlack, kWhite}
 
 uint16_t XlsStyles::font(const Font& font, Color ink)
 {
-    std::u16string name = xls_utf16(font_family_name(font));
-    if (name.size() > 31) name.resize(31);
     const double twips = std::clamp(std::round(static_cast<double>(font.size) * 20), 20.0, 8180.0);
     const int traits = (font.bold ? kBold : 0) | (font.italic ? kItalic : 0) | (font.underline ? kUnderline : 0) |
                        (font.strike_through ? kStrike : 0);
-    return font_of({std::move(name), static_cast<uint16_t>(twips), static_cast<uint8_t>(traits), color(ink)});
+    return font_of(
+        {std::string(font_family_name(font)), static_cast<uint16_t>(twips), static_cast<uint8_t>(traits), color(ink)});
+}
+
+std::u16string XlsStyles::FontKey::written_name() const
+{
+    return xls_utf16(name).substr(0, kLongestFontName);
 }
 
 uint16_t XlsStyles::font_of(const FontKey& key)
@@ -139,11 +144,12 @@ void XlsStyles::write_fonts(XlsRecords& stream) const
     // Readers expect the four fonts in front of the number that is left out.
     for (size_t i = 0; i < std::max<size_t>(4, fonts_.size()); ++i) {
         const FontKey& font = fonts_[i < fonts_.size() ? i : 0];
+        const std::u16string name = font.written_name();
         XlsPayload payload;
         payload.u16(font.twips)
             .u16(((font.traits & kItalic) != 0 ? 2U : 0U) | ((font.traits & kStrike) != 0 ? 8U : 0U));
         payload.u16(font.color == 0 ? 0x7FFF : font.color).u16((font.traits & kBold) != 0 ? 700 : 400).u16(0);
-        payload.u8((font.traits & kUnderline) != 0 ? 1 : 0).u8(family_of(font.name)).u8(0).u8(0).short_text(font.name);
+        payload.u8((font.traits & kUnderline) != 0 ? 1 : 0).u8(family_of(name)).u8(0).u8(0).short_text(name);
         stream.add(kFont, payload);
     }
 }

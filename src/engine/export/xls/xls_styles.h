@@ -52,10 +52,11 @@ public:
     uint16_t cell(const XlsLooks& looks, const XlsGround& ground);
 
     struct FontKey {
-        std::u16string name;
+        std::string name;
         uint16_t twips;
         uint8_t traits, color;
         auto operator<=>(const FontKey&) const = default;
+        [[nodiscard]] std::u16string written_name() const;  ///< as far as a workbook takes it
     };
     using CellKey = std::pair<XlsLooks, XlsGround>;
 

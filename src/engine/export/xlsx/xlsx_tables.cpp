@@ -31,7 +31,7 @@ void append_font(std::string& out, const XlsStyles::FontKey& font, const XlsStyl
     if (font.color != 0) append_color(out, "color", styles.color_of(font.color));
     out.append("<").append(name);
     std::string family;
-    append_utf16(family, font.name);
+    append_utf16(family, font.written_name());
     append_attribute(out, "val", family);
     out += "/>";
 }
