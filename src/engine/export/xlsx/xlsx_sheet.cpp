@@ -1,5 +1,6 @@
 #include "engine/export/xlsx/xlsx_sheet.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
 
