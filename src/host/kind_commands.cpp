@@ -14,12 +14,14 @@ struct KindOptions {
     CriteriaOptions criteria;
     DeliveryOptions delivery;
     bool no_mark = false;
+    OpeningWishes wishes;  ///< of a definition of a person's own
 };
 
 ExitStatus print_list(Host& host, const ReportKind& kind, const KindOptions& options)
 {
     Documents documents(host, options.delivery, kind, 1);
     const Selection what = selection_of(options.criteria, today(host.company()));
+    host.engine().Wish(options.wishes);
     documents.deliver(std::string(kind.title), [&] { return what; });
     return documents.finish();
 }
@@ -117,6 +119,7 @@ void add_kind(CLI::App& program, CommandBody& chosen, const ReportKind& kind)
                           "A numbered file for each report of a quote, and none for an empty one");
     }
     add_delivery_options(*command, options->delivery);
+    if (kind.criteria.file) add_opening_options(*command, options->wishes);
     if (!kind.criteria.file) {
         add_definition_option(*command, options->delivery);
         add_pipe_option(*command, options->delivery);

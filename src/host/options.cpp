@@ -97,6 +97,28 @@ void add_export_options(CLI::App& command, DeliveryOptions& options)
         ->type_name("FILE|DIR");
 }
 
+void add_opening_options(CLI::App& command, OpeningWishes& wishes)
+{
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--parameter",
+            [&wishes](const std::vector<std::string>& given) {
+                for (const std::string& one : given) {
+                    const size_t mark = one.find('=');
+                    if (mark == std::string::npos || mark == 0) {
+                        throw CLI::ValidationError("\"" + one + "\" is no NAME=VALUE");
+                    }
+                    wishes.parameters.emplace_back(one.substr(0, mark), one.substr(mark + 1));
+                }
+            },
+            "Value of a parameter of the definition; may be given several times")
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->type_name("NAME=VALUE");
+    command.add_flag("--lenient", wishes.lenient,
+                     "Leave out what the definition's expressions ask for and is not known, with a warning each");
+}
+
 void add_delivery_options(CLI::App& command, DeliveryOptions& options)
 {
     add_export_options(command, options);

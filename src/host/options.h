@@ -55,6 +55,8 @@ struct DeliveryOptions {
     [[nodiscard]] bool exports() const { return !preview && !print; }
 };
 
+/// `--parameter` and `--lenient`, for the commands that run a definition of a person's own.
+void add_opening_options(CLI::App& command, OpeningWishes& wishes);
 void add_common_options(CLI::App& program, CommonOptions& options);
 void add_delivery_options(CLI::App& command, DeliveryOptions& options);
 /// `--definition`, for kinds that have a list.

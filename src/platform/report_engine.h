@@ -75,9 +75,18 @@ public:
     [[nodiscard]] virtual const std::vector<std::string>& warnings() const = 0;
 };
 
+/// What a person asks of the definitions that are opened.
+struct OpeningWishes {
+    bool lenient = false;  ///< an expression outside the language gives nothing, with a warning, and refuses nothing
+    std::vector<std::pair<std::string, std::string>> parameters;  ///< name and value as typed
+};
+
 class ReportEngine {
 public:
     virtual ~ReportEngine() = default;
+
+    /// Holds for every report that is opened from now on.
+    virtual void Wish(OpeningWishes) {}
 
     /// @throws Fault 20507 when the file is missing or is no definition, with the reason in `where`
     virtual std::shared_ptr<OpenedReport> OpenReport(const std::string& path) = 0;

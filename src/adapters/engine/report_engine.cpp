@@ -70,7 +70,7 @@ private:
 class EngineReport : public OpenedReport {
 public:
     EngineReport(const CompiledDefinition& compiled, std::shared_ptr<engine::FontStore> fonts,
-                 const EngineServices& services)
+                 const EngineServices& services, const OpeningWishes& wishes)
         : report_(compiled.report),
           warnings_(compiled.warnings),
           fonts_(std::move(fonts)),
@@ -79,6 +79,9 @@ public:
     {
         job_.title = report_->definition().name;
         parameters_ = services.parameters;
+        for (const auto& [name, text] : wishes.parameters) {
+            parameters_[name] = engine::parameter_from_text(*report_, name, text);
+        }
         job_.page_width = report_->definition().page.width;
         job_.page_height = report_->definition().page.height;
     }
@@ -199,11 +202,17 @@ public:
     {
     }
 
+    void Wish(OpeningWishes wishes) override
+    {
+        wishes_ = std::move(wishes);
+        latest_ = {};
+    }
+
     std::shared_ptr<OpenedReport> OpenReport(const std::string& path) override
     {
         try {
             if (latest_.path != path || latest_.state != state_of(path) || !latest_.report) compile(path);
-            return std::make_shared<EngineReport>(latest_, fonts_, services_);
+            return std::make_shared<EngineReport>(latest_, fonts_, services_, wishes_);
         } catch (const engine::DefinitionError& error) {
             if (services_.on_refused) services_.on_refused(path, error.what());
             throw fault::of(fault::kReportFile, error.what());
@@ -214,12 +223,13 @@ private:
     void compile(const std::string& path)
     {
         latest_ = {path, state_of(path), nullptr, {}};
-        latest_.report = engine::open_report(path, latest_.warnings);
+        latest_.report = engine::open_report(path, latest_.warnings, wishes_.lenient);
     }
 
     CompiledDefinition latest_;  ///< many documents of a run have one definition
     std::shared_ptr<engine::FontStore> fonts_;
     EngineServices services_;
+    OpeningWishes wishes_;
 };
 
 }  // namespace

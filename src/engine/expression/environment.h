@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/expression/definition_error.h"
 #include "engine/expression/value_class.h"
 #include "values/date_time.h"
 #include "values/value.h"
@@ -27,6 +28,8 @@ public:
     [[nodiscard]] virtual std::optional<Name> field(std::string_view name) const = 0;
     [[nodiscard]] virtual std::optional<Name> variable(std::string_view name) const = 0;
     [[nodiscard]] virtual std::optional<Name> parameter(std::string_view name) const = 0;
+    /// Whether an expression that cannot be compiled is left out rather than thrown: it gives nothing then.
+    virtual bool goes_on_without(const DefinitionError&) const { return false; }
     /// What the definition says of itself, by the name that expressions have for it: "getPageWidth".
     [[nodiscard]] virtual std::optional<Value> of_report(std::string_view) const { return std::nullopt; }
 };

@@ -128,7 +128,9 @@ Expression compile(std::string_view text, const Names& names, Position where, st
     try {
         return Expression(compile_program(text, names));
     } catch (const SyntaxError& error) {
-        throw DefinitionError(place_of(text, error.offset(), where), std::string(element), error.what());
+        const DefinitionError refused(place_of(text, error.offset(), where), std::string(element), error.what());
+        if (names.goes_on_without(refused)) return {};
+        throw refused;
     }
 }
 

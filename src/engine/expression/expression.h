@@ -46,6 +46,7 @@ private:
 ///
 /// @param where    place of the text's first character in the definition
 /// @param element  what the message calls the thing that holds the expression
+/// @return empty where it cannot be compiled and the names go on without it
 /// @throws DefinitionError  with the place of the first thing that is outside the language or an unknown name
 Expression compile(std::string_view text, const Names& names, Position where = {}, std::string_view element = {});
 

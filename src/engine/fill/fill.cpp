@@ -1,9 +1,14 @@
 #include "engine/fill/fill.h"
 
+#include <algorithm>
+
+#include "engine/expression/cell.h"
+#include "engine/expression/written_date.h"
 #include "engine/fill/pages/filler.h"
 #include "engine/fill/parts/images.h"
 #include "engine/fill/rows/row_store.h"
 #include "values/fault.h"
+#include "values/text.h"
 
 namespace velora::engine {
 
@@ -135,6 +140,31 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     }
     if (run.ignore_pagination) book.hold_all();
     run.fill(run);
+}
+
+Value parameter_from_text(const Report& report, std::string_view name, std::string_view text)
+{
+    const auto& declared = report.definition().data.parameters;
+    const auto& all = report.plan().parameters;
+    const auto found = std::ranges::find(all, name, &ParameterPlan::name);
+    if (found == all.end()) {
+        std::string names;
+        for (const auto& one : declared) names += (names.empty() ? "'" : ", '") + one.name + "'";
+        throw DefinitionError({}, "",
+                              "there is no parameter '" + std::string(name) + "'" +
+                                  (names.empty() ? "; it has none" : "; it has " + names));
+    }
+    Value given = std::string(text);
+    if (is_date(found->value_class)) {
+        if (const auto date = written_date(text)) given = *date;
+    }
+    const Value value = cell::to_value(cell::from(given, found->value_class));
+    const bool truth = found->value_class != ValueClass::Boolean || same_name(text, "true") || same_name(text, "false");
+    if (!value.is_null() && truth) return value;
+    throw DefinitionError({}, "",
+                          "the parameter '" + std::string(name) + "' is of the class " +
+                              std::string(class_name(found->value_class)) + ", and \"" + std::string(text) +
+                              "\" is none");
 }
 
 std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options)

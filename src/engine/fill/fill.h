@@ -31,6 +31,10 @@ struct FillOptions {
 /// @throws Fault of the table, and 20545 when the run was cancelled
 void fill(const Report& report, TableSource& table, Measurer& measurer, const FillOptions& options, PageSink& sink);
 
+/// The value of a parameter that a person typed, as the class that the definition gives it.
+/// @throws DefinitionError  for a parameter that the definition does not have, and a text that is none of its class
+Value parameter_from_text(const Report& report, std::string_view name, std::string_view text);
+
 /// The values that the parameters have in a run with these options; defaults where none is given.
 std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options);
 

@@ -32,10 +32,11 @@ std::optional<ChartKind> chart_kind(std::string_view name)
 }
 
 std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& names,
-                                      const model::Definition& definition, std::unique_ptr<NestedPlan> rows)
+                                      const model::Definition& definition, std::unique_ptr<NestedPlan> rows,
+                                      Refusals* refusals)
 {
     std::optional<PlanNames> own_names;
-    if (rows) own_names.emplace(*rows->report);
+    if (rows) own_names.emplace(*rows->report, refusals);
     const Names& names_of_rows = own_names ? *own_names : names;
     const auto compiled_with = [](const Names& known, const model::ExpressionText& text) {
         return text.present() ? compile(text.text, known, text.place, "chart") : Expression();

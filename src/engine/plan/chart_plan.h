@@ -27,6 +27,7 @@ struct ChartPlan {
 std::optional<ChartKind> chart_kind(std::string_view name);
 
 std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& names,
-                                      const model::Definition& definition, std::unique_ptr<NestedPlan> rows);
+                                      const model::Definition& definition, std::unique_ptr<NestedPlan> rows,
+                                      Refusals* refusals);
 
 }  // namespace velora::engine

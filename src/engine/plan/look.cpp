@@ -148,9 +148,10 @@ void add_layers(const model::Style& style, const Names& names, StylePlan& plan)
     plan.layers.push_back({{}, &style.attributes});
     for (auto condition = style.conditions.rbegin(); condition != style.conditions.rend(); ++condition) {
         if (!condition->condition.present() || plan.conditions == 64) continue;
-        plan.layers.push_back(
-            {compile(condition->condition.text, names, condition->condition.place, "conditionalStyle of " + style.name),
-             &condition->attributes});
+        auto holds =
+            compile(condition->condition.text, names, condition->condition.place, "conditionalStyle of " + style.name);
+        if (!holds) continue;
+        plan.layers.push_back({std::move(holds), &condition->attributes});
         ++plan.conditions;
     }
 }

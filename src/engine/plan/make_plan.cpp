@@ -44,7 +44,13 @@ bool looks_at_variable(const Expression& expression)
     return false;
 }
 
-std::shared_ptr<const ReportPlan> make_inner_plan(std::shared_ptr<const model::Definition> definition, Opening opening);
+std::shared_ptr<ReportPlan> make_inner_plan(std::shared_ptr<const model::Definition> definition, Opening opening);
+
+/// The same for what only reads it.
+std::shared_ptr<const ReportPlan> make_fixed_plan(std::shared_ptr<const model::Definition> definition, Opening opening)
+{
+    return make_inner_plan(std::move(definition), std::move(opening));
+}
 
 /// Turns bands and elements of the definition into plans.
 class PlanMaker {
@@ -69,7 +75,7 @@ private:
     void text_field(PartPlan& part, const model::TextField& field);
     void chart(PartPlan& part, const model::Chart& chart);
     void nested(PartPlan& part, std::unique_ptr<NestedPlan> nested);
-    [[nodiscard]] Around around() { return {plan_, names_, opening_, plan_.warnings, make_inner_plan}; }
+    [[nodiscard]] Around around() { return {plan_, names_, opening_, plan_.warnings, make_fixed_plan}; }
     void barcode(PartPlan& part, const model::Barcode& barcode);
     void warn(Position place, const std::string& name, const std::string& text);
     void evaluation(PartPlan& part, EvaluationTime time, const std::string& group);
@@ -168,7 +174,7 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
     if (!chart_kind(chart.type)) {
         warn(part.element->place, "chart", "of the form '" + chart.type + "' is drawn with bars");
     }
-    part.chart = plan_chart(chart, names_, definition_, std::move(rows));
+    part.chart = plan_chart(chart, names_, definition_, std::move(rows), opening_.refusals);
     part.link = link(chart.link);
 }
 
@@ -378,7 +384,7 @@ void PlanMaker::data()
     }
 }
 
-std::shared_ptr<const ReportPlan> make_inner_plan(std::shared_ptr<const model::Definition> definition, Opening opening)
+std::shared_ptr<ReportPlan> make_inner_plan(std::shared_ptr<const model::Definition> definition, Opening opening)
 {
     auto plan = std::make_shared<ReportPlan>();
     plan->definition = std::move(definition);
@@ -390,7 +396,7 @@ std::shared_ptr<const ReportPlan> make_inner_plan(std::shared_ptr<const model::D
     plan->parameters = plan_parameters(*plan->definition);
     plan->fields = plan_fields(*plan->definition);
     plan->variables = plan_variables(*plan->definition);
-    const PlanNames names(*plan);
+    const PlanNames names(*plan, opening.refusals);
     plan->styles = std::make_unique<StylePlans>(*plan->definition, names);
     PlanMaker maker(*plan, names, opening);
     maker.data();
@@ -401,9 +407,15 @@ std::shared_ptr<const ReportPlan> make_inner_plan(std::shared_ptr<const model::D
 
 }  // namespace
 
-std::shared_ptr<const ReportPlan> make_plan(std::shared_ptr<const model::Definition> definition)
+std::shared_ptr<const ReportPlan> make_plan(std::shared_ptr<const model::Definition> definition, bool lenient)
 {
-    return make_inner_plan(std::move(definition), Opening());
+    Refusals refusals;
+    Opening opening;
+    opening.refusals = &refusals;
+    auto plan = make_inner_plan(std::move(definition), opening);
+    if (!lenient) refusals.raise();
+    for (const auto& line : refusals.lines()) plan->warnings.push_back(line + "; it gives nothing");
+    return plan;
 }
 
 }  // namespace velora::engine

@@ -7,6 +7,7 @@
 #include "engine/plan/load.h"
 #include "engine/plan/nested_definition.h"
 #include "engine/plan/plan_names.h"
+#include "engine/plan/refusals.h"
 #include "values/text.h"
 
 namespace velora::engine {
@@ -130,6 +131,8 @@ std::shared_ptr<const ReportPlan> open_subreport(const fs::path& file, Position 
     }
     std::vector<Warning> met;
     try {
+        std::optional<Refusals::Within> within;
+        if (around.opening.refusals != nullptr) within.emplace(*around.opening.refusals, name);
         auto definition = std::make_shared<model::Definition>(load_definition(file, met));
         make_endless(*definition);
         auto plan = around.make_plan(std::move(definition), around.opening);

@@ -11,11 +11,14 @@
 /// a report of its own, with a band for each of its rows, and filled like any other.
 namespace velora::engine {
 
+class Refusals;
+
 /// The definition files that are being opened, each a subreport of the one before.
 struct Opening {
     std::vector<std::filesystem::path> files;
     size_t components = 0;                                          ///< lists and tables around
     std::shared_ptr<size_t> reports = std::make_shared<size_t>(0);  ///< opened so far in the outermost one
+    Refusals* refusals = nullptr;                                   ///< takes the expressions that cannot be compiled
 };
 
 /// Makes the plan of a definition inside another one. @param opening  the files around; its own is added

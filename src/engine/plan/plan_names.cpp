@@ -72,7 +72,7 @@ void add_declared(std::vector<VariablePlan>& plans, const model::Definition& def
 
 }  // namespace
 
-PlanNames::PlanNames(const ReportPlan& plan)
+PlanNames::PlanNames(const ReportPlan& plan, Refusals* refusals) : refusals_(refusals)
 {
     const auto add = [](Slots& slots, const auto& declared) {
         for (size_t slot = 0; slot < declared.size(); ++slot) {
@@ -91,6 +91,12 @@ PlanNames::PlanNames(const ReportPlan& plan)
         slot->second.stands_for = parameter.default_value.text;
     }
     definition_ = plan.definition.get();
+}
+
+bool PlanNames::goes_on_without(const DefinitionError& refused) const
+{
+    if (refusals_ != nullptr) refusals_->add(refused);
+    return refusals_ != nullptr;
 }
 
 std::optional<Value> PlanNames::of_report(std::string_view name) const

@@ -1,23 +1,27 @@
 #pragma once
 
 #include "engine/plan/plan.h"
+#include "engine/plan/refusals.h"
 
 namespace velora::engine {
 
 /// Finds the slots of the names that a plan declares.
 class PlanNames : public Names {
 public:
-    explicit PlanNames(const ReportPlan& plan);
+    /// @param refusals  takes the expressions that cannot be compiled; null: the first one is thrown
+    PlanNames(const ReportPlan& plan, Refusals* refusals);
 
     [[nodiscard]] std::optional<Name> field(std::string_view name) const override;
     [[nodiscard]] std::optional<Name> variable(std::string_view name) const override;
     [[nodiscard]] std::optional<Name> parameter(std::string_view name) const override;
+    bool goes_on_without(const DefinitionError& refused) const override;
     [[nodiscard]] std::optional<Value> of_report(std::string_view name) const override;
 
 private:
     using Slots = std::map<std::string, Name, std::less<>>;
     Slots fields_, variables_, parameters_;
     const model::Definition* definition_ = nullptr;
+    Refusals* refusals_;
 };
 
 /// The declared parameters with those that every report has.

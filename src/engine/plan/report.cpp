@@ -27,7 +27,8 @@ Value::Type cell_type(ValueClass value_class)
 
 }  // namespace
 
-Report::Report(std::shared_ptr<const model::Definition> definition) : plan_(make_plan(std::move(definition)))
+Report::Report(std::shared_ptr<const model::Definition> definition, bool lenient)
+    : plan_(make_plan(std::move(definition), lenient))
 {
     for (const auto& field : plan_->fields) {
         fields_.push_back({field.name, cell_type(field.value_class)});
@@ -44,10 +45,10 @@ const std::vector<std::string>& Report::warnings() const
     return plan_->warnings;
 }
 
-std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings)
+std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings, bool lenient)
 {
     std::vector<Warning> met;
-    auto report = std::make_unique<Report>(std::make_shared<model::Definition>(load_definition(file, met)));
+    auto report = std::make_unique<Report>(std::make_shared<model::Definition>(load_definition(file, met)), lenient);
     for (const auto& warning : met) {
         warnings.push_back(warning.line());
     }

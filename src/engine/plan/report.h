@@ -16,7 +16,8 @@ struct ReportPlan;
 class Report {
 public:
     /// Compiles every expression. @throws DefinitionError with element, place and reason
-    explicit Report(std::shared_ptr<const model::Definition> definition);
+    /// @param lenient  leaves out the expressions that cannot be compiled, with a warning each
+    explicit Report(std::shared_ptr<const model::Definition> definition, bool lenient = false);
 
     [[nodiscard]] const model::Definition& definition() const;
     /// The fields that the definition declares, in its order.
@@ -33,7 +34,10 @@ private:
 /// Opens a definition file with the style templates that it names, ready to be filled.
 ///
 /// @param warnings  what a designer should know, with line and column
-/// @throws DefinitionError  when the file is missing, is no definition or holds an expression outside the language
-std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings);
+/// @param lenient  leaves out the expressions that cannot be compiled, with a warning each
+/// @throws DefinitionError  when the file is missing, is no definition or holds expressions outside the language, which
+///                          are told all at once
+std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings,
+                                    bool lenient = false);
 
 }  // namespace velora::engine

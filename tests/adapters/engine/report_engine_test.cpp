@@ -81,6 +81,75 @@ TEST_F(ReportEngineTest, WhatIsNoDefinitionIsTheFaultOfAReportThatCannotBeFound)
     }
 }
 
+TEST_F(ReportEngineTest, AllExpressionsOutsideTheLanguageAreToldAtOnceOrLeftOut)
+{
+    const auto field = [](const std::string& text, int y) {
+        return "<element kind=\"textField\" x=\"0\" y=\"" + std::to_string(y) +
+               "\" width=\"100\" height=\"12\"><expression>" + text + "</expression></element>";
+    };
+    const std::string path = definition(
+        "<style name=\"s\"><conditionalStyle forecolor=\"#FF0000\"><conditionExpression>"
+        "$F{n}.shade()</conditionExpression></conditionalStyle></style>\n<title height=\"40\">" +
+        field("$F{n}.mine()", 0) + "\n" + field("\"kept\"", 12) + "\n" + field("$F{gone}", 24) + "</title>");
+    const auto opened = engine();
+    std::string reason;
+    try {
+        opened->OpenReport(path);
+    } catch (const Fault& fault) {
+        reason = fault.where();
+    }
+    for (const char* told : {"'shade' is outside", "'mine' is outside", "there is no field 'gone'"}) {
+        EXPECT_NE(reason.find(told), std::string::npos) << told << " in\n" << reason;
+    }
+    EXPECT_EQ(std::ranges::count(reason, '\n'), 2) << reason;
+
+    opened->Wish({.lenient = true, .parameters = {}});
+    const auto report = opened->OpenReport(path);
+    EXPECT_EQ(report->warnings().size(), 3u);
+    report->SetDataSource(std::make_shared<Rows>(std::vector{7}));
+    EXPECT_EQ(report->View()->page_text(0), "null\nkept\nnull\n7");
+}
+
+TEST_F(ReportEngineTest, ParametersAreTakenAsTheClassThatTheDefinitionGivesThem)
+{
+    struct Case {
+        const char *type, *typed, *shown;
+    };
+    for (const auto& c : {
+             Case{"java.lang.Integer", "12", "13"},
+             Case{"java.lang.String", "12", "121"},
+             Case{"java.math.BigDecimal", "1.255", "2.2550"},
+             Case{"java.lang.Integer", "twelve", "is of the class Integer, and \"twelve\" is none"},
+             Case{"java.lang.Boolean", "yes", "is of the class Boolean, and \"yes\" is none"},
+         }) {
+        const std::string path = definition(
+            "<parameter name=\"p\" class=\"" + std::string(c.type) +
+            "\"/><title height=\"20\"><element kind=\"textField\" x=\"0\" y=\"0\" width=\"100\" height=\"20\">"
+            "<expression>" +
+            (std::string(c.type).ends_with("Boolean") ? "$P{p}" : "$P{p} + 1") + "</expression></element></title>");
+        const auto opened = engine();
+        opened->Wish({.lenient = false, .parameters = {{"p", c.typed}}});
+        std::string shown;
+        try {
+            const auto report = opened->OpenReport(path);
+            report->SetDataSource(std::make_shared<Rows>(std::vector<int>{1}));
+            shown = report->View()->page_text(0);
+            shown.resize(shown.find('\n'));
+        } catch (const Fault& fault) {
+            shown = fault.where().substr(std::string("the parameter 'p' ").size());
+        }
+        EXPECT_EQ(shown, c.shown) << c.type << " " << c.typed;
+    }
+    const auto opened = engine();
+    opened->Wish({.lenient = false, .parameters = {{"q", "1"}}});
+    try {
+        opened->OpenReport(definition("<parameter name=\"p\"/>"));
+        ADD_FAILURE() << "a parameter that is not there was taken";
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.where(), "there is no parameter 'q'; it has 'p'");
+    }
+}
+
 TEST_F(ReportEngineTest, EveryRunTellsOfTheFontsAndLettersThatAreMissing)
 {
     const auto opened = engine();
