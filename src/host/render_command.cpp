@@ -1,5 +1,9 @@
 #include <charconv>
+#include <chrono>
 #include <filesystem>
+#include <functional>
+#include <map>
+#include <thread>
 
 #include "host/bind.h"
 #include "host/csv.h"
@@ -17,7 +21,10 @@ struct RenderOptions {
     std::optional<size_t> rows;
     std::string csv;
     std::string json;
+    bool csv_head = false;
+    bool watch = false;
     DeliveryOptions delivery;
+    OpeningWishes wishes;
 };
 
 /// The file to write: as it is named, in the folder that is named, or beside the person who asks.
@@ -40,11 +47,21 @@ Data held(HeldTable table)
     return {std::make_shared<HeldTable>(std::move(table)), rows};
 }
 
+/// The data that lie beside the definition under its name.
+std::optional<fs::path> sample_beside(const RenderOptions& options)
+{
+    if (options.rows) return std::nullopt;
+    const fs::path file = fs::path(options.file).replace_extension(".json");
+    std::error_code none;
+    return fs::is_regular_file(file, none) ? std::optional(file) : std::nullopt;
+}
+
 Data data_for(Host& host, const RenderOptions& options, const OpenedReport& report)
 {
-    if (!options.csv.empty()) return held(read_csv(options.csv));
+    if (!options.csv.empty()) return held(read_csv(options.csv, options.csv_head));
     if (!options.json.empty()) return held(read_pipe_json(options.json));
     if (!options.rows && report.brings_its_own_data()) return {};
+    if (const auto sample = sample_beside(options)) return held(read_pipe_json(*sample));
     const size_t rows = options.rows.value_or(0);
     const auto choices = compared_texts(read_data_file(options.file));
     return {std::make_shared<SampleTable>(report.fields(), choices, rows, host.now()), rows};
@@ -52,6 +69,7 @@ Data data_for(Host& host, const RenderOptions& options, const OpenedReport& repo
 
 void fill_and_export(Host& host, const RenderOptions& options, ExportFormat format, const fs::path& target)
 {
+    host.engine().Wish(options.wishes);
     const auto report = open_definition_file(host, options.file);
     RunProgress progress(host.around().err, host.is_watched(), 1);
     const Data data = data_for(host, options, *report);
@@ -63,6 +81,42 @@ void fill_and_export(Host& host, const RenderOptions& options, ExportFormat form
     for (const std::string& warning : report->warnings()) host.around().err << warning << '\n';
 }
 
+/// When what a rendering may read was written last: the data, and the definitions, templates and words beside the one
+/// that is rendered.
+std::map<fs::path, fs::file_time_type> written(const RenderOptions& options)
+{
+    std::vector<fs::path> files{options.file, options.csv, options.json};
+    if (const auto sample = sample_beside(options)) files.push_back(*sample);
+    std::error_code gone;
+    for (fs::directory_iterator each(fs::absolute(options.file).parent_path(), gone), end; each != end && !gone;
+         each.increment(gone)) {
+        const fs::path ending = each->path().extension();
+        if (ending == ".jrxml" || ending == ".rpt" || ending == ".jrtx" || ending == ".properties") {
+            files.push_back(each->path());
+        }
+    }
+    std::map<fs::path, fs::file_time_type> times;
+    for (const auto& file : files) times[file] = fs::last_write_time(file, gone);
+    return times;
+}
+
+/// Renders whenever a file has been written that may be read, until the program is stopped. What a definition has wrong
+/// is told, and the next time it is saved it has another chance.
+[[noreturn]] void watch(Host& host, const std::function<void()>& render_once, const RenderOptions& options)
+{
+    constexpr auto kPause = std::chrono::milliseconds(300);
+    for (;;) {
+        const auto seen = written(options);
+        try {
+            render_once();
+        } catch (const HostError& error) {
+            host.around().err << error.what() << std::endl;
+        }
+        while (written(options) == seen) std::this_thread::sleep_for(kPause);
+        std::this_thread::sleep_for(kPause);  // an editor may still be writing
+    }
+}
+
 ExitStatus render(Host& host, const RenderOptions& options)
 {
     const ExportFormat format = wanted_format(options.delivery).value_or(ExportFormat::Pdf);
@@ -71,14 +125,21 @@ ExitStatus render(Host& host, const RenderOptions& options)
     for (const std::string& data : {options.csv, options.json}) {
         if (!data.empty()) host.files().reads(data, "the data of the report");
     }
+    if (options.csv.empty() && options.json.empty()) {
+        if (const auto sample = sample_beside(options)) host.files().reads(*sample, "the data of the report");
+    }
     host.files().writes(target, "--output");
     if (options.delivery.output == "-") host.leave_standard_output();
-    try {
-        fill_and_export(host, options, format, target);
-    } catch (const Fault& caught) {
-        throw definition_error(options.file, "rendered", caught);
-    }
-    if (options.delivery.output != "-") host.say(target.string());
+    const auto render_once = [&] {
+        try {
+            fill_and_export(host, options, format, target);
+        } catch (const Fault& caught) {
+            throw definition_error(options.file, "rendered", caught);
+        }
+        if (options.delivery.output != "-") host.say(target.string());
+    };
+    if (options.watch) watch(host, render_once, options);
+    render_once();
     return ExitStatus::Delivered;
 }
 
@@ -112,9 +173,16 @@ void add_render_command(CLI::App& program, CommandBody& chosen)
                                  "Values separated by commas: the fields COLUMN_0, "
                                  "COLUMN_1, ... as text")
                     ->type_name("FILE");
-    auto* json = command->add_option("--json", options->json, "Data in the form that --pipe writes")->type_name("FILE");
+    auto* json = command
+                     ->add_option("--json", options->json,
+                                  "Data in the form that --pipe writes (default: the file of the definition's "
+                                  "name that ends in .json, if there is one beside it)")
+                     ->type_name("FILE");
     rows->excludes(csv)->excludes(json);
     csv->excludes(json);
+    command->add_flag("--csv-head", options->csv_head, "The first line of --csv names the fields")->needs(csv);
+    command->add_flag("--watch", options->watch, "Render again whenever a definition or its data are saved");
+    add_opening_options(*command, options->wishes);
     add_export_options(*command, options->delivery);
     bind(*command, chosen, options, render);
 }

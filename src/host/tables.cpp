@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "host/csv.h"
@@ -29,7 +30,7 @@ Value cell_of(const json& cell, Value::Type type)
     if (cell.is_number_unsigned() && cell.get<uint64_t>() > INT64_MAX) return cell.get<double>();
     if (cell.is_number_integer()) return cell.get<int64_t>();
     if (cell.is_number()) return type == Value::Type::Single ? Value(cell.get<float>()) : Value(cell.get<double>());
-    if (!cell.is_string()) throw std::runtime_error("a cell is neither text, number, truth value nor null");
+    if (cell.is_structured()) return cell.dump();  // rows for a report inside the report
     const auto& text = cell.get_ref<const std::string&>();
     if (type != Value::Type::Date) return text;
     const auto date = DateTime::from_iso(text);
@@ -81,8 +82,29 @@ TableSource::Field field_of(const json& field)
     return {name->get<std::string>(), type_of(field.value("type", json()))};
 }
 
+/// A list of objects, as other programs write data: each name is a field.
+HeldTable table_of_objects(const json& list)
+{
+    std::vector<TableSource::Field> fields;
+    std::map<std::string, size_t> numbers;
+    std::vector<std::vector<Value>> rows;
+    for (const json& object : list) {
+        if (!object.is_object()) throw std::runtime_error("row " + std::to_string(rows.size() + 1) + " is no object");
+        auto& row = rows.emplace_back(fields.size());
+        for (const auto& [name, cell] : object.items()) {
+            const auto [place, is_new] = numbers.try_emplace(name, fields.size());
+            if (is_new) fields.push_back({name, Value::Type::Text});
+            if (row.size() <= place->second) row.resize(place->second + 1);
+            row[place->second] = cell_of(cell, Value::Type::Text);
+        }
+    }
+    for (auto& row : rows) row.resize(fields.size());
+    return {std::move(fields), std::move(rows)};
+}
+
 HeldTable table_of(const json& pipe)
 {
+    if (pipe.is_array()) return table_of_objects(pipe);
     std::vector<TableSource::Field> fields;
     for (const json& field : list_of(pipe, "fields")) fields.push_back(field_of(field));
     std::vector<std::vector<Value>> rows;
@@ -135,7 +157,7 @@ SampleTable::Choices compared_texts(std::string_view definition)
     return choices;
 }
 
-HeldTable read_csv(const fs::path& file)
+HeldTable read_csv(const fs::path& file, bool head)
 {
     std::vector<std::vector<Value>> rows;
     size_t width = 0;
@@ -145,7 +167,12 @@ HeldTable read_csv(const fs::path& file)
     }
     for (auto& row : rows) row.resize(width);  // what a short line lacks is null
     std::vector<TableSource::Field> fields;
-    for (size_t at = 0; at < width; ++at) fields.push_back({"COLUMN_" + std::to_string(at), Value::Type::Text});
+    for (size_t at = 0; at < width; ++at) {
+        const auto* name = head && !rows.empty() ? rows.front()[at].get_if<std::string>() : nullptr;
+        fields.push_back(
+            {name != nullptr && !name->empty() ? *name : "COLUMN_" + std::to_string(at), Value::Type::Text});
+    }
+    if (head && !rows.empty()) rows.erase(rows.begin());
     return {std::move(fields), std::move(rows)};
 }
 

@@ -57,9 +57,10 @@ private:
 /// them.
 SampleTable::Choices compared_texts(std::string_view definition);
 
-/// A file of values separated by commas; its columns are the texts COLUMN_0, COLUMN_1, ...
+/// A file of values separated by commas; its columns are the texts COLUMN_0, COLUMN_1, ..., with a head those that its
+/// first line names.
 /// @throws HostError naming file and line
-HeldTable read_csv(const std::filesystem::path& file);
+HeldTable read_csv(const std::filesystem::path& file, bool head = false);
 
 /// A file in the form that `--pipe` writes. @throws HostError naming file and place
 HeldTable read_pipe_json(const std::filesystem::path& file);

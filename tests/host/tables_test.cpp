@@ -110,10 +110,9 @@ TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
              Case{"no JSON", "{", "--pipe"},
              Case{"no rows", R"({"fields":[]})", "no list \"rows\""},
              Case{"cut on a later line", "{\"fields\":[],\n\"rows\":[\n[", "line 3 is no JSON"},
-             Case{"a list", "[]", "no object"},
+             Case{"a list of numbers", "[1]", "row 1 is no object"},
              Case{"a row too short", R"({"fields":[{"name":"A"},{"name":"B"}],"rows":[["1","2"],["1"]]})", "row 2"},
              Case{"a date that is none", R"({"fields":[{"name":"A","type":7}],"rows":[["soon"]]})", "soon"},
-             Case{"a cell that is a list", R"({"fields":[{"name":"A"}],"rows":[[[]]]})", "cell"},
              Case{"cut in a cell", R"({"fields":[{"name":"A"}],"rows":[["1"],["2)", "line 1 is no JSON"},
              Case{"two things in one file", R"({"fields":[],"rows":[]} {)", "line 1 is no JSON"},
              Case{"a name that is a number", R"({"fields":[{"name":1}],"rows":[]})", "a field has no name"},
@@ -141,6 +140,24 @@ TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
         EXPECT_THAT(error.what(), HasSubstr("line 2"));
     }
     EXPECT_THROW((void)read_csv(scratch("missing.csv")), HostError);
+}
+
+TEST_F(Tables, TheFirstLineOfValuesMayNameTheFields)
+{
+    write_text(scratch("head.csv"), "Item,,Unit\nnut,3,EA\n");
+    HeldTable table = read_csv(scratch("head.csv"), true);
+    std::vector<std::string> names;
+    for (const auto& field : table.fields()) names.push_back(field.name);
+    EXPECT_EQ(names, (std::vector<std::string>{"Item", "COLUMN_1", "Unit"}));
+    EXPECT_EQ(all_cells(table), "nut|3|EA|\n");
+}
+
+TEST_F(Tables, AListOfObjectsIsATableAndRowsInACellStayJson)
+{
+    write_text(scratch("list.json"), R"([{"id": 1, "lines": [{"item": "nut"}]}, {"id": 2, "note": "x"}])");
+    HeldTable table = read_pipe_json(scratch("list.json"));
+    ASSERT_EQ(table.fields().size(), 3U);
+    EXPECT_EQ(all_cells(table), "1|[{\"item\":\"nut\"}]|~|\n2|~|x|\n");
 }
 
 }  // namespace
