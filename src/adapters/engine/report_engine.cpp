@@ -157,6 +157,11 @@ private:
             if (++rows % kOften == 0 && services_.on_rows) services_.on_rows(rows);
             return false;
         };
+        if (services_.run_query) {
+            options.run_query = [this](const auto& definition, const auto& value_of) {
+                return queried(definition, value_of);
+            };
+        }
         const auto table = rows(options);
         const Told told{*fonts_};
         fonts_->tell(options.warn);
@@ -170,13 +175,27 @@ private:
         if (!brings_its_own_data()) return std::make_shared<EmptyTable>();
         if (!services_.run_query) throw Fault(fault::kDatabase, "There is no database for the report's query.");
         const auto values = engine::parameter_values(*report_, options);
-        const Command command = bound_query(definition.data.query.text.text, [&](const std::string& name) {
+        return queried(definition, [&](std::string_view name) {
             const auto value = values.find(name);
-            if (value == values.end())
-                throw Fault(fault::kReportFile, "The query asks for an unknown parameter.", name);
-            return value->second;
+            return value == values.end() ? std::nullopt : std::optional(value->second);
         });
-        const auto connection = engine::model::property_value(definition.data.properties, "velora.connection");
+    }
+
+    /// A report inside a report runs its query where the one around it does, unless it names a place of its own.
+    [[nodiscard]] std::shared_ptr<TableSource> queried(
+        const engine::model::Definition& definition,
+        const std::function<std::optional<Value>(std::string_view)>& value_of) const
+    {
+        const Command command = bound_query(definition.data.query.text.text, [&](const std::string& name) {
+            auto value = value_of(name);
+            if (!value) throw Fault(fault::kReportFile, "The query asks for an unknown parameter.", name);
+            return *value;
+        });
+        constexpr std::string_view kConnection = "velora.connection";
+        auto connection = engine::model::property_value(definition.data.properties, kConnection);
+        if (!connection) {
+            connection = engine::model::property_value(report_->definition().data.properties, kConnection);
+        }
         return services_.run_query(std::string(connection.value_or("")), command);
     }
 

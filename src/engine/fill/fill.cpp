@@ -132,6 +132,7 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     Run run{plan, rows, measurer, document, book, images, warn};
     run.fill = fill_pages;
     if (store) run.store = &*store;
+    run.run_query = &options.run_query;
     run.wants_values = sink.wants_values();
     run.ignore_pagination = plan.definition->ignore_pagination;
     for (size_t slot = 0; slot < plan.parameters.size(); ++slot) {

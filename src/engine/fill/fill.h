@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "engine/expression/environment.h"
@@ -22,6 +24,11 @@ struct FillOptions {
     std::filesystem::path folder;     ///< of pictures with relative paths; empty: the definition's
     std::optional<DateTime> created;  ///< date that the file formats carry
     std::function<void(const std::string&)> warn;
+    /// Runs the query of a report inside the report, with the values of its parameters by name (none: it has no such).
+    /// Empty: such a report stays empty, with a warning.
+    std::function<std::shared_ptr<TableSource>(const model::Definition& definition,
+                                               const std::function<std::optional<Value>(std::string_view)>& value_of)>
+        run_query;
     std::function<bool()> cancelled;  ///< asked for every row; true ends the run
 };
 

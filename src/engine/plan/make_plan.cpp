@@ -183,7 +183,7 @@ void PlanMaker::nested(PartPlan& part, std::unique_ptr<NestedPlan> nested)
     if (!nested) return;  // it has been told why
     part.kind = PartPlan::Kind::Nested;
     part.look_kind = LookKind::Frame;
-    plan_.shares_rows |= nested->own_rows || nested->report->shares_rows;
+    plan_.shares_rows |= nested->own_rows;
     part.nested = std::move(nested);
 }
 

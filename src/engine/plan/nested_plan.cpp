@@ -39,6 +39,41 @@ std::optional<std::string_view> empty_rows(std::string_view source)
     return trimmed(source.substr(open + 1, close - open - 1));
 }
 
+/// What stands before the first comma that is inside no brackets.
+std::string_view first_argument(std::string_view arguments)
+{
+    int depth = 0;
+    size_t end = 0;
+    for (; end < arguments.size() && (depth > 0 || arguments[end] != ','); ++end) {
+        if (arguments[end] == '(' || arguments[end] == '{') ++depth;
+        if (arguments[end] == ')' || arguments[end] == '}') --depth;
+    }
+    return trimmed(arguments.substr(0, end));
+}
+
+/// What a data source takes its rows from that goes over a list, or is a list itself: "$F{lines}",
+/// "new JRBeanCollectionDataSource($F{lines})". None for another data source.
+std::optional<std::string_view> listed_rows(std::string_view source)
+{
+    constexpr std::string_view kClone = ".cloneDataSource()";
+    if (source.ends_with(kClone)) source = trimmed(source.substr(0, source.size() - kClone.size()));
+    while (source.starts_with("((") && source.ends_with(')')) source = trimmed(source.substr(1, source.size() - 2));
+    if (source.starts_with("(")) {  // a cast
+        const size_t end = source.find(')');
+        if (end == std::string_view::npos) return std::nullopt;
+        source = trimmed(source.substr(end + 1));
+    }
+    const bool reference = source.starts_with("$F{") || source.starts_with("$P{") || source.starts_with("$V{");
+    if (reference && source.find('}') + 1 == source.size()) return source;
+    const size_t open = source.find('(');
+    if (!source.starts_with("new ") || open == std::string_view::npos || !source.ends_with(')')) return std::nullopt;
+    const std::string_view made = trimmed(source.substr(4, open - 4));
+    const bool known = made.ends_with("JRBeanCollectionDataSource") || made.ends_with("JRMapCollectionDataSource") ||
+                       made.ends_with("JRBeanArrayDataSource") || made.ends_with("JRMapArrayDataSource");
+    if (!known) return std::nullopt;
+    return listed_rows(first_argument(source.substr(open + 1, source.size() - open - 2)));
+}
+
 /// Finds out where the rows come from. False, and a warning, when that is nothing the engine can read.
 bool plan_rows(NestedPlan& nested, const model::ExpressionText& source, const model::ExpressionText& connection,
                Position place, const char* element, const Around& around)
@@ -47,8 +82,14 @@ bool plan_rows(NestedPlan& nested, const model::ExpressionText& source, const mo
     if (text.empty() || text == kOwnRows) {
         const auto& query = nested.report->definition->data.query.text;
         if (!connection.present() || trimmed(query.text).empty()) return true;
-        tell(around, place, element, "has a query of its own, which is not run; the place stays empty");
-        return false;
+        nested.own_rows = false;
+        nested.query = true;
+        return true;
+    }
+    if (const auto list = listed_rows(text)) {
+        nested.own_rows = false;
+        nested.collection = compile(*list, around.names, source.place, element);
+        return true;
     }
     const auto count = empty_rows(text);
     if (!count) {

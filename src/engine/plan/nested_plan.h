@@ -29,6 +29,8 @@ struct NestedPlan {
     std::shared_ptr<const ReportPlan> report;
     bool own_rows = true;              ///< the rows of the report around it, from the first one
     Expression empty_rows;             ///< else: how many rows without fields; one when there is no expression
+    Expression collection;             ///< or: a list of rows as JSON
+    bool query = false;                ///< or: those of its own query
     bool hands_on_parameters = false;  ///< all those of the report around it
     std::vector<std::pair<std::string, Expression>> parameters;
     bool framed = true;  ///< what it prints stands in a frame

@@ -106,6 +106,79 @@ TEST(Lists, RowsThatCannotBeReadLeaveThePlaceEmptyWithAWarning)
                  DefinitionError);
 }
 
+/// A list whose rows stand in a field of the report, as JSON.
+std::string rows_in(const std::string& value, const std::string& source, const std::string& fields,
+                    const std::string& text)
+{
+    const std::string head =
+        "<dataset name=\"lines\">" + fields + "</dataset><field name=\"lines\" class=\"java.util.List\"/>";
+    const std::string data = "<datasetRun subDataset=\"lines\"><dataSourceExpression><![CDATA[" + source +
+                             "]]></dataSourceExpression></datasetRun>";
+    TestTable table({{"lines", Value::Type::Text}}, {{value.empty() ? Value() : Value(value)}});
+    const TestReport report{detail(10, list(data, text, 12)), "", head};
+    const auto result = filled(report.xml(), table);
+    return listed(result.pages) + (result.warnings.empty() ? "" : result.warnings.front());
+}
+
+TEST(Lists, TakeTheirRowsFromAFieldThatHoldsThem)
+{
+    struct Case {
+        const char *why, *value, *text, *expected;
+    };
+    const std::string fields =
+        R"(<field name="item"/><field name="count" class="java.lang.Integer"/><field name="of.city"/><field name="_THIS"/>)";
+    for (const auto& c : {
+             Case{"a row an object", R"([{"item": "nut", "count": 3}, {"item": "bolt"}])", "$F{item} + $F{count}",
+                  "[ nut3@0+12 boltnull@12+12 ]\n"},
+             Case{"what stands in an object", R"([{"of": {"city": "Łódź"}}])", "$F{of.city}", "[ Łódź@0+12 ]\n"},
+             Case{"plain values", R"(["a", "b"])", "$F{_THIS}", "[ a@0+12 b@12+12 ]\n"},
+             Case{"a number as the class of its field", R"([{"count": "7"}])", "$F{count} + 1", "[ 8@0+12 ]\n"},
+             Case{"no rows", "[]", "$F{item}", "\n"},
+             Case{"nothing", "", "$F{item}", "\n"},
+             Case{"what is no list", R"({"item": 1})", "$F{item}",
+                  "\nthe rows of a report inside the report are no list; its place stays empty"},
+         }) {
+        std::string found = rows_in(c.value, "$F{lines}", fields, c.text);
+        if (const size_t at = found.find("the data have no field"); at != std::string::npos) found.resize(at);
+        EXPECT_EQ(found, c.expected) << c.why;
+    }
+    for (const char* source :
+         {"new net.sf.jasperreports.engine.data.JRBeanCollectionDataSource($F{lines})",
+          "new JRBeanCollectionDataSource((java.util.Collection) $F{lines}, false)",
+          "new JRMapCollectionDataSource($F{lines})", "((JRDataSource) $F{lines})", "$F{lines}.cloneDataSource()"}) {
+        EXPECT_EQ(rows_in(R"([{"item": "nut"}])", source, R"(<field name="item"/>)", "$F{item}"), "[ nut@0+12 ]\n")
+            << source;
+    }
+}
+
+TEST(Lists, TakeTheirRowsFromTheirOwnQuery)
+{
+    const std::string head =
+        R"(<dataset name="lines"><parameter name="of" class="java.lang.Integer"/><query language="sql">SELECT $P{of}</query>)"
+        R"(<field name="item"/></dataset><field name="id" class="java.lang.Integer"/>)";
+    const std::string data =
+        R"(<datasetRun subDataset="lines"><connectionExpression>$P{REPORT_CONNECTION}</connectionExpression>)"
+        R"(<parameter name="of"><expression>$F{id} * 10</expression></parameter></datasetRun>)";
+    const TestReport report{detail(10, list(data, "$F{item}", 12)), "", head};
+    TestTable table({{"id", Value::Type::Integer}}, {{Value(int64_t{1})}, {Value(int64_t{2})}});
+    FillOptions options;
+    options.run_query = [](const model::Definition& definition, const auto& value_of) {
+        EXPECT_EQ(definition.data.query.text.text, "SELECT $P{of}");
+        EXPECT_FALSE(value_of("other"));
+        const auto row = [&](int64_t more) {
+            return std::vector{Value("q" + std::to_string(*value_of("of")->template get_if<int64_t>() + more))};
+        };
+        return std::make_shared<TestTable>(std::vector<TableSource::Field>{{"item", Value::Type::Text}},
+                                           std::vector{row(0), row(1)});
+    };
+    EXPECT_EQ(listed(filled(report.xml(), table, options).pages), "[ q10@0+12 q11@12+12 ] [ q20@0+12 q21@12+12 ]\n");
+    table.rewind();
+    const auto without = filled(report.xml(), table);
+    EXPECT_EQ(listed(without.pages), "\n");
+    EXPECT_EQ(without.warnings, std::vector<std::string>{"there is no database for the query of a report inside the "
+                                                         "report; its place stays empty"});
+}
+
 TEST(Lists, ARowThatFitsNowhereIsCutAndThoseBehindItAreStillPrinted)
 {
     const std::string text = "$F{name}.equals(\"Ben\") ? \"" + std::string(60, 'x') + "\" : $F{name}";

@@ -14,6 +14,12 @@ class ChartFeed;
 class Images;
 class RowStore;
 
+/// Runs the query of a definition with the values of its parameters, which it asks for by name; none for an unknown
+/// one.
+using ParameterLookUp = std::function<std::optional<Value>(std::string_view name)>;
+using QueryRunner =
+    std::function<std::shared_ptr<TableSource>(const model::Definition& definition, const ParameterLookUp& value_of)>;
+
 /// What the parts of a report share while it is filled.
 struct Run {
     const ReportPlan& plan;
@@ -26,9 +32,10 @@ struct Run {
     bool wants_values = false;
     bool ignore_pagination = false;
     std::vector<std::shared_ptr<ChartFeed>> charts = {};
-    const RowStore* store = nullptr;       ///< the report's rows, when reports inside it read them too
-    void (*fill)(Run&) = nullptr;          ///< lays a run out on pages; for reports inside this one
-    std::vector<int>* row_ends = nullptr;  ///< collects where bands end, for a report inside a report
+    const RowStore* store = nullptr;         ///< the report's rows, when reports inside it read them too
+    void (*fill)(Run&) = nullptr;            ///< lays a run out on pages; for reports inside this one
+    const QueryRunner* run_query = nullptr;  ///< for the queries of reports inside this one
+    std::vector<int>* row_ends = nullptr;    ///< collects where bands end, for a report inside a report
 
     // What the layout has reached; breaks ask for it and set it.
     int column = 0;
