@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "engine/page/color_text.h"
 #include "values/text.h"
 
 namespace velora::engine {
@@ -34,34 +35,6 @@ std::optional<double> read_number(std::string_view text)
     if (std::isnan(value)) return std::nullopt;
     return value;
 }
-
-std::optional<uint32_t> read_hexadecimal(std::string_view text)
-{
-    uint32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-    return value;
-}
-
-Color color_of(uint32_t rgb, uint32_t alpha = 255)
-{
-    return {static_cast<uint8_t>(rgb >> 16), static_cast<uint8_t>(rgb >> 8), static_cast<uint8_t>(rgb),
-            static_cast<uint8_t>(alpha)};
-}
-
-constexpr auto kColors = std::to_array<Choice<uint32_t>>({{"black", 0x000000},
-                                                          {"blue", 0x0000FF},
-                                                          {"cyan", 0x00FFFF},
-                                                          {"darkGray", 0x404040},
-                                                          {"gray", 0x808080},
-                                                          {"green", 0x00FF00},
-                                                          {"lightGray", 0xC0C0C0},
-                                                          {"magenta", 0xFF00FF},
-                                                          {"orange", 0xFFC800},
-                                                          {"pink", 0xFFAFAF},
-                                                          {"red", 0xFF0000},
-                                                          {"yellow", 0xFFFF00},
-                                                          {"white", 0xFFFFFF}});
 
 }  // namespace
 
@@ -114,24 +87,9 @@ std::optional<bool> Attribute::flag() const
 
 std::optional<Color> Attribute::color() const
 {
-    const auto written = without_blanks(text());
-    if (written.starts_with('#')) {
-        const auto digits = written.substr(1);
-        const auto value = read_hexadecimal(digits);
-        if (value && digits.size() == 6) return color_of(*value);
-        if (value && digits.size() == 8) return color_of(*value, *value >> 24);
-        if (value && digits.size() == 3) {
-            return color_of((*value >> 8) * 0x110000 + ((*value >> 4) & 15) * 0x1100 + (*value & 15) * 0x11);
-        }
-    }
-    for (const auto& [name, value] : kColors) {
-        if (same_name(name, written)) return color_of(value);
-    }
-    const auto number = read_number(written);
-    if (number && std::abs(*number) < 4294967296.0)
-        return color_of(static_cast<uint32_t>(static_cast<int64_t>(*number)));
-    warn("this is no colour");
-    return std::nullopt;
+    const auto color = color_from_text(text());
+    if (!color) warn("this is no colour");
+    return color;
 }
 
 std::string_view Tag::name() const

@@ -26,15 +26,23 @@ constexpr std::array kNamed = {
 };
 // clang-format on
 
+Color color_of(uint32_t rgb, uint32_t alpha = 255)
+{
+    return {static_cast<uint8_t>(rgb >> 16), static_cast<uint8_t>(rgb >> 8), static_cast<uint8_t>(rgb),
+            static_cast<uint8_t>(alpha)};
+}
+
 std::optional<Color> from_hex(std::string_view digits)
 {
     uint32_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
     if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
-    if (digits.size() == 6) number = number << 8 | 0xFF;
-    if (digits.size() != 6 && digits.size() != 8) return std::nullopt;
-    const auto part = [&](int shift) { return static_cast<uint8_t>(number >> shift & 0xFF); };
-    return Color{part(24), part(16), part(8), part(0)};
+    if (digits.size() == 3) {
+        return color_of((number >> 8) * 0x110000 + ((number >> 4) & 15) * 0x1100 + (number & 15) * 0x11);
+    }
+    if (digits.size() == 6) return color_of(number);
+    if (digits.size() == 8) return color_of(number, number >> 24);
+    return std::nullopt;
 }
 
 std::optional<Color> from_function(std::string_view list)
@@ -66,6 +74,10 @@ std::optional<Color> color_from_text(std::string_view text)
     }
     for (const Named& known : kNamed) {
         if (known.name == lower) return known.color;
+    }
+    const auto number = read_number(lower);
+    if (number && std::abs(*number) < 4294967296.0) {
+        return color_of(static_cast<uint32_t>(static_cast<int64_t>(*number)));
     }
     return std::nullopt;
 }

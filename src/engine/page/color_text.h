@@ -8,8 +8,8 @@
 
 namespace velora::engine {
 
-/// Reads "#RRGGBB", "#RRGGBBAA", "rgb(r, g, b)", "rgba(r, g, b, a)" with a from 0 to 1, and the names of the basic
-/// colours, in any case. None for anything else.
+/// Reads "#RGB", "#RRGGBB", "#AARRGGBB", "rgb(r, g, b)", "rgba(r, g, b, a)" with a from 0 to 1, the names of the basic
+/// colours in any case, and a whole number. None for anything else.
 std::optional<Color> color_from_text(std::string_view text);
 
 /// "#RRGGBB", and for a transparent colour "rgba(r, g, b, a)".

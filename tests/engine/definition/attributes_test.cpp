@@ -193,7 +193,8 @@ TEST(Attributes, ColoursInEveryWriting)
     for (const auto& c : {Case{"#FF8000", {255, 128, 0, 255}}, Case{"#abc", {0xAA, 0xBB, 0xCC, 255}},
                           Case{"#80FF0000", {255, 0, 0, 0x80}}, Case{"blue", {0, 0, 255, 255}},
                           Case{"LIGHTGRAY", {0xC0, 0xC0, 0xC0, 255}}, Case{" #010203 ", {1, 2, 3, 255}},
-                          Case{"16711680", {255, 0, 0, 255}}, Case{"-16776961", {0, 0, 255, 255}}}) {
+                          Case{"rgba(1, 2, 3, 0.5)", {1, 2, 3, 128}}, Case{"16711680", {255, 0, 0, 255}},
+                          Case{"-16776961", {0, 0, 255, 255}}}) {
         const auto element = only_element(std::string("<element kind='line' forecolor='") + c.written + "'/>");
         EXPECT_EQ(element.attributes.forecolor, c.expected) << c.written;
     }

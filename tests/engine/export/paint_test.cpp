@@ -197,10 +197,11 @@ TEST(ColorText, ReadsWhatDefinitionsWrite)
         const char* text;
         std::optional<Color> expected;
     };
-    for (const auto& c : {Case{"#FF8000", Color{255, 128, 0, 255}}, Case{" #ff800040", Color{255, 128, 0, 64}},
-                          Case{"rgba(1, 2, 3, 0.5)", Color{1, 2, 3, 128}}, Case{"rgb(300,-5,0)", Color{255, 0, 0, 255}},
-                          Case{"Red", Color{255, 0, 0, 255}}, Case{"#12345", std::nullopt}, Case{"", std::nullopt},
-                          Case{"rgb(1,2)", std::nullopt}, Case{"#GG0000", std::nullopt}}) {
+    for (const auto& c : {Case{"#FF8000", Color{255, 128, 0, 255}}, Case{" #40ff8000", Color{255, 128, 0, 64}},
+                          Case{"#1aF", Color{0x11, 0xAA, 0xFF, 255}}, Case{"rgba(1, 2, 3, 0.5)", Color{1, 2, 3, 128}},
+                          Case{"rgb(300,-5,0)", Color{255, 0, 0, 255}}, Case{"Red", Color{255, 0, 0, 255}},
+                          Case{"#12345", std::nullopt}, Case{"", std::nullopt}, Case{"rgb(1,2)", std::nullopt},
+                          Case{"#GG0000", std::nullopt}}) {
         EXPECT_EQ(color_from_text(c.text), c.expected) << c.text;
     }
     for (const Color color : {Color{1, 2, 3, 255}, Color{250, 0, 9, 128}}) {
