@@ -1,5 +1,7 @@
 #include "engine/plan/make_plan.h"
 
+#include <algorithm>
+
 #include "engine/barcode/barcode.h"
 #include "engine/definition/warning.h"
 #include "engine/plan/chart_plan.h"
@@ -33,7 +35,7 @@ constexpr RoleName kRoleNames[] = {
 
 const char* role_name(BandRole role)
 {
-    return kRoleNames[static_cast<size_t>(role)].name;
+    return std::ranges::find(kRoleNames, role, &RoleName::role)->name;
 }
 
 bool looks_at_variable(const Expression& expression)
@@ -42,6 +44,20 @@ bool looks_at_variable(const Expression& expression)
         if (reference.kind == Reference::Kind::Variable) return true;
     }
     return false;
+}
+
+/// What floats, and what follows a break, is pushed down by each element above it.
+void refuse_too_much_pushing(const ContainerPlan& plan)
+{
+    constexpr size_t kMostPairs = 4'000'000;
+    const auto pushes = [](const PartPlan& part) {
+        return part.kind == PartPlan::Kind::Break || part.element->position == model::PositionType::Float;
+    };
+    const auto moving = static_cast<size_t>(std::ranges::count_if(plan.parts, pushes));
+    if (moving * plan.parts.size() <= kMostPairs) return;
+    throw DefinitionError(std::ranges::find_if(plan.parts, pushes)->element->place, "element",
+                          std::to_string(moving) + " of " + std::to_string(plan.parts.size()) +
+                              " elements of one band float or are breaks, which is too many");
 }
 
 std::shared_ptr<ReportPlan> make_inner_plan(std::shared_ptr<const model::Definition> definition, Opening opening);
@@ -291,6 +307,7 @@ ContainerPlan PlanMaker::container(const std::vector<model::Element>& elements)
     ContainerPlan plan;
     std::vector<size_t> around;
     parts(plan, elements, around);
+    refuse_too_much_pushing(plan);
     return plan;
 }
 

@@ -333,6 +333,13 @@ TEST_F(Subreports, WhatGrowsWithEachStepIsRefusedBeforeItIsMade)
     }
     write("styles.jrxml", {band("title", 12, text_field("\"x\"", 0, 12)), "", styles});
     EXPECT_NE(refusal("styles.jrxml").find("style 's100' inherits from more than 99 others"), std::string::npos);
+
+    std::string floating;
+    for (int at = 0; at < 2001; ++at) {
+        floating += "<element kind=\"line\" x=\"0\" y=\"0\" width=\"9\" height=\"0\" positionType=\"Float\"/>";
+    }
+    write("floating.jrxml", {band("title", 12, floating)});
+    EXPECT_NE(refusal("floating.jrxml").find("2001 of 2001 elements of one band float"), std::string::npos);
 }
 
 TEST_F(Subreports, OnesOutsideTheFolderOrNotThereLeaveThePlaceEmpty)

@@ -1,5 +1,7 @@
 #include "engine/fill/parts/container.h"
 
+#include <algorithm>
+
 namespace velora::engine {
 
 using model::PositionType;
@@ -33,20 +35,27 @@ void Container::arrange()
 
 void Container::link_dependents()
 {
-    for (size_t i = 0; i + 1 < by_y_.size(); ++i) {
+    const auto breaks = [](const Part& part) { return part.plan().kind == PartPlan::Kind::Break; };
+    const bool has_break = std::ranges::any_of(by_y_, [&](const Part* part) { return breaks(*part); });
+    std::vector<size_t> movable;  // places in by_y_
+    for (size_t at = 0; at < by_y_.size(); ++at) {
+        const PositionType position = by_y_[at]->source().position;
+        if (position == PositionType::Float || (has_break && position == PositionType::FixRelativeToTop)) {
+            movable.push_back(at);
+        }
+    }
+    for (size_t i = 0; i < by_y_.size(); ++i) {
         Part& above = *by_y_[i];
-        const bool is_break = above.plan().kind == PartPlan::Kind::Break;
-        for (size_t j = i + 1; j < by_y_.size(); ++j) {
-            Part& below = *by_y_[j];
-            const PositionType position = below.source().position;
-            const bool moves =
-                position == PositionType::Float || (is_break && position == PositionType::FixRelativeToTop);
+        auto at = std::ranges::upper_bound(movable, i);
+        at = std::partition_point(at, movable.end(),
+                                  [&](size_t j) { return by_y_[j]->y() < above.y() + above.height(); });
+        for (; at != movable.end(); ++at) {
+            Part& below = *by_y_[*at];
+            const bool moves = below.source().position == PositionType::Float || breaks(above);
             const int left = std::min(above.x(), below.x());
             const int right = std::max(above.x() + above.width(), below.x() + below.width());
             const bool share_columns = above.width() + below.width() > right - left;
-            if (moves && share_columns && above.y() + above.height() <= below.y()) {
-                above.dependents.push_back(&below);
-            }
+            if (moves && share_columns) above.dependents.push_back(&below);
         }
     }
 }
