@@ -1,6 +1,5 @@
 #include "engine/export/paint/bitmap.h"
 
-#include <cairo.h>
 #include <turbojpeg.h>
 
 #include <algorithm>
@@ -8,15 +7,12 @@
 #include <memory>
 
 #include "engine/export/common/picture_fit.h"
+#include "engine/export/paint/cairo_handles.h"
 
 namespace velora::engine {
 namespace {
 
 constexpr uint64_t kMostPoints = uint64_t{64} << 20;
-
-struct DropSurface {
-    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
-};
 
 cairo_status_t read_from_view(void* closure, unsigned char* data, unsigned length)
 {
@@ -29,14 +25,14 @@ cairo_status_t read_from_view(void* closure, unsigned char* data, unsigned lengt
 
 std::optional<Bitmap> read_png(std::string_view bytes)
 {
-    const std::unique_ptr<cairo_surface_t, DropSurface> surface(
-        cairo_image_surface_create_from_png_stream(read_from_view, &bytes));
-    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return std::nullopt;
-    const bool opaque = cairo_image_surface_get_format(surface.get()) == CAIRO_FORMAT_RGB24;
-    Bitmap bitmap{cairo_image_surface_get_width(surface.get()), cairo_image_surface_get_height(surface.get()), {}, {}};
-    const int stride = cairo_image_surface_get_stride(surface.get());
+    const CairoSurface surface(cairo().image_surface_create_from_png_stream(read_from_view, &bytes));
+    if (cairo().surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return std::nullopt;
+    const bool opaque = cairo().image_surface_get_format(surface.get()) == CAIRO_FORMAT_RGB24;
+    Bitmap bitmap{
+        cairo().image_surface_get_width(surface.get()), cairo().image_surface_get_height(surface.get()), {}, {}};
+    const int stride = cairo().image_surface_get_stride(surface.get());
     for (int y = 0; y < bitmap.height; ++y) {
-        const unsigned char* row = cairo_image_surface_get_data(surface.get()) + static_cast<ptrdiff_t>(y) * stride;
+        const unsigned char* row = cairo().image_surface_get_data(surface.get()) + static_cast<ptrdiff_t>(y) * stride;
         for (int x = 0; x < bitmap.width; ++x) {
             uint32_t point = 0;
             std::memcpy(&point, row + x * 4, 4);

@@ -1,36 +1,26 @@
 #include "engine/export/paint/cairo_canvas.h"
 
-#include <cairo-ft.h>
-#include <cairo.h>
-
 #include <cstring>
 
 #include "engine/export/paint/bitmap.h"
+#include "engine/export/paint/cairo_handles.h"
 #include "engine/text/face.h"
 #include "values/fault.h"
 
 namespace velora::engine {
 namespace {
 
-struct DropFontFace {
-    void operator()(cairo_font_face_t* face) const noexcept { cairo_font_face_destroy(face); }
-};
-struct DropSurface {
-    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
-};
 struct DropLibrary {
     void operator()(FT_Library library) const noexcept { FT_Done_FreeType(library); }
 };
-using FontFace = std::unique_ptr<cairo_font_face_t, DropFontFace>;
-using Surface = std::unique_ptr<cairo_surface_t, DropSurface>;
 
 /// Cairo's own form of a picture: 32 bits for each point, colours times alpha.
-Surface surface_of(const Bitmap& bitmap)
+CairoSurface surface_of(const Bitmap& bitmap)
 {
-    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, bitmap.width, bitmap.height));
-    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
-    const int stride = cairo_image_surface_get_stride(surface.get());
-    unsigned char* rows = cairo_image_surface_get_data(surface.get());
+    CairoSurface surface(cairo().image_surface_create(CAIRO_FORMAT_ARGB32, bitmap.width, bitmap.height));
+    if (cairo().surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    const int stride = cairo().image_surface_get_stride(surface.get());
+    unsigned char* rows = cairo().image_surface_get_data(surface.get());
     size_t at = 0;
     for (int y = 0; y < bitmap.height; ++y) {
         for (int x = 0; x < bitmap.width; ++x, ++at) {
@@ -40,7 +30,7 @@ Surface surface_of(const Bitmap& bitmap)
             std::memcpy(rows + static_cast<ptrdiff_t>(y) * stride + x * 4, &point, 4);
         }
     }
-    cairo_surface_mark_dirty(surface.get());
+    cairo().surface_mark_dirty(surface.get());
     return surface;
 }
 
@@ -48,22 +38,22 @@ Surface surface_of(const Bitmap& bitmap)
 
 struct CairoCache::State {
     std::unique_ptr<FT_LibraryRec_, DropLibrary> library;
-    std::unordered_map<const Face*, FontFace> faces;
-    std::map<std::shared_ptr<const ImageData>, Surface> pictures;
+    std::unordered_map<const Face*, CairoFontFace> faces;
+    std::map<std::shared_ptr<const ImageData>, CairoSurface> pictures;
 
     cairo_font_face_t* face(const Face& face)
     {
-        FontFace& known = faces[&face];
+        CairoFontFace& known = faces[&face];
         if (known) return known.get();
         FT_Face outlines = nullptr;
         if (FT_New_Face(library.get(), face.path().c_str(), static_cast<FT_Long>(face.index()), &outlines) != 0) {
             throw Fault(fault::kFileNotFound, "The font file cannot be read: " + face.path().string());
         }
-        known.reset(cairo_ft_font_face_create_for_ft_face(outlines, FT_LOAD_NO_HINTING));
+        known.reset(cairo().ft_font_face_create_for_ft_face(outlines, FT_LOAD_NO_HINTING));
         // The face of the font library goes when cairo drops its own, which may be later than this cache.
         static const cairo_user_data_key_t kOutlines{};
-        cairo_font_face_set_user_data(known.get(), &kOutlines, outlines,
-                                      [](void* data) { FT_Done_Face(static_cast<FT_Face>(data)); });
+        cairo().font_face_set_user_data(known.get(), &kOutlines, outlines,
+                                        [](void* data) { FT_Done_Face(static_cast<FT_Face>(data)); });
         return known.get();
     }
     cairo_surface_t* picture(const std::shared_ptr<const ImageData>& data)
@@ -86,47 +76,47 @@ CairoCache::~CairoCache() = default;
 
 void CairoCanvas::save()
 {
-    cairo_save(context_);
+    cairo().save(context_);
 }
 
 void CairoCanvas::restore()
 {
-    cairo_restore(context_);
+    cairo().restore(context_);
 }
 
 void CairoCanvas::transform(const Matrix& matrix)
 {
     const cairo_matrix_t same{matrix.a, matrix.b, matrix.c, matrix.d, matrix.e, matrix.f};
-    cairo_transform(context_, &same);
+    cairo().transform(context_, &same);
 }
 
 void CairoCanvas::clip(const Area& area)
 {
-    cairo_rectangle(context_, area.x, area.y, area.width, area.height);
-    cairo_clip(context_);
+    cairo().rectangle(context_, area.x, area.y, area.width, area.height);
+    cairo().clip(context_);
 }
 
 void CairoCanvas::set_color(Color color)
 {
-    cairo_set_source_rgba(context_, color.red / 255.0, color.green / 255.0, color.blue / 255.0, color.alpha / 255.0);
+    cairo().set_source_rgba(context_, color.red / 255.0, color.green / 255.0, color.blue / 255.0, color.alpha / 255.0);
 }
 
 void CairoCanvas::trace(const Path& path)
 {
-    cairo_new_path(context_);
+    cairo().new_path(context_);
     for (const auto& [verb, at] : path.steps) {
         switch (verb) {
             case Path::Verb::Move:
-                cairo_move_to(context_, at[0], at[1]);
+                cairo().move_to(context_, at[0], at[1]);
                 break;
             case Path::Verb::Line:
-                cairo_line_to(context_, at[0], at[1]);
+                cairo().line_to(context_, at[0], at[1]);
                 break;
             case Path::Verb::Curve:
-                cairo_curve_to(context_, at[0], at[1], at[2], at[3], at[4], at[5]);
+                cairo().curve_to(context_, at[0], at[1], at[2], at[3], at[4], at[5]);
                 break;
             case Path::Verb::Close:
-                cairo_close_path(context_);
+                cairo().close_path(context_);
         }
     }
 }
@@ -135,33 +125,33 @@ void CairoCanvas::fill(const Path& path, Color color)
 {
     set_color(color);
     trace(path);
-    cairo_fill(context_);
+    cairo().fill(context_);
 }
 
 void CairoCanvas::fill(const Area& area, Color color)
 {
     set_color(color);
-    cairo_rectangle(context_, area.x, area.y, area.width, area.height);
-    cairo_fill(context_);
+    cairo().rectangle(context_, area.x, area.y, area.width, area.height);
+    cairo().fill(context_);
 }
 
 void CairoCanvas::stroke(const Path& path, const Stroke& stroke)
 {
     set_color(stroke.color);
-    cairo_set_line_width(context_, stroke.width);
+    cairo().set_line_width(context_, stroke.width);
     const double on = stroke.style == LineStyle::Dashed ? 5 * stroke.width : stroke.width;
     const double dashes[] = {on, stroke.style == LineStyle::Dashed ? 3 * stroke.width : stroke.width};
     const bool broken = stroke.style == LineStyle::Dashed || stroke.style == LineStyle::Dotted;
-    cairo_set_dash(context_, dashes, broken ? 2 : 0, 0);
+    cairo().set_dash(context_, dashes, broken ? 2 : 0, 0);
     trace(path);
-    cairo_stroke(context_);
+    cairo().stroke(context_);
 }
 
 void CairoCanvas::glyphs(const GlyphRun& run)
 {
     set_color(run.color);
-    cairo_set_font_face(context_, cache_.state_->face(*run.face));
-    cairo_set_font_size(context_, run.size);
+    cairo().set_font_face(context_, cache_.state_->face(*run.face));
+    cairo().set_font_size(context_, run.size);
     std::vector<cairo_glyph_t> placed;
     placed.reserve(run.glyphs.size());
     double x = run.x;
@@ -169,29 +159,30 @@ void CairoCanvas::glyphs(const GlyphRun& run)
         placed.push_back({glyph.id, x + glyph.dx, run.y - glyph.dy});
         x += glyph.advance;
     }
-    cairo_show_glyphs(context_, placed.data(), static_cast<int>(placed.size()));
+    cairo().show_glyphs(context_, placed.data(), static_cast<int>(placed.size()));
 }
 
 std::optional<std::pair<int, int>> CairoCanvas::image_size(const std::shared_ptr<const ImageData>& image)
 {
     cairo_surface_t* picture = cache_.state_->picture(image);
     if (picture == nullptr) return std::nullopt;
-    return std::pair{cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture)};
+    return std::pair{cairo().image_surface_get_width(picture), cairo().image_surface_get_height(picture)};
 }
 
 void CairoCanvas::image(const std::shared_ptr<const ImageData>& image, const Area& area)
 {
     cairo_surface_t* picture = cache_.state_->picture(image);
     if (picture == nullptr) return;
-    cairo_save(context_);
-    cairo_translate(context_, area.x, area.y);
-    cairo_scale(context_, area.width / cairo_image_surface_get_width(picture),
-                area.height / cairo_image_surface_get_height(picture));
-    cairo_set_source_surface(context_, picture, 0, 0);
-    cairo_pattern_set_extend(cairo_get_source(context_), CAIRO_EXTEND_PAD);  // else the edges fade out
-    cairo_rectangle(context_, 0, 0, cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture));
-    cairo_fill(context_);
-    cairo_restore(context_);
+    cairo().save(context_);
+    cairo().translate(context_, area.x, area.y);
+    cairo().scale(context_, area.width / cairo().image_surface_get_width(picture),
+                  area.height / cairo().image_surface_get_height(picture));
+    cairo().set_source_surface(context_, picture, 0, 0);
+    cairo().pattern_set_extend(cairo().get_source(context_), CAIRO_EXTEND_PAD);  // else the edges fade out
+    cairo().rectangle(context_, 0, 0, cairo().image_surface_get_width(picture),
+                      cairo().image_surface_get_height(picture));
+    cairo().fill(context_);
+    cairo().restore(context_);
 }
 
 }  // namespace velora::engine

@@ -1,13 +1,12 @@
 #include "engine/export/paint/drawing_picture.h"
 
-#include <cairo/cairo-ft.h>
-#include <cairo/cairo.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
 #include <cmath>
 #include <map>
 
+#include "engine/export/paint/cairo_handles.h"
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"
 
@@ -17,37 +16,28 @@ namespace {
 constexpr double kPixelsPerPoint = 3;
 constexpr float kLargestSide = 4000;  ///< points
 
-struct DropSurface {
-    void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
-};
-struct DropContext {
-    void operator()(cairo_t* context) const noexcept { cairo_destroy(context); }
-};
-struct DropFontFace {
-    void operator()(cairo_font_face_t* face) const noexcept { cairo_font_face_destroy(face); }
-};
 struct DropFreeTypeFace {
     void operator()(FT_Face face) const noexcept { FT_Done_Face(face); }
 };
 
 void set_color(cairo_t* context, Color color)
 {
-    cairo_set_source_rgba(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0, color.alpha / 255.0);
+    cairo().set_source_rgba(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0, color.alpha / 255.0);
 }
 
 void trace(cairo_t* context, const Shape& shape)
 {
-    cairo_new_path(context);
+    cairo().new_path(context);
     for (const auto& step : shape.path) {
         if (const auto* point = std::get_if<Point>(&step)) {
-            cairo_line_to(context, point->x, point->y);
+            cairo().line_to(context, point->x, point->y);
             continue;
         }
         const auto& arc = std::get<Shape::Arc>(step);
-        const auto draw = arc.to >= arc.from ? cairo_arc : cairo_arc_negative;
+        const auto draw = arc.to >= arc.from ? cairo().arc : cairo().arc_negative;
         draw(context, arc.center.x, arc.center.y, arc.radius, arc.from, arc.to);
     }
-    if (shape.closed) cairo_close_path(context);
+    if (shape.closed) cairo().close_path(context);
 }
 
 void paint(cairo_t* context, const Shape& shape)
@@ -55,35 +45,35 @@ void paint(cairo_t* context, const Shape& shape)
     trace(context, shape);
     if (shape.filled) {
         set_color(context, shape.fill);
-        cairo_fill_preserve(context);
+        cairo().fill_preserve(context);
     }
     if (shape.stroke.width > 0) {
         const double width = shape.stroke.width, dash = shape.stroke.style == LineStyle::Dashed ? 5 * width : width;
         const bool broken = shape.stroke.style == LineStyle::Dashed || shape.stroke.style == LineStyle::Dotted;
-        cairo_set_dash(context, &dash, broken ? 1 : 0, 0);
-        cairo_set_line_width(context, width);
+        cairo().set_dash(context, &dash, broken ? 1 : 0, 0);
+        cairo().set_line_width(context, width);
         set_color(context, shape.stroke.color);
-        cairo_stroke(context);
+        cairo().stroke(context);
     }
 }
 
 void paint(cairo_t* context, const Label& label, cairo_font_face_t* face)
 {
     if (face == nullptr) return;
-    cairo_save(context);
-    cairo_set_font_face(context, face);
-    cairo_set_font_size(context, label.font.size);
+    cairo().save(context);
+    cairo().set_font_face(context, face);
+    cairo().set_font_size(context, label.font.size);
     set_color(context, label.color);
     cairo_text_extents_t extents;
-    cairo_text_extents(context, label.text.c_str(), &extents);
+    cairo().text_extents(context, label.text.c_str(), &extents);
     const double in_front = label.align == HorizontalAlign::Center  ? 0.5
                             : label.align == HorizontalAlign::Right ? 1
                                                                     : 0;
-    cairo_translate(context, label.at.x, label.at.y);
-    cairo_rotate(context, label.angle);
-    cairo_move_to(context, -extents.x_advance * in_front, 0);
-    cairo_show_text(context, label.text.c_str());
-    cairo_restore(context);
+    cairo().translate(context, label.at.x, label.at.y);
+    cairo().rotate(context, label.angle);
+    cairo().move_to(context, -extents.x_advance * in_front, 0);
+    cairo().show_text(context, label.text.c_str());
+    cairo().restore(context);
 }
 
 cairo_status_t append_bytes(void* target, const unsigned char* bytes, unsigned count)
@@ -114,14 +104,14 @@ struct DrawingPictures::Faces {
             if (FT_New_Face(library, face.path().c_str(), static_cast<FT_Long>(face.index()), &file) != 0)
                 return nullptr;
             files.emplace_back(file);
-            known.reset(cairo_ft_font_face_create_for_ft_face(file, 0));
+            known.reset(cairo().ft_font_face_create_for_ft_face(file, 0));
         }
         return known.get();
     }
 
     FT_Library library = nullptr;
     std::vector<std::unique_ptr<FT_FaceRec, DropFreeTypeFace>> files;
-    std::map<const Face*, std::unique_ptr<cairo_font_face_t, DropFontFace>> cairo_faces;
+    std::map<const Face*, CairoFontFace> cairo_faces;
 };
 
 DrawingPictures::DrawingPictures(FontStore& fonts) : fonts_(fonts) {}
@@ -144,13 +134,13 @@ std::shared_ptr<const ImageData> DrawingPictures::painted(const Drawing& drawing
         drawing.width > 0 && drawing.height > 0 && drawing.width <= kLargestSide && drawing.height <= kLargestSide;
     if (!paintable) return nullptr;
     if (!faces_) faces_ = std::make_unique<Faces>();
-    const std::unique_ptr<cairo_surface_t, DropSurface> surface(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(drawing.width * kPixelsPerPoint)),
-                                   static_cast<int>(std::ceil(drawing.height * kPixelsPerPoint))));
-    const std::unique_ptr<cairo_t, DropContext> context(cairo_create(surface.get()));
+    const CairoSurface surface(
+        cairo().image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(drawing.width * kPixelsPerPoint)),
+                                     static_cast<int>(std::ceil(drawing.height * kPixelsPerPoint))));
+    const CairoContext context(cairo().create(surface.get()));
     set_color(context.get(), ground);
-    cairo_paint(context.get());
-    cairo_scale(context.get(), kPixelsPerPoint, kPixelsPerPoint);
+    cairo().paint(context.get());
+    cairo().scale(context.get(), kPixelsPerPoint, kPixelsPerPoint);
     for (const auto& item : drawing.items) {
         if (const auto* label = std::get_if<Label>(&item)) {
             paint(context.get(), *label, faces_->of(fonts_.face(label->font)));
@@ -160,7 +150,7 @@ std::shared_ptr<const ImageData> DrawingPictures::painted(const Drawing& drawing
     }
     ImageData png;
     png.source = "drawing.png";
-    cairo_surface_write_to_png_stream(surface.get(), append_bytes, &png.bytes);
+    cairo().surface_write_to_png_stream(surface.get(), append_bytes, &png.bytes);
     return png.bytes.empty() ? nullptr : std::make_shared<const ImageData>(std::move(png));
 }
 

@@ -26,16 +26,16 @@ std::string page_picture(const Document& document, const Page& page, double reso
     const double width = std::ceil(document.page_width * scale), height = std::ceil(document.page_height * scale);
     if (!(width >= 1 && height >= 1 && width * height <= kMostPixels)) throw fault::overflow("page picture");
     const CairoSurface surface(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width), static_cast<int>(height)));
-    const CairoContext context(cairo_create(surface.get()));
-    cairo_set_source_rgb(context.get(), 1, 1, 1);
-    cairo_paint(context.get());
-    cairo_scale(context.get(), scale, scale);
+        cairo().image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width), static_cast<int>(height)));
+    const CairoContext context(cairo().create(surface.get()));
+    cairo().set_source_rgb(context.get(), 1, 1, 1);
+    cairo().paint(context.get());
+    cairo().scale(context.get(), scale, scale);
     CairoCache cache;
     CairoCanvas canvas(context.get(), cache);
     Painter(fonts).paint(page, canvas);
     std::string png;
-    cairo_surface_write_to_png_stream(surface.get(), append, &png);
+    cairo().surface_write_to_png_stream(surface.get(), append, &png);
     return png;
 }
 

@@ -21,17 +21,17 @@ void PageRaster::paint(const Page& page, double resolution, int x, int y, int wi
 {
     constexpr int kBytes = 4;
     constexpr double kPointsPerInch = 72;
-    const CairoSurface surface(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels),
-                                                                   CAIRO_FORMAT_RGB24, width, height, width * kBytes));
-    if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw fault::overflow("page picture");
-    const CairoContext context(cairo_create(surface.get()));
-    cairo_set_source_rgb(context.get(), 1, 1, 1);
-    cairo_paint(context.get());
-    cairo_translate(context.get(), -x, -y);
-    cairo_scale(context.get(), resolution / kPointsPerInch, resolution / kPointsPerInch);
+    const CairoSurface surface(cairo().image_surface_create_for_data(
+        reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_RGB24, width, height, width * kBytes));
+    if (cairo().surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw fault::overflow("page picture");
+    const CairoContext context(cairo().create(surface.get()));
+    cairo().set_source_rgb(context.get(), 1, 1, 1);
+    cairo().paint(context.get());
+    cairo().translate(context.get(), -x, -y);
+    cairo().scale(context.get(), resolution / kPointsPerInch, resolution / kPointsPerInch);
     CairoCanvas canvas(context.get(), kept_->cache);
     kept_->painter.paint(page, canvas);
-    cairo_surface_flush(surface.get());
+    cairo().surface_flush(surface.get());
 }
 
 }  // namespace velora::engine

@@ -1,0 +1,11 @@
+#include "engine/export/paint/cairo_library.h"
+
+namespace velora::engine {
+
+const CairoLibrary& cairo()
+{
+    static const CairoLibrary library;
+    return library;
+}
+
+}  // namespace velora::engine
