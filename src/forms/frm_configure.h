@@ -103,10 +103,13 @@ private:
     void load_quote_choice();
     void save_printer();
     void save_quote_choice();
+    [[nodiscard]] std::string shown_quote_choice() const;
 
     struct Option {
         std::function<void()> load;
         std::function<void()> save;
+        std::function<std::string()> shown;  ///< what its controls hold
+        std::string unread = {};             ///< what they held when the options could not be read so far
     };
 
     SessionState& state_;

@@ -31,15 +31,18 @@ int number(SessionState& state, std::string_view key, std::string_view otherwise
 /// What LoadPrinterInfo reads and Save_ReportOptions writes, in the order of both.
 void frmConfigure::list_options()
 {
-    options_.push_back({[this] { load_printer(); }, [this] { save_printer(); }});
+    options_.push_back({[this] { load_printer(); }, [this] { save_printer(); },
+                        [this] { return std::to_string(chkDefault.value()) + lblPrinter.caption(); }});
     add_check_option(chkPreview, "Preview");
-    options_.push_back({[this] { load_quote_choice(); }, [this] { save_quote_choice(); }});
+    options_.push_back({[this] { load_quote_choice(); }, [this] { save_quote_choice(); },
+                        [this] { return shown_quote_choice(); }});
     add_list_option(cboExport, "Format", "-1");
     add_text_option(txtExport, "Export", application_path(state_, "Export"));
     add_text_option(tbxSMTP, "SMTP");
     add_text_option(tbxUser, "SMTPuser");
     options_.push_back({[this] { tbxPassword.set_text(Decrypt(state_, setting(state_, "SMTPpwd", ""))); },
-                        [this] { keep("SMTPpwd", Encrypt(state_, tbxPassword.text())); }});
+                        [this] { keep("SMTPpwd", Encrypt(state_, tbxPassword.text())); },
+                        [this] { return tbxPassword.text(); }});
     add_text_option(tbxName, "Sender");
     add_text_option(tbxEmail, "SendEmail");
     add_check_option(chkEmail, "Attach");
@@ -58,19 +61,22 @@ void frmConfigure::list_options()
 void frmConfigure::add_text_option(TextBox& box, const char* key, const std::string& otherwise)
 {
     options_.push_back({[this, &box, key, otherwise] { box.set_text(setting(state_, key, otherwise)); },
-                        [this, &box, key] { keep(key, std::string(trimmed(box.text()))); }});
+                        [this, &box, key] { keep(key, std::string(trimmed(box.text()))); },
+                        [&box] { return box.text(); }});
 }
 
 void frmConfigure::add_check_option(CheckBox& box, const char* key)
 {
     options_.push_back({[this, &box, key] { box.set_value(number(state_, key, "0")); },
-                        [this, &box, key] { keep(key, std::to_string(box.value())); }});
+                        [this, &box, key] { keep(key, std::to_string(box.value())); },
+                        [&box] { return std::to_string(box.value()); }});
 }
 
 void frmConfigure::add_list_option(DropDown& list, const char* key, const char* otherwise)
 {
     options_.push_back({[this, &list, key, otherwise] { list.select(number(state_, key, otherwise)); },
-                        [this, &list, key] { keep(key, std::to_string(list.selected())); }});
+                        [this, &list, key] { keep(key, std::to_string(list.selected())); },
+                        [&list] { return std::to_string(list.selected()); }});
 }
 
 /// Read and saved where the column is 1, while the pane is dead where it is not above 0. The two tests are meant.
@@ -83,7 +89,7 @@ void frmConfigure::add_order_option(const char* column, TextBox& box, const char
     const auto save = [this, column, &box, key] {
         if (default_is(state_, column, 1)) keep(key, std::string(trimmed(box.text())));
     };
-    options_.push_back({load, save});
+    options_.push_back({load, save, [&box] { return box.text(); }});
 }
 
 void frmConfigure::LoadPrinterInfo()
@@ -94,13 +100,18 @@ void frmConfigure::LoadPrinterInfo()
             option.load();
         }
     });
+    for (size_t at = reached_; at < options_.size(); ++at) options_[at].unread = options_[at].shown();
 }
 
-/// Behind an option that could not be read the controls were not filled, and what they stand for is left alone.
+/// Behind an option that could not be read the controls were not filled: what they stand for is left alone, unless
+/// the user entered something.
 void frmConfigure::Save_ReportOptions()
 {
     kept_.clear();
-    for (size_t at = 0; at < reached_; ++at) options_[at].save();
+    for (size_t at = 0; at < options_.size(); ++at) {
+        const Option& option = options_[at];
+        if (at < reached_ || option.shown() != option.unread) option.save();
+    }
     save_settings(state_, kept_);
 }
 
@@ -143,6 +154,13 @@ void frmConfigure::save_printer()
     keep("Name", printer.DeviceName);
     keep("Driver", printer.DriverName);
     keep("Port", printer.Port);
+}
+
+std::string frmConfigure::shown_quote_choice() const
+{
+    std::string shown = std::to_string(cboReport.selected()) + custom_path_;
+    for (size_t index = 0; index < optQuote.size(); ++index) shown += text_of(optQuote[index].value());
+    return shown;
 }
 
 void frmConfigure::save_quote_choice()
