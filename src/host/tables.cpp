@@ -9,6 +9,7 @@
 #include "host/host_error.h"
 #include "reports/field_types.h"
 #include "values/date_time.h"
+#include "values/json_nesting.h"
 
 namespace velora {
 namespace {
@@ -179,6 +180,7 @@ HeldTable read_csv(const fs::path& file, bool head)
 HeldTable read_pipe_json(const fs::path& file)
 {
     const std::string text = read_data_file(file);
+    if (nests_too_deep(text)) reject(file, "its lists stand in each other more than 100 deep");
     try {
         return table_of(json::parse(text));
     } catch (const json::parse_error& error) {

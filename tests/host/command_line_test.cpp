@@ -31,6 +31,7 @@ TEST_F(CommandLine, WrongUsageEndsWithTwoAndSaysWhatIsWrong)
              Case{"preview into a file", {"quote", "1", "--preview", "--output", "x.pdf"}, "--"},
              Case{"two sources of data", {"render", "x.jrxml", "--rows", "1", "--csv", "x.csv"}, "--"},
              Case{"a row count that is none", {"render", "x.jrxml", "--rows", "-1"}, "\"-1\" is no number of rows"},
+             Case{"a parameter without a value", {"render", "x.jrxml", "--parameter", "p"}, "\"p\" is no NAME=VALUE"},
              Case{"a row count beyond all", {"render", "x.jrxml", "--rows", "1000000000000"}, "no number of rows"},
              Case{"an ending that is no format",
                   {"render", "x.jrxml", "--output", "x.odt"},

@@ -101,6 +101,7 @@ TEST_F(Tables, NumbersOfEverySizeKeepTheirSign)
 
 TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
 {
+    const std::string brackets = std::string(1'000'000, '[') + std::string(1'000'000, ']');
     struct Case {
         const char* why;
         std::string text;
@@ -111,6 +112,7 @@ TEST_F(Tables, DataThatCannotBeReadIsNamedWithItsPlace)
              Case{"no rows", R"({"fields":[]})", "no list \"rows\""},
              Case{"cut on a later line", "{\"fields\":[],\n\"rows\":[\n[", "line 3 is no JSON"},
              Case{"a list of numbers", "[1]", "row 1 is no object"},
+             Case{"nothing but brackets", brackets, "more than 100 deep"},
              Case{"a row too short", R"({"fields":[{"name":"A"},{"name":"B"}],"rows":[["1","2"],["1"]]})", "row 2"},
              Case{"a date that is none", R"({"fields":[{"name":"A","type":7}],"rows":[["soon"]]})", "soon"},
              Case{"cut in a cell", R"({"fields":[{"name":"A"}],"rows":[["1"],["2)", "line 1 is no JSON"},

@@ -3,12 +3,15 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "values/json_nesting.h"
+
 namespace velora::engine {
 namespace {
 
 using nlohmann::json;
 
-constexpr size_t kLongestText = 64U << 20;
+constexpr size_t kLongestText = 16U << 20;
+constexpr size_t kMostRows = 1'000'000;
 constexpr size_t kMostFields = 1000;
 constexpr int kDeepest = 4;  ///< objects inside a row whose parts become fields
 
@@ -74,9 +77,9 @@ private:
 
 std::unique_ptr<TableSource> nested_rows(std::string_view text)
 {
-    if (text.size() > kLongestText) return nullptr;
+    if (text.size() > kLongestText || nests_too_deep(text)) return nullptr;
     const json list = json::parse(text, nullptr, false);
-    return list.is_array() ? std::make_unique<NestedRows>(list) : nullptr;
+    return list.is_array() && list.size() <= kMostRows ? std::make_unique<NestedRows>(list) : nullptr;
 }
 
 }  // namespace velora::engine

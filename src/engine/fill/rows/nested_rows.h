@@ -11,7 +11,7 @@ namespace velora::engine {
 /// in an object inside a row is a field too, by the names with a point between them ("customer.city"); lists inside a
 /// row stay JSON, for the next report inside.
 ///
-/// @return null when the text is no such list
+/// @return null when the text is no such list, or one of more than a million rows, 16 MB or 100 lists in each other
 std::unique_ptr<TableSource> nested_rows(std::string_view json);
 
 }  // namespace velora::engine
