@@ -181,11 +181,21 @@ struct Break {
 };
 
 /// Where the values of a chart, list or table come from.
+/// A variable of a report inside the report that is handed to one around it.
+struct ReturnValue {
+    std::string from_variable;
+    std::string to_variable;
+    Calculation calculation = Calculation::Nothing;
+    ExpressionText from;  ///< instead of a variable
+    Position place;
+};
+
 struct DatasetRun {
     std::string dataset;  ///< name of a sub-dataset; empty when the report's own rows feed it
     std::vector<std::pair<std::string, ExpressionText>> parameters;
     ExpressionText source;
     ExpressionText connection;
+    std::vector<ReturnValue> returns;
 };
 
 struct ChartSeries {
@@ -229,20 +239,13 @@ struct Chart {
     Hyperlink link;
 };
 
-struct SubreportReturn {
-    std::string from_variable;
-    std::string to_variable;
-    Calculation calculation = Calculation::Nothing;
-    ExpressionText from;
-};
-
 struct Subreport {
     ExpressionText expression;  ///< path of the definition
     ExpressionText parameters_map;
     ExpressionText connection;
     ExpressionText source;
     std::vector<std::pair<std::string, ExpressionText>> parameters;
-    std::vector<SubreportReturn> returns;
+    std::vector<ReturnValue> returns;
     bool run_to_bottom = false;
 };
 

@@ -23,6 +23,7 @@ std::span<const AttributeRule<model::Hyperlink>> link_rules();
 bool read_link_child(model::Hyperlink& target, Tag& child);
 
 model::DatasetRun read_dataset_run(Tag& tag);
+model::ReturnValue read_return_value(Tag& tag);
 /// Parameters, fields, variables, query and the like. False for other children.
 bool read_data_child(model::Dataset& target, Tag& child);
 model::Dataset read_dataset(Tag& tag);

@@ -167,13 +167,23 @@ void read_run_parameter(DatasetRun& run, Tag& child)
     run.parameters.push_back(read_argument(child));
 }
 
+// clang-format off
+constexpr auto kReturnRules = std::to_array<AttributeRule<ReturnValue>>({
+    {"subreportVariable",       set_text<&ReturnValue::from_variable>},
+    {"fromVariable",            set_text<&ReturnValue::from_variable>},
+    {"toVariable",              set_text<&ReturnValue::to_variable>},
+    {"calculation",             set_choice<&ReturnValue::calculation, kCalculations>},
+    {"incrementerFactoryClass", set_nothing<ReturnValue>},
+});
+// clang-format on
+
 constexpr auto kRunChildren = std::to_array<ChildRule<DatasetRun>>({
     {"parameter", read_run_parameter},
     {"datasetParameter", read_run_parameter},
     {"dataSourceExpression", read_expression<&DatasetRun::source>},
     {"connectionExpression", read_expression<&DatasetRun::connection>},
     {"parametersMapExpression", read_nothing<DatasetRun>},
-    {"returnValue", read_nothing<DatasetRun>},
+    {"returnValue", [](DatasetRun& run, Tag& child) { run.returns.push_back(read_return_value(child)); }},
 });
 
 }  // namespace
@@ -192,6 +202,19 @@ bool read_property(Properties& target, Tag& child)
     }
     target.push_back(std::move(property));
     return true;
+}
+
+ReturnValue read_return_value(Tag& tag)
+{
+    ReturnValue value;
+    value.place = tag.place();
+    tag.read<ReturnValue>(kReturnRules, value);
+    tag.each_child([&](Tag& child) {
+        if (child.name() != "expression") return false;
+        value.from = child.expression();
+        return true;
+    });
+    return value;
 }
 
 DatasetRun read_dataset_run(Tag& tag)

@@ -98,14 +98,6 @@ constexpr auto kSubreportRules = std::to_array<AttributeRule<Subreport>>({
     {"usingCache",   set_nothing<Subreport>},
     {"overflowType", set_nothing<Subreport>},
 });
-
-constexpr auto kReturnRules = std::to_array<AttributeRule<SubreportReturn>>({
-    {"subreportVariable",       set_text<&SubreportReturn::from_variable>},
-    {"fromVariable",            set_text<&SubreportReturn::from_variable>},
-    {"toVariable",              set_text<&SubreportReturn::to_variable>},
-    {"calculation",             set_choice<&SubreportReturn::calculation, kCalculations>},
-    {"incrementerFactoryClass", set_nothing<SubreportReturn>},
-});
 // clang-format on
 
 /// An expression in a child of one of several names.
@@ -149,13 +141,6 @@ void read_subreport_parameter(Subreport& subreport, Tag& child)
     subreport.parameters.emplace_back(std::move(name), inner_expression(child));
 }
 
-void read_return(Subreport& subreport, Tag& child)
-{
-    SubreportReturn& out = subreport.returns.emplace_back();
-    child.read<SubreportReturn>(kReturnRules, out);
-    out.from = inner_expression(child);
-}
-
 constexpr auto kSubreportChildren = std::to_array<ChildRule<Subreport>>({
     {"expression", read_expression<&Subreport::expression>},
     {"subreportExpression",
@@ -168,7 +153,7 @@ constexpr auto kSubreportChildren = std::to_array<ChildRule<Subreport>>({
     {"dataSourceExpression", read_expression<&Subreport::source>},
     {"parameter", read_subreport_parameter},
     {"subreportParameter", read_subreport_parameter},
-    {"returnValue", read_return},
+    {"returnValue", [](Subreport& s, Tag& child) { s.returns.push_back(read_return_value(child)); }},
 });
 
 /// The attributes that both forms share: on the element itself, or on `reportElement` in the classic form.

@@ -105,9 +105,11 @@ private:
 
 namespace {
 
-void fill_pages(Run& run)
+std::shared_ptr<void> fill_pages(Run& run)
 {
-    Filler(run).fill();
+    auto filler = std::make_shared<Filler>(run);
+    filler->fill();
+    return filler;
 }
 
 }  // namespace
@@ -133,6 +135,8 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     run.fill = fill_pages;
     if (store) run.store = &*store;
     run.run_query = &options.run_query;
+    run.late = std::make_shared<LateReports>();
+    run.master = std::make_shared<MasterReport>();
     run.wants_values = sink.wants_values();
     run.ignore_pagination = plan.definition->ignore_pagination;
     for (size_t slot = 0; slot < plan.parameters.size(); ++slot) {

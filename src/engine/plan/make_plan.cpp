@@ -138,7 +138,8 @@ void PlanMaker::flag(FlagPlan& flag, const model::Element& element, std::string_
 
 void PlanMaker::evaluation(PartPlan& part, EvaluationTime time, const std::string& group)
 {
-    part.evaluation = time == EvaluationTime::Master ? EvaluationTime::Report : time;
+    const bool is_text = part.kind == PartPlan::Kind::TextField;
+    part.evaluation = time == EvaluationTime::Master && !is_text ? EvaluationTime::Report : time;
     if (time == EvaluationTime::Group) part.evaluation_group = group_index(definition_, group, part.element->place);
 }
 

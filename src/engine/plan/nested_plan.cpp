@@ -74,14 +74,19 @@ std::optional<std::string_view> listed_rows(std::string_view source)
     return listed_rows(first_argument(source.substr(open + 1, source.size() - open - 2)));
 }
 
+/// Whether the nested report has a query that fetches its rows.
+bool has_query(const ReportPlan& report)
+{
+    return !trimmed(report.definition->data.query.text.text).empty();
+}
+
 /// Finds out where the rows come from. False, and a warning, when that is nothing the engine can read.
 bool plan_rows(NestedPlan& nested, const model::ExpressionText& source, const model::ExpressionText& connection,
                Position place, const char* element, const Around& around)
 {
     const std::string_view text = trimmed(source.text);
     if (text.empty() || text == kOwnRows) {
-        const auto& query = nested.report->definition->data.query.text;
-        if (!connection.present() || trimmed(query.text).empty()) return true;
+        if (!connection.present() || (nested.report && !has_query(*nested.report))) return true;
         nested.own_rows = false;
         nested.query = true;
         return true;
@@ -111,6 +116,29 @@ void plan_parameters(NestedPlan& nested, const std::vector<std::pair<std::string
     }
 }
 
+/// What the nested report hands back, where there are such variables and a way to count them on.
+void plan_returns(NestedPlan& nested, const std::vector<model::ReturnValue>& returns, const char* element,
+                  const Around& around)
+{
+    using model::Calculation;
+    const PlanNames names(*nested.report, around.opening.refusals);
+    for (const auto& value : returns) {
+        const auto to = around.names.variable(value.to_variable);
+        const bool needs_more =
+            value.calculation == Calculation::Average || value.calculation == Calculation::Variance ||
+            value.calculation == Calculation::StandardDeviation || value.calculation == Calculation::DistinctCount;
+        if (!to || needs_more) {
+            tell(around, value.place, element,
+                 to ? "a return value is not handed back as an average, a spread or a count of different values"
+                    : "there is no variable '" + value.to_variable + "' for a return value");
+            continue;
+        }
+        const std::string text = value.from.present() ? value.from.text : "$V{" + value.from_variable + "}";
+        const Position place = value.from.present() ? value.from.place : value.place;
+        nested.returns.push_back({compile(text, names, place, "returnValue"), to->slot, value.calculation});
+    }
+}
+
 std::unique_ptr<NestedPlan> plan_run(model::Definition definition, const model::Element& element,
                                      const model::DatasetRun& run, const char* name, const Around& around)
 {
@@ -125,13 +153,13 @@ std::unique_ptr<NestedPlan> plan_run(model::Definition definition, const model::
     around.warnings.insert(around.warnings.end(), more.begin(), more.end());
     if (!plan_rows(*nested, run.source, run.connection, element.place, name, around)) return nullptr;
     plan_parameters(*nested, run.parameters, around);
+    plan_returns(*nested, run.returns, name, around);
     return nested;
 }
 
 /// What an expression gives before there is any row: parameters have their defaults. None when it asks for more.
-std::optional<std::string> known_at_opening(const model::ExpressionText& text, const Around& around)
+std::optional<std::string> known_at_opening(const Expression& expression, const Around& around)
 {
-    const Expression expression = compile(text.text, around.names, text.place, "subreportExpression");
     if (!looks_at_parameters_only(expression)) return std::nullopt;
     std::vector<Value> parameters;
     for (const auto& parameter : around.plan.parameters) {
@@ -153,6 +181,19 @@ std::optional<fs::path> subreport_file(const model::Definition& definition, cons
         if (file && fs::is_regular_file(*file, error)) return file;
     }
     return std::nullopt;
+}
+
+std::string not_there(const std::string& name)
+{
+    return "there is no definition '" + name + "' in the folder of the report; the place stays empty";
+}
+
+/// Where a row names the file, it cannot lead out of the folder, absolute or not.
+bool stands_below(const fs::path& file, const fs::path& folder)
+{
+    std::error_code error;
+    const auto relative = fs::relative(file, folder.empty() ? fs::path(".") : folder, error);
+    return !error && !relative.empty() && *relative.begin() != "..";
 }
 
 std::shared_ptr<const ReportPlan> open_subreport(const fs::path& file, Position place, const Around& around)
@@ -205,17 +246,21 @@ std::unique_ptr<NestedPlan> plan_dataset_run(const model::Element& element, cons
 std::unique_ptr<NestedPlan> plan_subreport(const model::Element& element, const model::Subreport& subreport,
                                            Around around)
 {
-    const auto not_drawn = [&](const std::string& why) {
-        tell(around, element.place, "subreport", why + "; the place stays empty");
-        return nullptr;
-    };
-    const auto name = known_at_opening(subreport.expression, around);
-    if (!name) return not_drawn("has a name that is not known before the rows are");
-    const auto file = subreport_file(*around.plan.definition, *name);
-    if (!file) return not_drawn("there is no definition '" + *name + "' in the folder of the report");
+    const Expression name =
+        compile(subreport.expression.text, around.names, subreport.expression.place, "subreportExpression");
     auto nested = std::make_unique<NestedPlan>();
     nested->framed = false;
-    nested->report = open_subreport(*file, element.place, around);
+    const auto known = known_at_opening(name, around);
+    if (name && !name.references().empty()) {
+        nested->late = std::make_shared<LateName>(
+            LateName{name, known.value_or(""), element, around.plan, around.opening, around.make_plan});
+    }
+    const auto file = known ? subreport_file(*around.plan.definition, *known) : std::nullopt;
+    if (!file && !nested->late) {
+        tell(around, element.place, "subreport", not_there(known.value_or("")));
+        return nullptr;
+    }
+    if (file) nested->report = open_subreport(*file, element.place, around);
     if (!plan_rows(*nested, subreport.source, subreport.connection, element.place, "subreport", around)) return nullptr;
     plan_parameters(*nested, subreport.parameters, around);
     const std::string_view map = trimmed(subreport.parameters_map.text);
@@ -223,10 +268,36 @@ std::unique_ptr<NestedPlan> plan_subreport(const model::Element& element, const 
     if (!map.empty() && map != kOwnParameters) {
         tell(around, element.place, "subreport", "the parameters of '" + std::string(map) + "' are not handed on");
     }
-    if (!subreport.returns.empty()) {
-        tell(around, element.place, "subreport", "its return values are not handed back");
-    }
+    if (nested->report) plan_returns(*nested, subreport.returns, "subreport", around);
     return nested;
+}
+
+std::shared_ptr<const NestedPlan> open_late(const NestedPlan& nested, const std::string& name,
+                                            std::vector<std::string>& warnings)
+{
+    const LateName& late = *nested.late;
+    const PlanNames names(late.around, nullptr);
+    Opening opening = late.opening;
+    opening.reports = std::make_shared<size_t>(0);
+    opening.refusals = nullptr;  // what it refuses is told at once
+    const Around around{late.around, names, opening, warnings, late.make_plan};
+    try {
+        const auto file = subreport_file(*late.around.definition, name);
+        if (!file || !stands_below(*file, late.around.definition->folder)) {
+            tell(around, late.element.place, "subreport", not_there(name));
+            return nullptr;
+        }
+        auto opened = std::make_shared<NestedPlan>(nested);
+        opened->late = nullptr;
+        opened->returns.clear();
+        opened->report = open_subreport(*file, late.element.place, around);
+        opened->query = opened->query && has_query(*opened->report);
+        plan_returns(*opened, std::get<model::Subreport>(late.element.body).returns, "subreport", around);
+        return opened;
+    } catch (const DefinitionError& error) {
+        warnings.push_back(std::string(error.what()) + "; the place stays empty");
+        return nullptr;
+    }
 }
 
 }  // namespace velora::engine

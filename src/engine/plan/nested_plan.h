@@ -25,14 +25,33 @@ struct Opening {
 using InnerPlanMaker = std::shared_ptr<const ReportPlan> (*)(std::shared_ptr<const model::Definition> definition,
                                                              Opening opening);
 
+/// A value that a nested report gives to a variable of the one around it when all of it is printed.
+struct ReturnPlan {
+    Expression value;  ///< in the nested report
+    size_t to = 0;
+    model::Calculation calculation = model::Calculation::Nothing;
+};
+
+/// The name of a subreport that may be another one for each row or run.
+struct LateName {
+    Expression name;
+    std::string at_opening;  ///< what it was when the report was opened; empty for none
+    const model::Element& element;
+    const ReportPlan& around;
+    Opening opening;
+    InnerPlanMaker make_plan;
+};
+
 struct NestedPlan {
-    std::shared_ptr<const ReportPlan> report;
-    bool own_rows = true;              ///< the rows of the report around it, from the first one
-    Expression empty_rows;             ///< else: how many rows without fields; one when there is no expression
-    Expression collection;             ///< or: a list of rows as JSON
-    bool query = false;                ///< or: those of its own query
-    bool hands_on_parameters = false;  ///< all those of the report around it
+    std::shared_ptr<const ReportPlan> report;  ///< null for a name that only a row or a run knows
+    std::shared_ptr<const LateName> late;      ///< for a name that is looked at each time
+    bool own_rows = true;                      ///< the rows of the report around it, from the first one
+    Expression empty_rows;                     ///< else: how many rows without fields; one when there is no expression
+    Expression collection;                     ///< or: a list of rows as JSON
+    bool query = false;                        ///< or: those of its own query
+    bool hands_on_parameters = false;          ///< all those of the report around it
     std::vector<std::pair<std::string, Expression>> parameters;
+    std::vector<ReturnPlan> returns;
     bool framed = true;  ///< what it prints stands in a frame
 };
 
@@ -53,6 +72,10 @@ std::unique_ptr<NestedPlan> plan_table(const model::Element& element, const mode
                                        Around around);
 std::unique_ptr<NestedPlan> plan_subreport(const model::Element& element, const model::Subreport& subreport,
                                            Around around);
+/// The subreport of a name that was not known at opening. It stands in the folder of the report or below it.
+/// @return null, and a warning, when there is none, or what is there cannot be printed
+std::shared_ptr<const NestedPlan> open_late(const NestedPlan& nested, const std::string& name,
+                                            std::vector<std::string>& warnings);
 /// The rows of a dataset run, without anything to print.
 std::unique_ptr<NestedPlan> plan_dataset_run(const model::Element& element, const model::DatasetRun& run,
                                              Around around);

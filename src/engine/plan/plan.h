@@ -21,6 +21,10 @@ inline constexpr int kNoGroup = -1;
 /// Slots of the variables that every report has; those of the groups follow in order.
 enum BuiltIn : size_t { kPageNumber, kColumnNumber, kReportCount, kPageCount, kColumnCount, kFirstGroupCount };
 
+/// Variables for elements that wait for the end of the outermost report: the page there, and how many there are.
+inline constexpr std::string_view kMasterPage = "MASTER_CURRENT_PAGE";
+inline constexpr std::string_view kMasterPages = "MASTER_TOTAL_PAGES";
+
 struct FieldPlan {
     std::string name;
     ValueClass value_class = ValueClass::Text;

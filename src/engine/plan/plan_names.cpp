@@ -183,10 +183,16 @@ std::vector<VariablePlan> plan_variables(const model::Definition& definition)
         plans.push_back(built_in(definition.groups[group].name + "_COUNT", Calculation::Count, Moment::Group, 0,
                                  static_cast<int>(group)));
     }
+    const auto is_there = [&](std::string_view name) {
+        return std::ranges::find(plans, name, &VariablePlan::name) != plans.end();
+    };
     for (const auto& variable : definition.data.variables) {
-        const auto same = [&](const VariablePlan& plan) { return plan.name == variable.name; };
-        if (std::any_of(plans.begin(), plans.end(), same)) continue;
-        add_declared(plans, definition, variable);
+        if (!is_there(variable.name)) add_declared(plans, definition, variable);
+    }
+    for (const std::string_view name : {kMasterPage, kMasterPages}) {
+        if (is_there(name)) continue;
+        plans.push_back(built_in(std::string(name), Calculation::System, Moment::Report, 0));
+        plans.back().fixed_initial = Value();
     }
     return plans;
 }

@@ -127,6 +127,7 @@ TEST(Lists, TakeTheirRowsFromAFieldThatHoldsThem)
     };
     const std::string fields =
         R"(<field name="item"/><field name="count" class="java.lang.Integer"/><field name="of.city"/><field name="_THIS"/>)";
+    const std::string brackets = std::string(1'000'000, '[') + std::string(1'000'000, ']');
     for (const auto& c : {
              Case{"a row an object", R"([{"item": "nut", "count": 3}, {"item": "bolt"}])", "$F{item} + $F{count}",
                   "[ nut3@0+12 boltnull@12+12 ]\n"},
@@ -135,8 +136,10 @@ TEST(Lists, TakeTheirRowsFromAFieldThatHoldsThem)
              Case{"a number as the class of its field", R"([{"count": "7"}])", "$F{count} + 1", "[ 8@0+12 ]\n"},
              Case{"no rows", "[]", "$F{item}", "\n"},
              Case{"nothing", "", "$F{item}", "\n"},
+             Case{"nothing but brackets", brackets.c_str(), "$F{item}",
+                  "\nthe rows of a report inside the report are no list that can be read; its place stays empty"},
              Case{"what is no list", R"({"item": 1})", "$F{item}",
-                  "\nthe rows of a report inside the report are no list; its place stays empty"},
+                  "\nthe rows of a report inside the report are no list that can be read; its place stays empty"},
          }) {
         std::string found = rows_in(c.value, "$F{lines}", fields, c.text);
         if (const size_t at = found.find("the data have no field"); at != std::string::npos) found.resize(at);
@@ -245,12 +248,13 @@ protected:
                "]]></expression>" + inside + "</element>";
     }
 
-    std::string printed(const std::string& name)
+    std::string printed(const std::string& name, const std::map<std::string, Value, std::less<>>& parameters = {})
     {
         warnings.clear();
         const auto report = open_report(folder / name, warnings);
         FillOptions options;
         options.warn = [&](const std::string& text) { warnings.push_back(text); };
+        options.parameters = parameters;
         TestTable table = people();
         PageList pages;
         fill(*report, table, test_measurer(), options, pages);
@@ -326,6 +330,15 @@ TEST_F(Subreports, WhatGrowsWithEachStepIsRefusedBeforeItIsMade)
     write("wide15.jrxml", {band("title", 12, text_field("\"x\"", 0, 12))});
     EXPECT_NE(refusal("wide0.jrxml").find("more than 500 reports stand in this one"), std::string::npos);
     EXPECT_EQ(refusal("wide11.jrxml"), "");
+    for (int at = 0; at < 15; ++at) {  // the same where each run finds the names out
+        const std::string next =
+            subreport("\"late\" + ($V{REPORT_COUNT} + " + std::to_string(at + 1) + ") + \".jrxml\"");
+        write("late" + std::to_string(at) + ".jrxml", {band("title", 10, next + next + next)});
+    }
+    EXPECT_EQ(refusal("late0.jrxml"), "");
+    EXPECT_TRUE(std::ranges::any_of(warnings, [](const std::string& text) {
+        return text.find("name more than 500 different subreports") != std::string::npos;
+    }));
 
     std::string styles = "<style name=\"s0\"/>";
     for (int at = 1; at < 3000; ++at) {
@@ -353,6 +366,55 @@ TEST_F(Subreports, OnesOutsideTheFolderOrNotThereLeaveThePlaceEmpty)
     }
     write("inner/outer.jrxml", {band("title", 10, subreport("\"" + (folder / "outside.jrxml").string() + "\""))});
     EXPECT_EQ(printed("inner/outer.jrxml"), "secret@10+12\n") << "an absolute name is meant so";
+}
+
+TEST_F(Subreports, ThatARowOrARunNamesStandInTheFolderOfTheReport)
+{
+    write("a.jrxml", {detail(12, text_field("\"A\"", 0, 12)), "", ""});
+    write("inner/a.jrxml", {detail(12, text_field("\"B\"", 0, 12)), "", ""});
+    write("broken.jrxml", {detail(12, text_field("$F{gone}", 0, 12)), "", ""});
+    struct Case {
+        std::string name;
+        const char *printed, *warning;
+    };
+    const std::string one = "<dataSourceExpression>new JREmptyDataSource()</dataSourceExpression>";
+    const std::string head = R"(<parameter name="which"/><field name="group"/>)";
+    for (const auto& c : {
+             Case{"$F{group} + \".jrxml\"", "B@10+12 B@32+12\n", "there is no definition 'b.jrxml'"},
+             Case{"\"../\" + $F{group} + \".jrxml\"", "\n", "there is no definition '../a.jrxml'"},
+             Case{"\"" + folder.string() + "/\" + $F{group} + \".jrxml\"", "\n", "there is no definition '"},
+             Case{"\"" + folder.string() + "/inner/\" + $F{group} + \".jrxml\"", "B@10+12 B@32+12\n", "b.jrxml'"},
+             Case{"$F{group}.equals(\"a\") ? \"outer.jrxml\" : \"a.jrxml\"", "B@20+12\n", "is a part of itself"},
+             Case{"$P{which}", "B@10+12 B@22+12 B@34+12\n", ""},
+         }) {
+        write("inner/outer.jrxml", {detail(10, subreport(c.name, one)), "", head});
+        EXPECT_EQ(printed("inner/outer.jrxml", {{"which", Value("a.jrxml")}}), c.printed) << c.name;
+        const std::string told = warnings.empty() ? "" : warnings.front();
+        EXPECT_TRUE(*c.warning == '\0' ? told.empty() : told.find(c.warning) != std::string::npos) << told;
+    }
+    write("outer.jrxml", {detail(10, subreport("$P{which}", one)), "", head});
+    EXPECT_EQ(printed("outer.jrxml", {{"which", Value("broken.jrxml")}}), "\n");
+    EXPECT_NE(warnings.at(0).find("there is no field 'gone'; the place stays empty"), std::string::npos) << warnings[0];
+    EXPECT_EQ(printed("outer.jrxml"), "\n");
+    EXPECT_EQ(warnings, std::vector<std::string>{"a subreport has no name in a row; its place stays empty"});
+}
+
+TEST_F(Subreports, WhatCannotBeGivenBackIsTold)
+{
+    write("inner.jrxml", {detail(12, text_field("\"x\"", 0, 12)), "", ""});
+    const std::string inside =
+        R"(<returnValue subreportVariable="REPORT_COUNT" toVariable="gone"/>)"
+        R"(<returnValue subreportVariable="REPORT_COUNT" toVariable="mean" calculation="Average"/>)";
+    write("outer.jrxml", {band("title", 10, subreport("\"inner.jrxml\"", inside)), "",
+                          R"(<variable name="mean" calculation="System" class="java.lang.Integer"/>)"});
+    printed("outer.jrxml");
+    ASSERT_EQ(warnings.size(), 2U);
+    EXPECT_NE(warnings[0].find("there is no variable 'gone' for a return value"), std::string::npos) << warnings[0];
+    EXPECT_NE(warnings[1].find("not handed back as an average"), std::string::npos) << warnings[1];
+    const std::string unknown = R"(<returnValue subreportVariable="none" toVariable="mean"/>)";
+    write("outer.jrxml", {band("title", 10, subreport("\"inner.jrxml\"", unknown)), "",
+                          R"(<variable name="mean" calculation="System" class="java.lang.Integer"/>)"});
+    EXPECT_THROW(printed("outer.jrxml"), DefinitionError);
 }
 
 TEST(Charts, OverASubDatasetShowItsRows)

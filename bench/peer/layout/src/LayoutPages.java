@@ -106,7 +106,8 @@ public final class LayoutPages {
         }
     }
 
-    /** Finds pictures in the folder of a case, and its subreports, "parts/NAME.jasper", by making them there. */
+    /** Finds pictures in the folder of a case, and its subreports, "parts/NAME.jasper", by making them there. A part
+     *  names others beside it. */
     private static final class Parts extends ClassLoader {
         private Path folder;
 
@@ -117,10 +118,11 @@ public final class LayoutPages {
         @Override
         public URL getResource(String name) {
             if (folder == null) return super.getResource(name);
-            Path definition = folder.resolve(name.replaceFirst("\\.jasper$", ".jrxml"));
+            Path parts = name.startsWith("parts/") ? folder : folder.resolve("parts");
+            Path definition = parts.resolve(name.replaceFirst("\\.jasper$", ".jrxml"));
             try {
                 if (name.endsWith(".png")) return folder.resolve(name).toUri().toURL();
-                if (!name.startsWith("parts/") || !Files.exists(definition)) return super.getResource(name);
+                if (!name.endsWith(".jasper") || !Files.exists(definition)) return super.getResource(name);
                 Path compiled = Files.createTempFile("part", ".jasper");
                 compiled.toFile().deleteOnExit();
                 JasperCompileManager.compileReportToFile(definition.toString(), compiled.toString());

@@ -159,6 +159,13 @@ void PageBook::send(Page&& page)
     sink_.page(std::move(page));
 }
 
+std::vector<Waiting> PageBook::take_waiting(const Awaited& awaited)
+{
+    std::vector<Waiting> waiting;
+    waiting.swap(queue(awaited).waiting);
+    return waiting;
+}
+
 void PageBook::finish()
 {
     close_page();

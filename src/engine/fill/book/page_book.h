@@ -79,6 +79,9 @@ public:
     /// Has every element that waits for this get its value of the moment.
     void resolve(const Awaited& awaited, Moment moment);
 
+    /// What still waits for this, for somebody else to give it a value; nothing of it stays here.
+    std::vector<Waiting> take_waiting(const Awaited& awaited);
+
     /// Sends what is left to the sink.
     void finish();
 

@@ -64,6 +64,9 @@ void ReportParts::end_report()
         chart->finish();
     }
     resolve(EvaluationTime::Report, Moment::Now);
+    if (run_.is_inside) return;
+    run_.master->pages = run_.book.page_number();
+    resolve(EvaluationTime::Master, Moment::Now);
 }
 
 }  // namespace velora::engine

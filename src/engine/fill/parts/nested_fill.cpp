@@ -12,6 +12,7 @@ namespace velora::engine {
 namespace {
 
 constexpr double kMostEmptyRows = 1'000'000;
+constexpr size_t kMostLate = 500;  // subreports that rows name; each may hold others
 
 ParameterValues parameters_of(const Run& around, const NestedPlan& nested, Moment moment);
 
@@ -22,7 +23,7 @@ std::unique_ptr<TableSource> rows_of_list(const Run& around, const Value& value)
     const auto* text = value.get_if<std::string>();
     auto rows = text != nullptr ? nested_rows(*text) : nullptr;
     if (rows) return rows;
-    around.tell("the rows of a report inside the report are no list; its place stays empty");
+    around.tell("the rows of a report inside the report are no list that can be read; its place stays empty");
     return std::make_unique<EmptyRows>(0);
 }
 
@@ -95,39 +96,113 @@ Rows rows_for(const Run& around, const NestedPlan& nested, TableSource& table, M
 
 }  // namespace
 
-NestedPrint fill_nested(Run& around, const NestedPlan& nested, Moment moment)
+const NestedPlan* plan_of(Run& around, const NestedPlan& nested, Moment moment)
 {
-    auto table = rows_of(around, nested, moment);
-    // reports inside this one may read its rows too
-    const std::function<bool()> never;
-    std::optional<RowStore> own;
-    if (!nested.own_rows && nested.report->shares_rows) {
-        own.emplace(*table, never);
-        table = std::make_unique<StoredTable>(*own);
+    if (!nested.late) return &nested;
+    const auto name = nested.late->name.text(around.at(moment));
+    if (nested.report && name == nested.late->at_opening) return &nested;
+    if (!name) {
+        around.tell("a subreport has no name in a row; its place stays empty");
+        return nullptr;
     }
-    Rows rows = rows_for(around, nested, *table, moment);
+    auto& opened = around.late->opened;
+    const auto key = std::make_pair(&nested, *name);
+    if (const auto known = opened.find(key); known != opened.end()) return known->second.get();
+    if (opened.size() >= kMostLate) {
+        around.tell("the rows name more than " + std::to_string(kMostLate) +
+                    " different subreports; the place of the others stays empty");
+        return nullptr;
+    }
+    std::vector<std::string> warnings;
+    const auto plan = opened[key] = open_late(nested, *name, warnings);
+    for (const auto& warning : warnings) around.tell(warning);
+    return plan.get();
+}
+
+namespace {
+
+/// A nested report while it is filled, and as long as a text of it waits for the end of the outermost one.
+struct NestedRun {
+    NestedRun(Run& around, const NestedPlan& nested, Moment moment);
+
+    std::unique_ptr<TableSource> source;
+    std::optional<RowStore> own;  ///< for reports inside this one that read its rows too
+    std::optional<StoredTable> stored;
+    Rows rows;
     Document document;
+    PageList pages;
+    PageBook book;
+    std::vector<int> row_ends;
+    Run run;
+    std::shared_ptr<void> filler;
+
+private:
+    TableSource& table(const NestedPlan& nested)
+    {
+        if (nested.own_rows || !nested.report->shares_rows) return *source;
+        static const std::function<bool()> never;
+        own.emplace(*source, never);
+        return stored.emplace(*own);
+    }
+};
+
+NestedRun::NestedRun(Run& around, const NestedPlan& nested, Moment moment)
+    : source(rows_of(around, nested, moment)),
+      rows(rows_for(around, nested, table(nested), moment)),
+      book(pages, document),
+      run{*nested.report, rows, around.measurer, document, book, around.images, around.warn}
+{
     document.styles = around.document.styles;
     document.page_width = nested.report->definition->page.width;
     document.page_height = 0;
     *document.sources = nested.report->sources;
-    PageList pages;
-    PageBook book(pages, document);
     book.hold_all();
-    NestedPrint print;
-    Run run{*nested.report, rows, around.measurer, document, book, around.images, around.warn};
     run.wants_values = around.wants_values;
     run.ignore_pagination = true;
     run.store = own ? &*own : around.store;
-    run.row_ends = &print.row_ends;
+    run.row_ends = &row_ends;
     run.run_query = around.run_query;
+    run.late = around.late;
+    run.master = around.master;
+    run.is_inside = true;
     run.fill = around.fill;
-    run.fill(run);
-    for (auto& page : pages.pages) {
+    filler = run.fill(run);
+}
+
+/// What waits in the pages of a nested report, each of which comes to keep the report.
+std::vector<Waiting> left_waiting(const std::shared_ptr<NestedRun>& nested)
+{
+    auto waiting = nested->book.take_waiting({model::EvaluationTime::Master, kNoGroup, nullptr});
+    std::vector<uint32_t> first{0};  // of each page's elements, of which there is usually one
+    for (const auto& page : nested->pages.pages) {
+        first.push_back(first.back() + static_cast<uint32_t>(page.elements.size()));
+    }
+    for (auto& each : waiting) {
+        each.path.front() += first[each.page - 1];
+        using Both = std::pair<std::shared_ptr<void>, std::shared_ptr<NestedRun>>;
+        const auto both = std::make_shared<Both>(each.notes, nested);
+        each.notes = std::shared_ptr<void>(both, each.notes.get());
+    }
+    return waiting;
+}
+
+}  // namespace
+
+NestedPrint fill_nested(Run& around, const NestedPlan& nested, Moment moment)
+{
+    const auto filled = std::make_shared<NestedRun>(around, nested, moment);
+    NestedPrint print;
+    print.waiting = left_waiting(filled);
+    for (auto& page : filled->pages.pages) {
         std::move(page.elements.begin(), page.elements.end(), std::back_inserter(print.elements));
     }
-    print.height = document.page_height;
-    print.sources = std::move(*document.sources);
+    filled->pages.pages.clear();
+    for (const auto& value : nested.returns) {
+        print.returned.push_back(value.value.evaluate(filled->rows.at(Moment::Now)));
+    }
+    print.row_ends = std::move(filled->row_ends);
+    print.height = filled->document.page_height;
+    print.sources = *filled->document.sources;
     return print;
 }
 

@@ -54,9 +54,11 @@ void NestedPart::evaluate(Moment moment)
     evaluate_print_when(moment);
     at_ = 0;
     print_ = {};
-    if (!print_when_holds_) return;
+    handed_back_ = false;
+    nested_ = print_when_holds_ ? plan_of(run_, *plan_.nested, moment) : nullptr;
+    if (nested_ == nullptr) return;
     dress_ = &dress(moment);
-    print_ = fill_nested(run_, *plan_.nested, moment);
+    print_ = fill_nested(run_, *nested_, moment);
     find_ends();
     sort_by_row();
     find_heading();
@@ -66,11 +68,14 @@ void NestedPart::evaluate(Moment moment)
 
 void NestedPart::add_sources()
 {
-    if (print_.sources == known_sources_) return;
-    auto& sources = *run_.document.sources;
-    first_source_ = static_cast<uint32_t>(sources.size());
-    sources.insert(sources.end(), print_.sources.begin() + 1, print_.sources.end());
-    known_sources_ = print_.sources;
+    KnownSources& known = known_sources_[nested_];
+    if (print_.sources != known.all) {
+        auto& sources = *run_.document.sources;
+        known.first = static_cast<uint32_t>(sources.size());
+        sources.insert(sources.end(), print_.sources.begin() + 1, print_.sources.end());
+        known.all = print_.sources;
+    }
+    first_source_ = known.first;
 }
 
 void NestedPart::take_sources(std::vector<Element>& elements) const
@@ -88,7 +93,7 @@ void NestedPart::find_heading()
     int end = 0;
     for (size_t index = 0; index < print_.elements.size(); ++index) {
         const Element& element = print_.elements[index];
-        if (element.source >= plan_.nested->report->sources.size()) continue;  // of a report inside this one
+        if (element.source >= nested_->report->sources.size()) continue;  // of a report inside this one
         const std::string& band = print_.sources[element.source].band;
         if (band != "pageHeader" && band != "columnHeader") continue;
         heading_top_ = heading_.empty() ? element.place.y : std::min(heading_top_, element.place.y);
@@ -125,14 +130,28 @@ void NestedPart::find_ends()
 
 void NestedPart::sort_by_row()
 {
-    const auto row = [&](const Element& element) {
-        const auto end = std::upper_bound(row_ends_.begin(), row_ends_.end(), element.place.y);
+    const auto row = [&](size_t index) {
+        const auto end = std::upper_bound(row_ends_.begin(), row_ends_.end(), print_.elements[index].place.y);
         return end == row_ends_.end() ? print_.height : *end;
     };
-    std::stable_sort(print_.elements.begin(), print_.elements.end(),
-                     [&](const Element& left, const Element& right) { return row(left) < row(right); });
+    std::vector<std::pair<int, size_t>> order;
+    for (size_t index = 0; index < print_.elements.size(); ++index) order.emplace_back(row(index), index);
+    std::sort(order.begin(), order.end());
+    std::vector<Element> sorted;
+    std::vector<size_t> now(order.size());
     row_of_.clear();
-    for (const auto& element : print_.elements) row_of_.push_back(row(element));
+    for (const auto& [end, index] : order) {
+        now[index] = sorted.size();
+        sorted.push_back(std::move(print_.elements[index]));
+        row_of_.push_back(end);
+    }
+    print_.elements = std::move(sorted);
+    waiting_.clear();
+    for (auto& waiting : print_.waiting) {
+        const size_t index = now[waiting.path.front()];
+        waiting_[index].push_back(std::move(waiting));
+    }
+    print_.waiting.clear();
 }
 
 void NestedPart::rewind()
@@ -168,6 +187,24 @@ bool NestedPart::choose_end(int room, bool continuing)
 
 bool NestedPart::prepare(int available, bool continuing)
 {
+    const bool goes_over = prepare_piece(available, continuing);
+    if (!goes_over) hand_back();
+    return goes_over;
+}
+
+/// The variables have what the nested report gives back as soon as the last of it is placed: what is evaluated later
+/// sees it, the rest of the band does not.
+void NestedPart::hand_back()
+{
+    if (nested_ == nullptr || std::exchange(handed_back_, true)) return;
+    for (size_t at = 0; at < print_.returned.size(); ++at) {
+        const ReturnPlan& value = nested_->returns[at];
+        run_.rows.variables().take(value.to, print_.returned[at], value.calculation);
+    }
+}
+
+bool NestedPart::prepare_piece(int available, bool continuing)
+{
     if (!begin_prepare()) return false;
     if (continuing && at_ >= print_.height && source().print_when_detail_overflows) rewind();
     if (at_ >= print_.height) {
@@ -187,11 +224,14 @@ bool NestedPart::prepare(int available, bool continuing)
 void NestedPart::emit(Emission& emission)
 {
     std::vector<Element> piece;
+    std::vector<size_t> indices;  // of the piece's elements in the print
+    const auto add_copy = [&](size_t index, int dy) {
+        piece.push_back(copy_of(print_.elements[index]));
+        piece.back().place.y += dy;
+        indices.push_back(index);
+    };
     if (heading() > 0) {
-        for (const size_t index : heading_) {
-            piece.push_back(copy_of(print_.elements[index]));
-            piece.back().place.y -= heading_top_;
-        }
+        for (const size_t index : heading_) add_copy(index, -heading_top_);
     }
     const bool last = next_ >= print_.height;
     const auto first = std::upper_bound(row_of_.begin(), row_of_.end(), at_);
@@ -199,13 +239,16 @@ void NestedPart::emit(Emission& emission)
         const Element& element = print_.elements[index];
         if (!last && index > 0 && row_of_[index - 1] >= next_ && row_of_[index] > row_of_[index - 1]) break;
         if (element.place.y < at_ || (element.place.y >= next_ && !last)) continue;
-        piece.push_back(copy_of(element));
-        piece.back().place.y += heading() - at_;
+        add_copy(index, heading() - at_);
     }
-    if (plan_.nested->framed) {
+    std::vector<uint32_t> path = emission.path;
+    uint32_t before = 0;
+    if (nested_->framed) {
         Element& frame = add(emission, dress_->style);
         frame.content = Frame{std::move(piece)};
+        path.push_back(static_cast<uint32_t>(emission.elements->size() - 1));
     } else {
+        before = static_cast<uint32_t>(emission.elements->size());
         for (auto& element : piece) {
             element.place.x += emission.x + x_;
             element.place.y += emission.y + relative_y;
@@ -213,8 +256,26 @@ void NestedPart::emit(Emission& emission)
             emission.elements->push_back(std::move(element));
         }
     }
+    hand_on_waiting(emission.book, path, before, indices);
     at_ = next_;
     ++run_.progress;
+}
+
+void NestedPart::hand_on_waiting(PageBook& book, const std::vector<uint32_t>& path, uint32_t first,
+                                 const std::vector<size_t>& indices) const
+{
+    if (waiting_.empty()) return;
+    for (size_t at = 0; at < indices.size(); ++at) {
+        const auto found = waiting_.find(indices[at]);
+        if (found == waiting_.end()) continue;
+        for (Waiting waiting : found->second) {
+            const std::vector<uint32_t> within(waiting.path.begin() + 1, waiting.path.end());
+            waiting.path = path;
+            waiting.path.push_back(first + static_cast<uint32_t>(at));
+            waiting.path.insert(waiting.path.end(), within.begin(), within.end());
+            book.await({model::EvaluationTime::Master, kNoGroup, nullptr}, std::move(waiting));
+        }
+    }
 }
 
 }  // namespace velora::engine

@@ -65,6 +65,15 @@ bool RecordedValues::record(const Run& run, const Awaited& time, Moment moment)
     return --left_ == 0;
 }
 
+void RecordedValues::take_master(const ReportPlan& plan, uint64_t page, uint64_t pages)
+{
+    for (size_t slot = 0; slot < variables_.size(); ++slot) {
+        const std::string& name = plan.variables[slot].name;
+        if (name == kMasterPage) variables_[slot] = static_cast<int64_t>(page);
+        if (name == kMasterPages) variables_[slot] = static_cast<int64_t>(pages);
+    }
+}
+
 std::vector<Awaited> awaited_times(const ReportPlan& plan, const PartPlan& part, const BandState& band)
 {
     std::vector<Awaited> times;

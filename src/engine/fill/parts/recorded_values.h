@@ -13,6 +13,8 @@ public:
 
     /// Takes the variables that are due now. @return whether all are there
     bool record(const Run& run, const Awaited& time, Moment moment);
+    /// The page that the element stands on in the outermost report, and how many there are.
+    void take_master(const ReportPlan& plan, uint64_t page, uint64_t pages);
     [[nodiscard]] const Environment& environment() const { return environment_; }
 
 private:

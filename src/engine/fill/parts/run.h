@@ -1,7 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/fill/book/page_book.h"
@@ -20,6 +23,16 @@ using ParameterLookUp = std::function<std::optional<Value>(std::string_view name
 using QueryRunner =
     std::function<std::shared_ptr<TableSource>(const model::Definition& definition, const ParameterLookUp& value_of)>;
 
+/// The subreports of a run whose names the rows or the parameters gave, each opened once.
+struct LateReports {
+    std::map<std::pair<const NestedPlan*, std::string>, std::shared_ptr<const NestedPlan>> opened;
+};
+
+/// What is known of the outermost report when all of it is filled.
+struct MasterReport {
+    uint64_t pages = 0;
+};
+
 /// What the parts of a report share while it is filled.
 struct Run {
     const ReportPlan& plan;
@@ -32,10 +45,13 @@ struct Run {
     bool wants_values = false;
     bool ignore_pagination = false;
     std::vector<std::shared_ptr<ChartFeed>> charts = {};
-    const RowStore* store = nullptr;         ///< the report's rows, when reports inside it read them too
-    void (*fill)(Run&) = nullptr;            ///< lays a run out on pages; for reports inside this one
-    const QueryRunner* run_query = nullptr;  ///< for the queries of reports inside this one
-    std::vector<int>* row_ends = nullptr;    ///< collects where bands end, for a report inside a report
+    const RowStore* store = nullptr;                ///< the report's rows, when reports inside it read them too
+    std::shared_ptr<void> (*fill)(Run&) = nullptr;  ///< lays a run out on pages; gives what its texts lean on
+    const QueryRunner* run_query = nullptr;         ///< for the queries of reports inside this one
+    std::shared_ptr<LateReports> late = {};         ///< of the outermost report, like what comes next
+    std::shared_ptr<MasterReport> master = {};
+    bool is_inside = false;                ///< of another report
+    std::vector<int>* row_ends = nullptr;  ///< collects where bands end, for a report inside a report
 
     // What the layout has reached; breaks ask for it and set it.
     int column = 0;

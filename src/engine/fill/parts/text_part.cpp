@@ -309,10 +309,24 @@ void TextPart::write_lines(TextDetail& detail) const
 
 void TextPart::resolve(Waiting& waiting, Element& element, Moment moment)
 {
+    if (plan_.evaluation == EvaluationTime::Master) return resolve_master(waiting.page, element);
     const auto* note = static_cast<const RecordedNote*>(waiting.notes.get());
     if (note && !note->values->record(run_, note->time, moment)) return;
+    show(element, moment, note ? note->values->environment() : run_.at(moment));
+}
+
+/// The outermost report has ended: its pages are known, everything else is as it was at the end of this one.
+void TextPart::resolve_master(uint64_t page, Element& element)
+{
+    RecordedValues values(run_, Moment::Now, 1);
+    values.take_master(run_.plan, page, run_.master->pages);
+    show(element, Moment::Now, values.environment());
+}
+
+void TextPart::show(Element& element, Moment moment, const Environment& environment)
+{
     dress_ = &dress(moment);
-    evaluate_text(note ? note->values->environment() : run_.at(moment));
+    evaluate_text(environment);
     lay_out(0);
     element.style = &style();
     write(std::get<Text>(element.content));

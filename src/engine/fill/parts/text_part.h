@@ -23,6 +23,8 @@ public:
 private:
     void evaluate_text(const Environment& environment);
     void emit_recorded(Emission& emission);
+    void resolve_master(uint64_t page, Element& element);
+    void show(Element& element, Moment moment, const Environment& environment);
     [[nodiscard]] std::string shown_value(const Environment& environment);
     void take_text(std::string&& raw);
     void restart();

@@ -64,10 +64,16 @@ void Variables::estimate(const Environment& estimated)
 
 Value Variables::next(size_t slot, const Value& given, const std::vector<Value>& aggregates) const
 {
+    return next(slot, given, aggregates, plans_[slot].calculation);
+}
+
+Value Variables::next(size_t slot, const Value& given, const std::vector<Value>& aggregates,
+                      Calculation calculation) const
+{
     const VariablePlan& plan = plans_[slot];
     const State& state = states_[slot];
     const bool fresh = state.initialized || state.incremented.is_null();
-    switch (plan.calculation) {
+    switch (calculation) {
         case Calculation::Nothing:
             return given;
         case Calculation::System:
@@ -84,7 +90,7 @@ Value Variables::next(size_t slot, const Value& given, const std::vector<Value>&
             break;
     }
     if (given.is_null()) return state.initialized ? Value() : now_[slot];
-    switch (plan.calculation) {
+    switch (calculation) {
         case Calculation::Sum:
             return fresh ? coerced(given, plan.value_class) : sum_of(state.incremented, given, plan.value_class);
         case Calculation::Average:
@@ -105,6 +111,13 @@ Value Variables::next(size_t slot, const Value& given, const std::vector<Value>&
         default:
             return given;
     }
+}
+
+void Variables::take(size_t slot, const Value& returned, Calculation calculation)
+{
+    now_[slot] = next(slot, returned, now_, calculation);
+    old_[slot] = now_[slot];
+    states_[slot].incremented = now_[slot];
 }
 
 void Variables::keep_distinct(size_t slot, const Value& given)

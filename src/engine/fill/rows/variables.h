@@ -33,6 +33,8 @@ public:
     /// Increments what is incremented at the end of a report's part and resets what is reset there.
     /// @param group_changed  by group; only looked at for `Moment::Group`
     void begin(model::Moment part, const std::vector<bool>& group_changed, const Environment& now);
+    /// Counts in what a report inside the report gives back, for the row before as well.
+    void take(size_t slot, const Value& returned, model::Calculation calculation);
     /// The variables that are incremented with a group whose end is foreseen.
     void increment_with_groups(const std::vector<bool>& group_changed);
 
@@ -45,6 +47,8 @@ private:
     };
 
     [[nodiscard]] Value next(size_t slot, const Value& given, const std::vector<Value>& aggregates) const;
+    [[nodiscard]] Value next(size_t slot, const Value& given, const std::vector<Value>& aggregates,
+                             model::Calculation calculation) const;
     [[nodiscard]] Value distinct_count(size_t slot, const Value& given) const;
     [[nodiscard]] Value given(const VariablePlan& plan, const Environment& environment) const;
     [[nodiscard]] bool increments_at(const VariablePlan& plan, model::Moment part,
