@@ -46,6 +46,11 @@ constexpr auto kElementRules = std::to_array<AttributeRule<Element>>({
     {"printWhenGroupChanges",    set_text<&Element::print_when_group_changes>},
 });
 
+/// What the oldest files say on the graphic element inside.
+constexpr auto kGraphicRules = std::to_array<AttributeRule<Element>>({
+    {"stretchType", set_choice<&Element::stretch, kStretches>},
+});
+
 constexpr auto kElementChildren = std::to_array<ChildRule<Element>>({
     {"printWhenExpression", read_expression<&Element::print_when>},
     {"styleExpression",     read_expression<&Element::style_expression>},
@@ -170,6 +175,7 @@ bool read_common_child(Element& out, Tag& child)
         child.each_child([&](Tag& part) { return read_common_child(out, part); });
         return true;
     }
+    if (child.name() == "graphicElement") child.read<Element>(kGraphicRules, out);
     return read_property(out.properties, child) || read_child<Element>(kElementChildren, out, child) ||
            read_style_child(out.attributes, child);
 }

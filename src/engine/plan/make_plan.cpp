@@ -349,6 +349,8 @@ void PlanMaker::bands()
     band(plan_.page_footer, definition_.page_footer, BandRole::PageFooter);
     band(plan_.last_page_footer, definition_.last_page_footer, BandRole::LastPageFooter);
     band(plan_.summary, definition_.summary, BandRole::Summary);
+    // one without anything gets no page of its own
+    if (plan_.summary.height == 0 && plan_.summary.content.parts.empty()) plan_.summary.present = false;
     band(plan_.no_data, definition_.no_data, BandRole::NoData);
     for (const auto& detail : definition_.details) {
         plan_.details.push_back(band(detail, BandRole::Detail));

@@ -114,6 +114,26 @@ TEST_F(PaintTest, TextsStandByAlignmentPaddingAndRotation)
     }
 }
 
+TEST_F(PaintTest, BlanksAtTheEndOfALineDoNotMoveItFromItsEdge)
+{
+    for (const auto align : {HorizontalAlign::Right, HorizontalAlign::Center}) {
+        for (const bool of_one_line : {true, false}) {
+            Style style = sample.style();
+            style.horizontal = align;
+            const auto left_edges = [&](const std::string& blanks) {
+                const std::string text = of_one_line ? "text" + blanks : "longer text in lines" + blanks;
+                Text& added = sample.add_text({0, 0, 60, 40}, text, style);
+                if (of_one_line) added.detail.reset();
+                paint();
+                std::vector<double> edges;
+                for (const auto& shown : canvas.texts) edges.push_back(shown.x);
+                return edges;
+            };
+            EXPECT_EQ(left_edges("  "), left_edges("")) << of_one_line;
+        }
+    }
+}
+
 TEST_F(PaintTest, JustifiedLinesReachTheEdgeExceptTheLast)
 {
     Style style = sample.style();

@@ -61,6 +61,14 @@ double aligned(HorizontalAlign align, double room, double width)
     return align == HorizontalAlign::Right ? room - width : 0;
 }
 
+/// Blanks at the end of a line do not count when it stands at the right or in the middle.
+uint32_t visible_end(std::string_view line, HorizontalAlign align)
+{
+    const bool to_the_left = align == HorizontalAlign::Left || align == HorizontalAlign::Justified;
+    const size_t last = line.find_last_not_of(to_the_left ? "\n" : " \n");
+    return static_cast<uint32_t>(last == std::string_view::npos ? 0 : last + 1);
+}
+
 }  // namespace
 
 /// Glyphs of plain Latin text, straight from the face. Gives up, with a negative width, at anything else.
@@ -219,7 +227,7 @@ void TextPainter::paint_lines(const Text& text, const Style& style, const Place&
         // The height tells where the line ends, with the spacing before it.
         const Face& face = fonts_.face(style.font);
         const double scale = style.font.size / face.units_per_em();
-        const TextLine all{0, static_cast<uint32_t>(text.shown().size()), 0, 0, 0, 0, true};
+        const TextLine all{0, visible_end(text.shown(), style.horizontal), 0, 0, 0, 0, true};
         const double line = text.text_height > 0 ? text.text_height : face.line_height() * scale;
         const double ascent = line - face.descent() * scale;
         paint_line(text.text, all, {left, y + ascent, room, false, order.is_right_to_left(all)}, detail, style, canvas);
