@@ -103,7 +103,7 @@ private:
         Cell result = evaluate(operand(*links.back(), 0));
         for (; !links.empty(); links.pop_back()) {
             const Instruction& link = *links.back();
-            result = arithmetic(link.op, link.result, result, evaluate(operand(link, 1)));
+            result = needed(arithmetic(link.op, link.result, result, evaluate(operand(link, 1))));
         }
         return result;
     }

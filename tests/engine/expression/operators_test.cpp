@@ -54,7 +54,11 @@ TEST(Operators, ChoicesNestAndMixClasses)
 
 TEST(Operators, NullOnEitherSide)
 {
-    check({{"left of a sum", "null + 1", nullptr},
+    std::string many;
+    for (int term = 0; term < 150; ++term) many += "1 + ";
+    const std::string behind_many = "\"joined \" + (" + many + "$F{no_number})";
+    check({{"behind many terms, whatever is made of it", behind_many.c_str(), nullptr},
+           {"left of a sum", "null + 1", nullptr},
            {"right of a sum", "1 + null", nullptr},
            {"both", "null + null", nullptr},
            {"left of a join", "null + \"a\"", "nulla"},
