@@ -10,3 +10,11 @@ peer() {  # peer FORM ARGUMENT...: form is "current" or "classic"
     mvn -q -B -Dstyle.color=never -Dform="$1" -f bench/peer/layout/pom.xml package >&2
     java -Djava.awt.headless=true -cp "build/peer-$1/classes:build/peer-$1/lib/*" LayoutPages "${@:2}"
 }
+
+fill_cases() {  # fill_cases DEFINITION...: writes NAME.xml beside each NAME.jrxml
+    local classic current
+    readarray -t classic < <(grep -l "$classic_mark" "$@")
+    readarray -t current < <(grep -L "$classic_mark" "$@")
+    if ((${#current[@]})); then peer current "${current[@]}"; fi
+    if ((${#classic[@]})); then peer classic "${classic[@]}"; fi
+}
