@@ -180,7 +180,6 @@ struct Break {
     Type type = Type::Page;
 };
 
-/// Where the values of a chart, list or table come from.
 /// A variable of a report inside the report that is handed to one around it.
 struct ReturnValue {
     std::string from_variable;
@@ -190,6 +189,7 @@ struct ReturnValue {
     Position place;
 };
 
+/// Where the values of a chart, list or table come from.
 struct DatasetRun {
     std::string dataset;  ///< name of a sub-dataset; empty when the report's own rows feed it
     std::vector<std::pair<std::string, ExpressionText>> parameters;
