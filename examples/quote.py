@@ -17,7 +17,8 @@ def main(folder: str, number: str, target: str) -> int:
         print(f"{number}: {error}", file=sys.stderr)
         return 1
     for row in outcome.rows:
-        print(row["Detail Item Number"], row["Detail Description"], row["Detail Amount"], sep="\t")
+        if row["Detail Type"] == "Item":
+            print(row["Detail Item Number"], row["Detail Desc"], row["Detail Amount"], sep="\t")
     for box in outcome.boxes:
         print(box.title, box.text, sep="\n", file=sys.stderr)
     print(f"{outcome.file}: {len(outcome.rows)} rows")
