@@ -107,34 +107,81 @@ void draw_linear(Drawing& drawing, const Linear& linear, const BarcodeRequest& r
     }
 }
 
-void draw_square(Drawing& drawing, const Symbol& code, const BarcodeRequest& request)
+/// Rows of modules, in their own proportions in the middle of the box.
+void draw_rows(Drawing& drawing, const Symbol& code, int quiet, const BarcodeRequest& request)
 {
-    constexpr int kQuiet = 4;
-    const auto modules = static_cast<float>(code.width + 2 * kQuiet);
-    const float module = module_width(request.module_width, std::min(drawing.width, drawing.height) / modules);
-    const auto inner = static_cast<float>(code.width) * module;
-    const Point corner{(drawing.width - inner) / 2, (drawing.height - inner) / 2};
+    const auto height_of = [&](int y) {
+        return code.row_heights.empty() ? 1 : code.row_heights[static_cast<size_t>(y)];
+    };
+    float rows = 0;
+    for (int y = 0; y < code.height; ++y) rows += height_of(y);
+    const auto margins = static_cast<float>(2 * quiet);
+    const float room =
+        std::min(drawing.width / (static_cast<float>(code.width) + margins), drawing.height / (rows + margins));
+    const float module = module_width(request.module_width, room);
+    const Point corner{(drawing.width - static_cast<float>(code.width) * module) / 2,
+                       (drawing.height - rows * module) / 2};
+    float top = corner.y;
     for (int y = 0; y < code.height; ++y) {
+        const float height = height_of(y) * module;
         each_bar(code, y, [&](int from, int to) {
-            const Point start{corner.x + static_cast<float>(from) * module, corner.y + static_cast<float>(y) * module};
-            add_bar(drawing, start, static_cast<float>(to - from) * module, module, request.fore);
+            const Point start{corner.x + static_cast<float>(from) * module, top};
+            add_bar(drawing, start, static_cast<float>(to - from) * module, height, request.fore);
         });
+        top += height;
     }
 }
 
+template <SymbolKind Kind>
+Linear linear(const BarcodeRequest& request)
+{
+    Linear linear;
+    linear.symbol = symbol_of(Kind, request.code);
+    linear.captions.push_back({linear.symbol.text, 0, linear.symbol.width});
+    return linear;
+}
+
+/// The names of both families that definitions use.
 struct LinearType {
     std::string_view name;
     Linear (*make)(const BarcodeRequest&);
 };
-constexpr LinearType kLinear[] = {{"Code128", code128}, {"EAN13", ean13}, {"EAN8", ean8}};
-constexpr std::string_view kSquare = "QRCode";
+// clang-format off
+constexpr LinearType kLinear[] = {
+    {"Code128", code128}, {"Code128A", code128}, {"Code128B", code128}, {"Code128C", code128},
+    {"EAN13", ean13}, {"EAN8", ean8},
+    {"EAN128", linear<SymbolKind::Gs1_128>}, {"UCC128", linear<SymbolKind::Gs1_128>},
+    {"UPCA", linear<SymbolKind::UpcA>}, {"UPCE", linear<SymbolKind::UpcE>}, {"Bookland", linear<SymbolKind::Isbn>},
+    {"Code39", linear<SymbolKind::Code39>}, {"3of9", linear<SymbolKind::Code39>},
+    {"USD3", linear<SymbolKind::Code39>}, {"Code39 (Extended)", linear<SymbolKind::Code39Extended>},
+    {"Codabar", linear<SymbolKind::Codabar>}, {"NW7", linear<SymbolKind::Codabar>},
+    {"Monarch", linear<SymbolKind::Codabar>}, {"2of7", linear<SymbolKind::Codabar>},
+    {"USD4", linear<SymbolKind::Codabar>},
+    {"Interleaved2Of5", linear<SymbolKind::Interleaved2Of5>}, {"Int2of5", linear<SymbolKind::Interleaved2Of5>},
+    {"Std2of5", linear<SymbolKind::Industrial2Of5>},
+};
+// clang-format on
+
+/// Symbols of rows, with the modules that are to stay free around them.
+struct RowsType {
+    std::string_view name;
+    SymbolKind kind;
+    int quiet;
+};
+constexpr RowsType kRows[] = {{"DataMatrix", SymbolKind::DataMatrix, 1},
+                              {"PDF417", SymbolKind::Pdf417, 2},
+                              {"POSTNET", SymbolKind::Postnet, 2},
+                              {"PostNet", SymbolKind::Postnet, 2},
+                              {"RoyalMailCustomer", SymbolKind::RoyalMail, 2},
+                              {"USPSIntelligentMail", SymbolKind::IntelligentMail, 2}};
+constexpr std::string_view kQrCode = "QRCode";
 
 }  // namespace
 
 bool draws_barcode(std::string_view type)
 {
-    const auto is_type = [&](const LinearType& linear) { return linear.name == type; };
-    return type == kSquare || std::any_of(std::begin(kLinear), std::end(kLinear), is_type);
+    const auto is_type = [&](const auto& known) { return known.name == type; };
+    return type == kQrCode || std::ranges::any_of(kLinear, is_type) || std::ranges::any_of(kRows, is_type);
 }
 
 std::shared_ptr<const Drawing> draw_barcode(const BarcodeRequest& request, float width, float height,
@@ -143,9 +190,9 @@ std::shared_ptr<const Drawing> draw_barcode(const BarcodeRequest& request, float
     auto drawing = std::make_shared<Drawing>();
     drawing->width = width;
     drawing->height = height;
-    if (request.type == kSquare) {
-        draw_square(*drawing, qr_symbol(request.code, request.level), request);
-        return drawing;
+    if (request.type == kQrCode) draw_rows(*drawing, qr_symbol(request.code, request.level), 4, request);
+    for (const RowsType& rows : kRows) {
+        if (rows.name == request.type) draw_rows(*drawing, symbol_of(rows.kind, request.code), rows.quiet, request);
     }
     for (const auto& linear : kLinear) {
         if (linear.name == request.type) draw_linear(*drawing, linear.make(request), request, measurer);

@@ -12,7 +12,7 @@ namespace velora::engine {
 class Measurer;
 
 struct BarcodeRequest {
-    std::string type;  ///< Code128, EAN13, EAN8, QRCode
+    std::string type;  ///< as definitions name it: Code128, EAN13, QRCode, DataMatrix, …
     std::string code;
     bool show_text = true;
     float module_width = 0;  ///< points; 0, or more than fits: as wide as fits

@@ -39,6 +39,9 @@ Symbol encode(zint_symbol& symbol, std::string_view text)
         throw BarcodeError(reason_of(symbol));
     }
     Symbol made{symbol.width, symbol.rows, {}, reinterpret_cast<const char*>(symbol.text)};
+    if (made.height > 1) made.row_heights.assign(symbol.row_height, symbol.row_height + made.height);
+    constexpr float kStackedRow = 3;  // where the height is free: what scanners ask for at least
+    std::ranges::replace(made.row_heights, 0.0F, kStackedRow);
     made.modules.reserve(static_cast<size_t>(made.width * made.height));
     for (int y = 0; y < made.height; ++y) {
         for (int x = 0; x < made.width; ++x) {
@@ -51,6 +54,50 @@ Symbol encode(zint_symbol& symbol, std::string_view text)
 bool is_ascii(std::string_view text)
 {
     return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 128; });
+}
+
+constexpr int number_of(SymbolKind kind)
+{
+    switch (kind) {
+        case SymbolKind::Code39:
+            return BARCODE_CODE39;
+        case SymbolKind::Code39Extended:
+            return BARCODE_EXCODE39;
+        case SymbolKind::Codabar:
+            return BARCODE_CODABAR;
+        case SymbolKind::Gs1_128:
+            return BARCODE_GS1_128;
+        case SymbolKind::Interleaved2Of5:
+            return BARCODE_C25INTER;
+        case SymbolKind::Industrial2Of5:
+            return BARCODE_C25IND;
+        case SymbolKind::UpcA:
+            return BARCODE_UPCA;
+        case SymbolKind::UpcE:
+            return BARCODE_UPCE;
+        case SymbolKind::Isbn:
+            return BARCODE_ISBNX;
+        case SymbolKind::DataMatrix:
+            return BARCODE_DATAMATRIX;
+        case SymbolKind::Pdf417:
+            return BARCODE_PDF417;
+        case SymbolKind::Postnet:
+            return BARCODE_POSTNET;
+        case SymbolKind::RoyalMail:
+            return BARCODE_RM4SCC;
+        case SymbolKind::IntelligentMail:
+            break;
+    }
+    return BARCODE_USPS_IMAIL;
+}
+
+/// Codabar stands between two letters, which definitions may leave out.
+std::string framed_codabar(std::string_view text)
+{
+    constexpr std::string_view kFrame = "ABCDabcd";
+    const bool framed = text.size() > 1 && kFrame.find(text.front()) != std::string_view::npos &&
+                        kFrame.find(text.back()) != std::string_view::npos;
+    return framed ? std::string(text) : "A" + std::string(text) + "A";
 }
 
 }  // namespace
@@ -82,6 +129,21 @@ Symbol qr_symbol(std::string_view text, QrLevel level)
     symbol->option_1 = static_cast<int>(level) + 1;
     symbol->input_mode = UNICODE_MODE;
     if (!is_ascii(text)) symbol->eci = kUtf8;
+    return encode(*symbol, text);
+}
+
+Symbol symbol_of(SymbolKind kind, std::string_view text)
+{
+    const Handle symbol = make(number_of(kind));
+    if (text.empty()) throw BarcodeError("the code is empty");
+    if (kind == SymbolKind::Codabar) return encode(*symbol, framed_codabar(text));
+    if (kind == SymbolKind::Gs1_128) symbol->input_mode = GS1_MODE | GS1PARENS_MODE;
+    if (kind == SymbolKind::DataMatrix) symbol->option_3 = DM_SQUARE;
+    if (kind == SymbolKind::UpcA && text.size() == 12) symbol->symbology = BARCODE_UPCA_CHK;
+    // The library would fill up a shorter code with noughts.
+    if (kind == SymbolKind::UpcA && text.size() != 12 && text.size() != 11) {
+        throw BarcodeError("UPC-A takes 11 digits, or 12 with the check digit");
+    }
     return encode(*symbol, text);
 }
 

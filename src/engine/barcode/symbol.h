@@ -24,7 +24,8 @@ enum class QrLevel : uint8_t { L, M, Q, H };
 struct Symbol {
     int width = 0, height = 0;
     std::vector<bool> modules;
-    std::string text;  ///< what stands below a linear symbol, with the check digit
+    std::string text;                  ///< what stands below a linear symbol, with the check digit
+    std::vector<float> row_heights{};  ///< in modules; empty: each is one high, or that of a linear one
 
     [[nodiscard]] bool dark(int x, int y) const { return modules[static_cast<size_t>(y * width + x)]; }
 };
@@ -40,5 +41,26 @@ Symbol ean_symbol(std::string_view code, size_t length);
 /// A QR code (ISO/IEC 18004) in the smallest version that holds the text. A text beyond ASCII names its encoding, so
 /// that readers need not guess. @throws BarcodeError when the text is too long
 Symbol qr_symbol(std::string_view text, QrLevel level);
+
+/// Kinds that need no rule of ours in front of the library.
+enum class SymbolKind : uint8_t {
+    Code39,
+    Code39Extended,
+    Codabar,
+    Gs1_128,  ///< application identifiers in parentheses
+    Interleaved2Of5,
+    Industrial2Of5,
+    UpcA,
+    UpcE,
+    Isbn,
+    DataMatrix,
+    Pdf417,
+    Postnet,
+    RoyalMail,
+    IntelligentMail
+};
+
+/// @throws BarcodeError with what the kind says against the text
+Symbol symbol_of(SymbolKind kind, std::string_view text);
 
 }  // namespace velora::engine

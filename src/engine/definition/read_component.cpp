@@ -11,7 +11,8 @@ using namespace model;
 
 constexpr auto kBarcodes = std::to_array<std::string_view>({"Code128", "Code39", "EAN13", "EAN8", "EAN128", "UPCA",
                                                             "UPCE", "QRCode", "DataMatrix", "PDF417", "Codabar",
-                                                            "Interleaved2Of5", "Int2of5", "Code39 (Extended)"});
+                                                            "Interleaved2Of5", "Int2of5", "Code39 (Extended)",
+                                                            "POSTNET", "RoyalMailCustomer", "USPSIntelligentMail"});
 
 void set_text_position(Barcode& barcode, const Attribute& attribute)
 {

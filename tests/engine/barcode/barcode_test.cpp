@@ -1,5 +1,6 @@
 #include "engine/barcode/barcode.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -133,6 +134,62 @@ TEST(Barcodes, FillTheBoxAndKeepTheirQuietZones)
         EXPECT_NEAR(left, c.left * 100, 0.01) << c.type;
         EXPECT_NEAR(right, 100 - c.right * 100, 0.01) << c.type;
         EXPECT_EQ(labels, c.labels) << c.type;
+    }
+}
+
+TEST(Barcodes, FurtherKindsHaveTheModulesOfTheirStandards)
+{
+    struct Case {
+        const char* why;
+        SymbolKind kind;
+        const char* code;
+        int width, height;
+        const char* text;
+    };
+    for (const auto& c :
+         {Case{"12 modules a letter and one between, framed", SymbolKind::Code39, "AB1", 64, 1, "*AB1*"},
+          Case{"the frame is added", SymbolKind::Codabar, "123", 52, 1, "A123A"},
+          Case{"the frame that is given stays", SymbolKind::Codabar, "B123B", 52, 1, "B123B"},
+          Case{"95 modules", SymbolKind::UpcA, "01234567890", 95, 1, "012345678905"},
+          Case{"with its check digit", SymbolKind::UpcA, "012345678905", 95, 1, "012345678905"},
+          Case{"ten by ten holds six digits", SymbolKind::DataMatrix, "123456", 10, 10, ""},
+          Case{"digits in pairs", SymbolKind::Interleaved2Of5, "1234", 45, 1, "1234"}}) {
+        const Symbol symbol = symbol_of(c.kind, c.code);
+        EXPECT_EQ(symbol.width, c.width) << c.why;
+        EXPECT_EQ(symbol.height, c.height) << c.why;
+        EXPECT_EQ(symbol.text, c.text) << c.why;
+    }
+    EXPECT_NE(symbol_of(SymbolKind::Gs1_128, "(01)09501101530003").text.find("(01)"), std::string::npos);
+    for (const auto& [kind, code] : {std::pair{SymbolKind::UpcA, "123"},
+                                     {SymbolKind::UpcA, "012345678904"},
+                                     {SymbolKind::Code39, "\xC3\xA4"},
+                                     {SymbolKind::Gs1_128, "(01)1"},
+                                     {SymbolKind::DataMatrix, ""}}) {
+        EXPECT_THROW((void)symbol_of(kind, code), BarcodeError) << code;
+    }
+}
+
+TEST(Barcodes, RowsKeepTheirProportionsAndStandInTheMiddle)
+{
+    FontStore fonts(std::string(VELORA_SOURCE_DIR) + "/fonts");
+    Measurer measurer(fonts);
+    for (const char* type : {"DataMatrix", "PDF417", "RoyalMailCustomer"}) {
+        BarcodeRequest request;
+        request.type = type;
+        request.code = "LE28HS9Z";
+        const auto drawing = draw_barcode(request, 300, 100, measurer);
+        float left = 300, right = 0, top = 100, bottom = 0;
+        for (const auto& item : drawing->items) {
+            const auto& path = std::get<Shape>(item).path;
+            left = std::min(left, std::get<Point>(path[0]).x);
+            top = std::min(top, std::get<Point>(path[0]).y);
+            right = std::max(right, std::get<Point>(path[2]).x);
+            bottom = std::max(bottom, std::get<Point>(path[2]).y);
+        }
+        EXPECT_NEAR(left, 300 - right, 0.01) << type;
+        EXPECT_NEAR(top, 100 - bottom, 0.01) << type;
+        EXPECT_GT(top, 0) << type << ": quiet zone";
+        EXPECT_EQ(request.type == "DataMatrix", std::abs(right - left - bottom + top) < 0.01) << "a square";
     }
 }
 
