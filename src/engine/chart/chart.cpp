@@ -1,7 +1,9 @@
 #include "engine/chart/chart.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "engine/chart/axis.h"
 #include "engine/chart/board.h"
 
 namespace velora::engine {
@@ -123,13 +125,37 @@ void draw_heading(ChartBoard& board, ChartArea& area, const std::string& text, c
     area.top += height + kGap / 2;
 }
 
+/// The chart in words, for those who cannot see it: its title and then each value with what it is of.
+std::string in_words(const ChartData& data)
+{
+    constexpr size_t kMost = 2000;  // bytes; nobody listens longer
+    std::string words = data.title;
+    const auto mark = [&](double value) { return data.mark_text ? data.mark_text(value) : chart_number(value); };
+    for (const ChartSeries& series : data.series) {
+        const bool named = data.kind != ChartKind::Pie && !series.name.empty();
+        std::string part = named ? series.name + ":" : "";
+        for (size_t i = 0; i < std::min(series.values.size(), data.categories.size()); ++i) {
+            const auto& value = series.values[i];
+            if (!value || !std::isfinite(*value)) continue;
+            part += (part.empty() || part.back() == ':' ? (part.empty() ? "" : " ") : ", ") + data.categories[i] + " " +
+                    mark(*value);
+            if (words.size() + part.size() > kMost) break;
+        }
+        if (words.size() + part.size() > kMost) return words + " …";
+        words += (words.empty() ? "" : ". ") + part;
+    }
+    return words;
+}
+
 }  // namespace
 
-std::shared_ptr<const Drawing> draw_chart(const ChartData& data, float width, float height, Measurer& measurer)
+std::shared_ptr<const Drawing> draw_chart(const ChartData& given, float width, float height, Measurer& measurer)
 {
     auto drawing = std::make_shared<Drawing>();
     drawing->width = width;
     drawing->height = height;
+    drawing->description = in_words(given);
+    const ChartData data = given.kind == ChartKind::Pie ? with_small_slices_gathered(given) : given;
     ChartBoard board(*drawing, measurer, data);
     ChartArea area{kMargin, kMargin, width - kMargin, height - kMargin};
     if (!area.usable()) return drawing;
