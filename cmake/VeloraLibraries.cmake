@@ -33,6 +33,12 @@ target_include_directories(velora_cairo_headers SYSTEM INTERFACE ${CAIRO_INCLUDE
 pkg_check_modules(GSF REQUIRED IMPORTED_TARGET libgsf-1)  # linked by tests alone, which read workbooks back
 add_library(velora_gsf_headers INTERFACE)
 target_include_directories(velora_gsf_headers SYSTEM INTERFACE ${GSF_INCLUDE_DIRS})
+pkg_check_modules(PICTURES REQUIRED gdk-pixbuf-2.0 librsvg-2.0)
+add_library(velora_picture_headers INTERFACE)
+target_include_directories(velora_picture_headers SYSTEM INTERFACE ${PICTURES_INCLUDE_DIRS})
+find_path(QPDF_INCLUDE_DIR qpdf/qpdf-c.h REQUIRED)
+add_library(velora_qpdf_headers INTERFACE)
+target_include_directories(velora_qpdf_headers SYSTEM INTERFACE ${QPDF_INCLUDE_DIR})
 find_path(CUPS_INCLUDE_DIR cups/cups.h REQUIRED)
 add_library(velora_cups_headers INTERFACE)
 target_include_directories(velora_cups_headers SYSTEM INTERFACE ${CUPS_INCLUDE_DIR})

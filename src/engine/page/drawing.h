@@ -44,7 +44,12 @@ struct Label {
 struct Drawing {
     float width = 0, height = 0;
     std::vector<std::variant<Shape, Label>> items;
-    bool operator==(const Drawing&) const = default;
+    std::string description{};  ///< what it shows, for those who cannot see it
+    /// Whether it looks the same.
+    bool operator==(const Drawing& other) const
+    {
+        return width == other.width && height == other.height && items == other.items;
+    }
 };
 
 }  // namespace velora::engine

@@ -87,10 +87,12 @@ struct Line {};
 struct Rectangle {};
 struct Ellipse {};
 
-/// Bytes of a PNG, JPEG or SVG file, shared by every element that shows the same picture.
+/// A picture, shared by every element that shows it.
 struct ImageData {
-    std::string bytes;
-    std::string source;  ///< file name or address, for messages and for the XML
+    std::string bytes;    ///< of a PNG or JPEG file
+    std::string source;   ///< file name or address, for messages and for the XML
+    double density = 1;   ///< pixels for each point of its natural size
+    std::string drawn{};  ///< the SVG file that `bytes` was made from; empty for others
 };
 
 struct Image {
@@ -114,6 +116,7 @@ struct Element {
     Place place;
     const Style* style = nullptr;  ///< in the document's sheet, never null on a finished page
     uint32_t source = 0;           ///< index into Document::sources
+    bool begins_band = false;      ///< the first one that a band printed on this page or column
     std::variant<Text, Line, Rectangle, Ellipse, Image, Frame, Graphic> content;
 };
 
@@ -124,9 +127,26 @@ struct Page {
 /// The element of the definition that a printed element came from.
 struct Source {
     std::string uuid;
-    std::string band;   ///< "detail", "groupHeader", ...; empty when unknown
-    std::string group;  ///< for group bands
+    std::string band;     ///< "detail", "groupHeader", ...; empty when unknown
+    std::string group;    ///< for group bands
+    uint8_t heading = 0;  ///< its texts head what follows, level 1 to 6; 0 for none
     bool operator==(const Source&) const = default;
+};
+
+/// What a file asks of its readers before it opens, and what it lets them do.
+struct Protection {
+    std::string user_password;   ///< empty: it opens without
+    std::string owner_password;  ///< lifts what is forbidden; empty: nobody's
+    bool print = false, print_finely = false;
+    bool copy = false, assemble = false, fill_in = false, annotate = false, modify = false;
+    bool read_out = true;  ///< by programs for those who cannot see it
+    bool operator==(const Protection&) const = default;
+};
+
+/// A file that goes along inside another.
+struct Attachment {
+    std::string name;
+    std::string bytes;
 };
 
 /// What holds for all pages. Sizes are points.
@@ -138,6 +158,11 @@ struct Document {
     std::string locale = "en_US";
     std::string time_zone = "GMT";
     std::string title, author, subject, keywords;
+    std::shared_ptr<const Protection> protection;                ///< null for none
+    std::shared_ptr<const std::vector<Attachment>> attachments;  ///< null for none
+    std::string language;  ///< of the texts, as in "de-AT"; empty: that of the locale
+    /// Files that can tell it say what is a heading, a cell, a picture, and in which order to read.
+    bool tagged = false;
     std::optional<DateTime> created;  ///< date that the file formats carry; none leaves it out
     Font default_font;
     std::shared_ptr<StyleSheet> styles = std::make_shared<StyleSheet>();

@@ -33,12 +33,13 @@ PictureBox picture_area(const Style& style, const Place& place)
             static_cast<float>(std::max(1, place.height - box.top_padding - box.bottom_padding))};
 }
 
-PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes, Cut cut)
+PictureBox fitted_picture(const Style& style, const Place& place, const ImageData& image, Cut cut)
 {
     const PictureBox area = picture_area(style, place);
-    const auto size = shown_picture(bytes);
+    const auto size = shown_picture(image.bytes);
     if (!size || style.scale == ScaleImage::FillFrame) return area;
-    const auto width = static_cast<float>(size->width), height = static_cast<float>(size->height);
+    const auto width = static_cast<float>(size->width / image.density);
+    const auto height = static_cast<float>(size->height / image.density);
     float scale = std::min(area.width / width, area.height / height);
     if (style.scale != ScaleImage::RetainShape) scale = std::min(scale, 1.0F);
     if (style.scale == ScaleImage::Clip && cut == Cut::Possible) scale = 1;

@@ -30,6 +30,6 @@ enum class Cut : uint8_t { Possible, Impossible };
 
 /// Where the picture is drawn inside its element: stretched, or in its own proportions (a point a pixel at most) and
 /// aligned.
-PictureBox fitted_picture(const Style& style, const Place& place, std::string_view bytes, Cut cut = Cut::Impossible);
+PictureBox fitted_picture(const Style& style, const Place& place, const ImageData& image, Cut cut = Cut::Impossible);
 
 }  // namespace velora::engine

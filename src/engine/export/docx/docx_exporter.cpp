@@ -78,7 +78,7 @@ void DocxExporter::element(const Element& element, const Place& place)
     if (const auto* text = std::get_if<Text>(&element.content)) texts_.append(frames_, *text, style, place);
     if (const auto* image = std::get_if<Image>(&element.content)) {
         if (!image->data || !shown_picture(image->data->bytes)) return;
-        shapes_.picture(behind_, fitted_picture(style, place, image->data->bytes), image->data, {});
+        shapes_.picture(behind_, fitted_picture(style, place, *image->data), image->data, {});
     }
     if (const auto* graphic = std::get_if<Graphic>(&element.content)) {
         const auto picture = graphic->drawing ? drawings_.picture(*graphic->drawing, style) : nullptr;

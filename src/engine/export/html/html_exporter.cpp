@@ -259,7 +259,7 @@ void HtmlExporter::content(const Line&, const Element& element, const Place& pla
             break;
     }
     out_ += fmt::format("<div style=\"left:{}pt;top:{}pt\">", place.x, place.y);
-    html_append_drawing(out_, {std::max(width, 1.0F), std::max(height, 1.0F), {shape}});
+    html_append_drawing(out_, {std::max(width, 1.0F), std::max(height, 1.0F), {shape}, {}});
     out_ += "</div>\n";
 }
 
@@ -270,7 +270,7 @@ void HtmlExporter::content(const Image& image, const Element& element, const Pla
     out_ += "</div>\n";
     if (!image.data || image_media_type(image.data->bytes).empty()) return;
     const bool linked = image.link && open_link(*image.link);
-    const PictureBox box = fitted_picture(style, place, image.data->bytes, Cut::Possible);
+    const PictureBox box = fitted_picture(style, place, *image.data, Cut::Possible);
     const PictureBox area = picture_area(style, place);
     const bool cut = box.width > area.width || box.height > area.height;
     out_ += "<div role=\"img\" class=\"" + styles_.image(image.data) + "\" style=\"" + geometry(box);

@@ -116,8 +116,9 @@ std::string lines_css(const Style& style, float line_height)
 
 std::string image_css(const ImageData& data)
 {
-    return fmt::format("background:url(data:{};base64,{}) 0 0/100% 100% no-repeat;", image_media_type(data.bytes),
-                       to_base64(data.bytes));
+    const std::string& bytes = data.drawn.empty() ? data.bytes : data.drawn;  // a drawing stays sharp
+    return fmt::format("background:url(data:{};base64,{}) 0 0/100% 100% no-repeat;", image_media_type(bytes),
+                       to_base64(bytes));
 }
 
 std::string run_css(const TextRun& run)

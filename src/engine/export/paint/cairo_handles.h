@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "engine/export/paint/cairo_library.h"
+#include "engine/picture/cairo_library.h"
 
 namespace velora::engine {
 

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "engine/export/paint/cairo_handles.h"
+#include "engine/picture/png_file.h"
 #include "engine/text/face.h"
 #include "engine/text/font_store.h"
 
@@ -76,10 +77,15 @@ void paint(cairo_t* context, const Label& label, cairo_font_face_t* face)
     cairo().restore(context);
 }
 
-cairo_status_t append_bytes(void* target, const unsigned char* bytes, unsigned count)
+std::string png_of(cairo_surface_t& surface)
 {
-    static_cast<std::string*>(target)->append(reinterpret_cast<const char*>(bytes), count);
-    return CAIRO_STATUS_SUCCESS;
+    cairo().surface_flush(&surface);
+    const auto width = static_cast<uint32_t>(cairo().image_surface_get_width(&surface));
+    const auto height = static_cast<uint32_t>(cairo().image_surface_get_height(&surface));
+    if (cairo().surface_status(&surface) != CAIRO_STATUS_SUCCESS) return {};
+    // Such a surface has four bytes a point and no gap between its rows.
+    const auto* points = reinterpret_cast<const uint32_t*>(cairo().image_surface_get_data(&surface));
+    return engine::png_of({points, size_t{width} * height}, width, height);
 }
 
 }  // namespace
@@ -150,7 +156,7 @@ std::shared_ptr<const ImageData> DrawingPictures::painted(const Drawing& drawing
     }
     ImageData png;
     png.source = "drawing.png";
-    cairo().surface_write_to_png_stream(surface.get(), append_bytes, &png.bytes);
+    png.bytes = png_of(*surface);
     return png.bytes.empty() ? nullptr : std::make_shared<const ImageData>(std::move(png));
 }
 

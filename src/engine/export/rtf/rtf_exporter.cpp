@@ -122,7 +122,7 @@ void RtfExporter::image(const Image& image, const Style& style, const Place& pla
 {
     if (!image.data) return;
     const std::string& bytes = image.data->bytes;
-    if (shown_picture(bytes)) shapes_.picture(out_, fitted_picture(style, place, bytes), bytes);
+    if (shown_picture(bytes)) shapes_.picture(out_, fitted_picture(style, place, *image.data), bytes);
 }
 
 void RtfExporter::text(const Text& text, const Style& style, const Place& place)

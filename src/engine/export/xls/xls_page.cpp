@@ -189,7 +189,7 @@ private:
         if (std::holds_alternative<Line>(element.content)) return take_line(*element.style, place);
         if (const auto* image = std::get_if<Image>(&element.content)) {
             if (image->data && shown_picture(image->data->bytes)) {
-                pictures_.push_back({fitted_picture(*element.style, place, image->data->bytes), image->data, {}});
+                pictures_.push_back({fitted_picture(*element.style, place, *image->data), image->data, {}});
             }
         }
         if (const auto* graphic = std::get_if<Graphic>(&element.content)) {

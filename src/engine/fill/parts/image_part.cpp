@@ -1,5 +1,7 @@
 #include "engine/fill/parts/image_part.h"
 
+#include <cmath>
+
 #include "engine/page/picture_head.h"
 
 namespace velora::engine {
@@ -62,7 +64,8 @@ bool ImagePart::fit_size(int available)
     if (waits_ || !data_ || (scale != ScaleImage::RealHeight && scale != ScaleImage::RealSize)) return false;
     const auto size = picture_head(data_->bytes);
     if (!size || width_ <= 0) return false;
-    const int64_t width = std::min(width_, size->width);
+    const auto natural = std::max<int64_t>(1, std::llround(size->width / data_->density));
+    const int64_t width = std::min<int64_t>(width_, natural);
     const int64_t height = size->height * width / size->width;
     const Box& box = dress_->look.style.box;
     const int paddings = box.top_padding + box.bottom_padding;  // those at the sides do not count

@@ -5,7 +5,9 @@
 
 #include "engine/definition/file_beside.h"
 #include "engine/page/picture_head.h"
+#include "engine/picture/other_pictures.h"
 #include "values/base64.h"
+#include "values/fault.h"
 #include "values/utf8.h"
 
 namespace velora::engine {
@@ -26,14 +28,31 @@ std::shared_ptr<const ImageData> embedded(const std::string& name, std::string& 
     return std::make_shared<ImageData>(ImageData{std::move(*bytes), "embedded"});
 }
 
+/// A picture that no format but HTML knows, as PNG.
+std::shared_ptr<const ImageData> made_showable(const ImageData& image, std::string& reason)
+{
+    const bool is_drawn = image_media_type(image.bytes) == "image/svg+xml";
+    try {
+        ShownPicture shown = shown_picture_of(image.bytes);
+        return std::make_shared<ImageData>(
+            ImageData{std::move(shown.png), image.source, shown.density, is_drawn ? image.bytes : std::string()});
+    } catch (const Fault& fault) {
+        reason = "picture '" + image.source + "' is left out: " + fault.what();
+        return nullptr;
+    }
+}
+
 }  // namespace
 
 std::shared_ptr<const ImageData> Images::find(const std::string& name, std::string& reason)
 {
     if (const auto known = known_.find(name); known != known_.end()) return known->second;
     auto image = name.starts_with("data:") ? embedded(name, reason) : read(name, reason);
-    if (image && image_media_type(image->bytes).empty()) {
-        reason = "picture '" + image->source + "' is no PNG, JPEG or SVG file and is left out";
+    if (image && is_other_picture(image->bytes)) {
+        image = made_showable(*image, reason);
+    } else if (image && image_media_type(image->bytes).empty()) {
+        reason = "picture '" + image->source + "' is none of the kinds that are shown (PNG, JPEG, GIF, BMP, TIFF, "
+                 "WebP, SVG) and is left out";
     }
     return known_[name] = std::move(image);
 }

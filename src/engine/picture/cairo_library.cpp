@@ -1,4 +1,4 @@
-#include "engine/export/paint/cairo_library.h"
+#include "engine/picture/cairo_library.h"
 
 namespace velora::engine {
 
