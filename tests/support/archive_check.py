@@ -56,7 +56,7 @@ def faults(path):
         else:
             text = metadata.read_raw_bytes()
             parts = {element.tag: element.text for element in ElementTree.fromstring(text).iter()}
-            if parts.get(PDFAID + "part") != "2" or parts.get(PDFAID + "conformance") != "B":
+            if parts.get(PDFAID + "part") != ("3" if "/AF" in root else "2") or parts.get(PDFAID + "conformance") not in ("A", "B"):
                 yield "it does not say that it is for archives"
             titles = [item.text for title in ElementTree.fromstring(text).iter("{http://purl.org/dc/elements/1.1/}title")
                       for item in title.iter(RDF + "li")]

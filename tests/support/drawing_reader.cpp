@@ -108,6 +108,8 @@ std::optional<Drawing> drawing_from_text(std::string_view text)
             drawing.items.emplace_back(read_shape(in));
         } else if (kind == "label") {
             drawing.items.emplace_back(read_label(in));
+        } else if (kind == "description") {
+            drawing.description = in.word();
         } else {
             return std::nullopt;
         }

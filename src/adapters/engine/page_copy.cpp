@@ -28,7 +28,8 @@ std::vector<engine::Element> copy_of(const std::vector<engine::Element>& element
     std::vector<engine::Element> copies;
     copies.reserve(elements.size());
     for (const auto& element : elements) {
-        copies.push_back({element.place, element.style, element.source, std::visit(Copier{}, element.content)});
+        copies.push_back(
+            {element.place, element.style, element.source, element.begins_band, std::visit(Copier{}, element.content)});
     }
     return copies;
 }

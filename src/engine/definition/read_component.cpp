@@ -9,10 +9,9 @@ namespace {
 
 using namespace model;
 
-constexpr auto kBarcodes = std::to_array<std::string_view>({"Code128", "Code39", "EAN13", "EAN8", "EAN128", "UPCA",
-                                                            "UPCE", "QRCode", "DataMatrix", "PDF417", "Codabar",
-                                                            "Interleaved2Of5", "Int2of5", "Code39 (Extended)",
-                                                            "POSTNET", "RoyalMailCustomer", "USPSIntelligentMail"});
+constexpr auto kBarcodes = std::to_array<std::string_view>(
+    {"Code128", "Code39", "EAN13", "EAN8", "EAN128", "UPCA", "UPCE", "QRCode", "DataMatrix", "PDF417", "Codabar",
+     "Interleaved2Of5", "Int2of5", "Code39 (Extended)", "POSTNET", "RoyalMailCustomer", "USPSIntelligentMail"});
 
 void set_text_position(Barcode& barcode, const Attribute& attribute)
 {

@@ -4,6 +4,7 @@
 
 #include "engine/expression/cell.h"
 #include "engine/expression/written_date.h"
+#include "engine/fill/file_properties.h"
 #include "engine/fill/pages/filler.h"
 #include "engine/fill/parts/images.h"
 #include "engine/fill/rows/row_store.h"
@@ -32,23 +33,6 @@ void describe(Document& document, const ReportPlan& plan, const FillOptions& opt
     document.title = definition.name;
     document.default_font = resolve_look(plan.styles->find({}), 0, {}, LookKind::Text).style.font;
     *document.sources = plan.sources;
-}
-
-/// What a reader of the file sees beside its pages. Parameters and words are known by now, and no row.
-void name_document(Document& document, const ReportPlan& plan, const Environment& environment)
-{
-    const auto property = [&](const char* name, std::string& target) {
-        const auto found = plan.properties.find(name);
-        if (found != plan.properties.end()) {
-            if (auto text = found->second.text(environment)) target = std::move(*text);
-        } else if (const auto value = model::property_value(plan.definition->data.properties, name)) {
-            target = *value;
-        }
-    };
-    property("net.sf.jasperreports.export.pdf.metadata.title", document.title);
-    property("net.sf.jasperreports.export.pdf.metadata.author", document.author);
-    property("net.sf.jasperreports.export.pdf.metadata.subject", document.subject);
-    property("net.sf.jasperreports.export.pdf.metadata.keywords", document.keywords);
 }
 
 /// Tells each warning once: a picture that is missing is missing on every row.
@@ -127,9 +111,10 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     if (store) stored.emplace(*store);
     TableSource& own_rows = stored ? static_cast<TableSource&>(*stored) : rows_of;
     Rows rows(plan, own_rows, options.parameters, {{}, options.surroundings, options.resources, {}}, warn);
-    name_document(document, plan, rows.at(Moment::Now));
+    const auto folder = options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder;
+    read_file_properties(document, plan, {rows.at(Moment::Now), folder, warn});
     PageBook book(sink, document);
-    Images images(options.folder.empty() ? std::filesystem::path(plan.definition->folder) : options.folder);
+    Images images(folder);
 
     Run run{plan, rows, measurer, document, book, images, warn};
     run.fill = fill_pages;

@@ -16,6 +16,8 @@ using model::SplitType;
 namespace {
 
 constexpr std::string_view kKeepFullText = "net.sf.jasperreports.print.keep.full.text";
+constexpr std::string_view kAccessibilityTag = "net.sf.jasperreports.export.accessibility.tag";
+constexpr std::string_view kHeadingTag = "net.sf.jasperreports.export.pdf.tag.h";
 constexpr std::string_view kConsumeSpace = "net.sf.jasperreports.consume.space.on.overflow";
 
 struct RoleName {
@@ -66,6 +68,20 @@ std::shared_ptr<ReportPlan> make_inner_plan(std::shared_ptr<const model::Definit
 std::shared_ptr<const ReportPlan> make_fixed_plan(std::shared_ptr<const model::Definition> definition, Opening opening)
 {
     return make_inner_plan(std::move(definition), std::move(opening));
+}
+
+/// The level at which an element's texts head what follows, as designers' tools write it; 0 for none.
+uint8_t heading_level(const model::Element& element)
+{
+    if (const auto tag = model::property_value(element.properties, kAccessibilityTag)) {
+        const bool is_heading = tag->size() == 2 && tag->front() == 'h' && tag->back() >= '1' && tag->back() <= '6';
+        return is_heading ? static_cast<uint8_t>(tag->back() - '0') : 0;
+    }
+    for (char level = '1'; level <= '6'; ++level) {
+        const auto value = model::property_value(element.properties, std::string(kHeadingTag) + level);
+        if (value && *value != "none") return static_cast<uint8_t>(level - '0');
+    }
+    return 0;
 }
 
 /// Turns bands and elements of the definition into plans.
@@ -120,9 +136,9 @@ void PlanMaker::warn(Position place, const std::string& name, const std::string&
 
 uint32_t PlanMaker::source(const model::Element& element)
 {
-    plan_.sources.push_back(
-        {element.uuid, role_name(role_),
-         group_ == kNoGroup ? std::string() : definition_.groups[static_cast<size_t>(group_)].name});
+    plan_.sources.push_back({element.uuid, role_name(role_),
+                             group_ == kNoGroup ? std::string() : definition_.groups[static_cast<size_t>(group_)].name,
+                             heading_level(element)});
     return static_cast<uint32_t>(plan_.sources.size() - 1);
 }
 

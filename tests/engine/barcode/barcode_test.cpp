@@ -1,8 +1,8 @@
 #include "engine/barcode/barcode.h"
 
-#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <cmath>
 
 #include "engine/text/font_store.h"
 #include "engine/text/measurer.h"

@@ -181,7 +181,7 @@ TEST_F(HostilePages, PlacesAndSizesOfEveryKindGiveSoundFiles)
             sample.add(place, style, Image{image, {}, {}});
             sample.add(place, style, Graphic{std::make_shared<const Drawing>(drawing)});
             Frame frame;
-            frame.children.push_back({place, plain, 0, Rectangle{}});
+            frame.children.push_back({place, plain, 0, false, Rectangle{}});
             sample.add(place, style, std::move(frame));
         };
         expect_sound_files("at " + std::to_string(place.x) + ", " + std::to_string(place.width) + " wide", draw);

@@ -202,8 +202,8 @@ TEST_F(PaintTest, ChildrenOfFramesStandRelativeToThem)
     Style style = sample.style();
     style.opaque = true;
     Frame inner, outer;
-    inner.children.push_back({{1, 2, 10, 10}, sample.document.styles->intern(style), 0, Text{}});
-    outer.children.push_back({{10, 20, 50, 50}, sample.document.styles->intern(style), 0, std::move(inner)});
+    inner.children.push_back({{1, 2, 10, 10}, sample.document.styles->intern(style), 0, false, Text{}});
+    outer.children.push_back({{10, 20, 50, 50}, sample.document.styles->intern(style), 0, false, std::move(inner)});
     sample.add({100, 200, 80, 80}, style, std::move(outer));
     paint();
     ASSERT_EQ(canvas.fills.size(), 3U);

@@ -56,7 +56,7 @@ public:
     template <class Content>
     Element& add(const Place& place, const Style& style, Content content)
     {
-        page.elements.push_back({place, document.styles->intern(style), 0, std::move(content)});
+        page.elements.push_back({place, document.styles->intern(style), 0, false, std::move(content)});
         return page.elements.back();
     }
 

@@ -36,7 +36,7 @@ private:
 
 Element lines_element(const Place& place, const Style* style, const std::vector<std::string>& lines)
 {
-    Element element{place, style, 0, Text{}};
+    Element element{place, style, 0, false, Text{}};
     auto& text = std::get<Text>(element.content);
     const float height = style->font.size * 1.1640625F;
     for (const std::string& line : lines) {
@@ -204,7 +204,7 @@ void add_remarks(Page& page, Styles& styles, int number, int pages)
 
 Element text_element(const Place& place, const Style* style, std::string text, Value value)
 {
-    Element element{place, style, 0, Text{}};
+    Element element{place, style, 0, false, Text{}};
     auto& content = std::get<Text>(element.content);
     content.text = std::move(text);
     content.text_height = style->font.size * 1.1640625F;

@@ -114,7 +114,7 @@ TEST(XmlReader, FilesThatAreBrokenAnywhereAreRefusedOrRead)
 {
     SamplePages sample;
     Frame frame;
-    frame.children.push_back({{1, 1, 9, 9}, sample.document.styles->intern(sample.style()), 0, Rectangle{}});
+    frame.children.push_back({{1, 1, 9, 9}, sample.document.styles->intern(sample.style()), 0, false, Rectangle{}});
     sample.add_text({0, 0, 100, 40}, "a <b>bold</b> word and more of them", sample.style(), Markup::Styled);
     sample.add({0, 0, 50, 50}, sample.style(), std::move(frame));
     const std::string whole = bytes_of(sample.print("whole.xml"));

@@ -100,8 +100,14 @@ void append(std::string& out, const Label& label)
 void html_append_drawing(std::string& out, const Drawing& drawing)
 {
     out += fmt::format(
-        "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}pt\" height=\"{1}pt\">",
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}pt\" height=\"{1}pt\"",
         short_number(drawing.width), short_number(drawing.height));
+    if (!drawing.description.empty()) {
+        out += " role=\"img\" aria-label=\"";
+        html_append(out, drawing.description);
+        out += '"';
+    }
+    out += '>';
     for (const auto& item : drawing.items) {
         std::visit([&](const auto& part) { append(out, part); }, item);
     }

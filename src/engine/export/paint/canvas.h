@@ -86,6 +86,8 @@ class Canvas {
 public:
     virtual ~Canvas() = default;
 
+    /// What comes next is the element's that stands next in painting order, frames before what they hold.
+    virtual void next_element() {}
     virtual void save() = 0;
     virtual void restore() = 0;
     virtual void transform(const Matrix& matrix) = 0;

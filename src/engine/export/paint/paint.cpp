@@ -128,6 +128,7 @@ void Painter::paint(const std::vector<Element>& elements, int32_t x, int32_t y, 
 {
     for (const Element& element : elements) {
         const Place place = place_on_page(element.place, x, y);
+        canvas.next_element();
         std::visit([&](const auto& content) { paint_content(content, *element.style, place, canvas); },
                    element.content);
     }
@@ -153,7 +154,8 @@ void Painter::paint_content(const Image& image, const Style& style, const Place&
     const auto size = image.data ? canvas.image_size(image.data) : std::nullopt;
     if (size && inner.width > 0 && inner.height > 0) {
         bool clipped = false;
-        const Area area = picture_area(style, inner, size->first, size->second, clipped);
+        const Area area =
+            picture_area(style, inner, size->first / image.data->density, size->second / image.data->density, clipped);
         if (clipped) {
             canvas.save();
             canvas.clip(inner);

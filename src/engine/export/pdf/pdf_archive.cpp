@@ -102,6 +102,20 @@ std::string made_profile()
     return out.append(place - out.size(), '\0');
 }
 
+/// The claim of PDF/UA-1, and the words of it that archives want explained.
+constexpr const char* kAccessible =
+    "<pdfuaid:part xmlns:pdfuaid=\"http://www.aiim.org/pdfua/ns/id/\">1</pdfuaid:part>\n"
+    "<pdfaExtension:schemas xmlns:pdfaExtension=\"http://www.aiim.org/pdfa/ns/extension/\" "
+    "xmlns:pdfaSchema=\"http://www.aiim.org/pdfa/ns/schema#\" "
+    "xmlns:pdfaProperty=\"http://www.aiim.org/pdfa/ns/property#\"><rdf:Bag><rdf:li rdf:parseType=\"Resource\">"
+    "<pdfaSchema:schema>PDF/UA identification</pdfaSchema:schema>"
+    "<pdfaSchema:namespaceURI>http://www.aiim.org/pdfua/ns/id/</pdfaSchema:namespaceURI>"
+    "<pdfaSchema:prefix>pdfuaid</pdfaSchema:prefix><pdfaSchema:property><rdf:Seq><rdf:li rdf:parseType=\"Resource\">"
+    "<pdfaProperty:name>part</pdfaProperty:name><pdfaProperty:valueType>Integer</pdfaProperty:valueType>"
+    "<pdfaProperty:category>internal</pdfaProperty:category>"
+    "<pdfaProperty:description>Part of ISO 14289 that the file keeps</pdfaProperty:description>"
+    "</rdf:li></rdf:Seq></pdfaSchema:property></rdf:li></rdf:Bag></pdfaExtension:schemas>\n";
+
 }  // namespace
 
 std::string srgb_profile()
@@ -110,7 +124,7 @@ std::string srgb_profile()
     return profile;
 }
 
-std::string xmp_packet(const Document& document, bool archived)
+std::string xmp_packet(const Document& document, Claims claims)
 {
     std::string out =
         "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
@@ -124,7 +138,13 @@ std::string xmp_packet(const Document& document, bool archived)
         append_xml_text(out, text);
         out.append(after).append("</").append(name).append(">\n");
     };
-    if (archived) out += "<pdfaid:part>2</pdfaid:part><pdfaid:conformance>B</pdfaid:conformance>\n";
+    if (claims.archived) {
+        out += claims.attached ? "<pdfaid:part>3</pdfaid:part>" : "<pdfaid:part>2</pdfaid:part>";
+        out += "<pdfaid:conformance>";
+        out += claims.tagged ? "A" : "B";
+        out += "</pdfaid:conformance>\n";
+    }
+    if (claims.tagged) out += kAccessible;
     constexpr const char* kLanguage = "<rdf:Alt><rdf:li xml:lang=\"x-default\">";
     add("dc:title", kLanguage, document.title.empty() ? document.name : document.title, "</rdf:li></rdf:Alt>");
     add("dc:description", kLanguage, document.subject, "</rdf:li></rdf:Alt>");

@@ -10,7 +10,13 @@ namespace velora::engine {
 std::string srgb_profile();
 
 /// What the file says about itself, as an XMP packet.
-/// @param archived  whether it keeps the rules of PDF/A-2b
-std::string xmp_packet(const Document& document, bool archived);
+/// What a file may say of itself.
+struct Claims {
+    bool archived = false;  ///< it keeps the rules of PDF/A-2b, and with tags those of 2a
+    bool tagged = false;    ///< it keeps the rules of PDF/UA-1
+    bool attached = false;  ///< files of any kind go along: only PDF/A-3 allows that
+};
+
+std::string xmp_packet(const Document& document, Claims claims);
 
 }  // namespace velora::engine

@@ -84,8 +84,14 @@ Area bounds(const Matrix& matrix, const Area& area)
 
 }  // namespace
 
-void PdfCanvas::begin_page(double height)
+void PdfCanvas::begin_page(double height, const PageStructure* structure)
 {
+    structure_ = structure;
+    next_owner_ = 0;
+    owner_ = {};
+    mark_ = Mark::None;
+    marks_.clear();
+    marked_text_ = 0;
     content_.clear();
     links_.clear();
     anchors_.clear();
@@ -98,6 +104,7 @@ void PdfCanvas::begin_page(double height)
 const std::string& PdfCanvas::end_page()
 {
     leave_text();
+    close_mark();
     return content_;
 }
 
@@ -126,13 +133,73 @@ void PdfCanvas::point(double x, double y)
 
 void PdfCanvas::leave_text()
 {
-    if (in_text_) content_ += "ET\n";
+    if (!in_text_) return;
+    if (mark_ == Mark::Text) close_mark();
+    content_ += "ET\n";
     in_text_ = false;
+}
+
+void PdfCanvas::open_mark(Mark mark)
+{
+    mark_ = mark;
+    marked_part_ = owner_.part;
+    if (mark == Mark::Decoration || owner_.part == ElementOwner::kDecoration) {
+        content_ += "/Artifact BMC ";
+    } else if (owner_.part == ElementOwner::kRunning) {
+        content_ += "/Artifact<</Type/Pagination>>BDC ";
+    } else {
+        content_ += mark == Mark::Figure ? "/Figure<</MCID " : "/P<</MCID ";
+        content_ += std::to_string(marks_.size());
+        content_ += ">>BDC ";
+        marks_.push_back(owner_.part);
+    }
+}
+
+void PdfCanvas::close_mark()
+{
+    if (mark_ != Mark::None) content_ += "EMC ";
+    mark_ = Mark::None;
+}
+
+void PdfCanvas::next_element()
+{
+    if (structure_ == nullptr) return;
+    if (mark_ == Mark::Figure) {
+        leave_text();
+        close_mark();
+    }
+    owner_ = structure_->owners.at(next_owner_++);
+    if (!owner_.is_figure) return;
+    leave_text();
+    close_mark();
+    open_mark(Mark::Figure);
+}
+
+/// Begins a text object unless one is open, and the marked content of the element's text in it.
+void PdfCanvas::ready_text()
+{
+    if (structure_ != nullptr && mark_ != Mark::Figure && (mark_ != Mark::Text || marked_part_ != owner_.part)) {
+        close_mark();
+    }
+    if (!in_text_) {
+        content_ += "BT ";
+        text_x_ = text_y_ = 0;
+    }
+    in_text_ = true;
+    if (structure_ != nullptr && mark_ == Mark::None) open_mark(Mark::Text);
+}
+
+/// Lines and grounds are nothing that a reader hears of, unless they are a picture's.
+void PdfCanvas::ready_shape()
+{
+    leave_text();
+    if (structure_ != nullptr && mark_ == Mark::None) open_mark(Mark::Decoration);
 }
 
 void PdfCanvas::save()
 {
     leave_text();
+    if (mark_ == Mark::Decoration) close_mark();
     saved_.push_back(state_);
     content_ += "q\n";
 }
@@ -140,6 +207,7 @@ void PdfCanvas::save()
 void PdfCanvas::restore()
 {
     leave_text();
+    if (mark_ == Mark::Decoration) close_mark();
     state_ = saved_.back();
     saved_.pop_back();
     content_ += "Q\n";
@@ -222,7 +290,7 @@ void PdfCanvas::set_stroke(const Stroke& stroke)
 
 void PdfCanvas::fill(const Path& path, Color color)
 {
-    leave_text();
+    ready_shape();
     set_fill(color);
     append(path);
     content_ += "f\n";
@@ -230,7 +298,7 @@ void PdfCanvas::fill(const Path& path, Color color)
 
 void PdfCanvas::fill(const Area& area, Color color)
 {
-    leave_text();
+    ready_shape();
     set_fill(color);
     if (state_.matrix.upright()) {
         const Area box = bounds(state_.matrix, area);
@@ -246,7 +314,7 @@ void PdfCanvas::fill(const Area& area, Color color)
 
 void PdfCanvas::stroke(const Path& path, const Stroke& stroke)
 {
-    leave_text();
+    ready_shape();
     set_stroke(stroke);
     append(path);
     content_ += "S\n";
@@ -267,11 +335,7 @@ void PdfCanvas::set_font(const GlyphRun& run)
 
 void PdfCanvas::enter_text(double x, double y)
 {
-    if (!in_text_) {
-        content_ += "BT ";
-        text_x_ = text_y_ = 0;
-    }
-    in_text_ = true;
+    ready_text();
     const auto [px, py] = state_.matrix.apply(x, y);
     const Matrix& m = state_.matrix;
     if (!m.upright() || m.a != 1 || m.d != -1) {
@@ -365,6 +429,7 @@ void PdfCanvas::show_cluster(const GlyphRun& run, std::span<const CanvasGlyph> g
 {
     const std::string_view text = run.text.substr(glyphs[0].cluster, glyphs[0].cluster_size);
     const auto shares = text_shares(*run.face, glyphs, text);
+    ready_text();
     open_span(text);
     for (size_t i = 0; i < glyphs.size(); ++i) {
         show_glyph(glyphs[i], shares[i], x, run.y);
@@ -428,6 +493,25 @@ void PdfCanvas::show_clusters(const GlyphRun& run)
     }
 }
 
+/// Lines leave out the blank or the line feed that parts them; who has the text read out would hear one word. So a
+/// blank stands in front of the line.
+void PdfCanvas::show_break(const GlyphRun& run)
+{
+    const CanvasGlyph& first = run.glyphs.front();
+    const CanvasGlyph& last = run.glyphs.back();
+    const bool goes_on = structure_ != nullptr && marked_text_ == next_owner_ && run.y != last_line_;
+    const bool parted = goes_on && !run.right_to_left && first.cluster > text_end_;
+    marked_text_ = next_owner_;
+    last_line_ = run.y;
+    text_end_ = last.cluster + last.cluster_size;
+    const Face::Glyph blank = run.face->glyph(' ');
+    if (!parted || blank.id == 0) return;
+    enter_text(run.x - blank.advance * run.size / run.face->units_per_em(), run.y);
+    content_ += '(';
+    append_code(state_.font->code(blank.id, " ").number);
+    content_ += ")Tj ";
+}
+
 void PdfCanvas::glyphs(const GlyphRun& run)
 {
     if (run.glyphs.empty() || run.size <= 0) return;
@@ -435,6 +519,7 @@ void PdfCanvas::glyphs(const GlyphRun& run)
     if (!state_.matrix.upright()) leave_text();
     set_fill(run.color);
     set_font(run);
+    show_break(run);
     const auto is_simple = [](const CanvasGlyph& glyph) {
         return glyph.dx == 0 && glyph.dy == 0 && glyph.cluster_size != 0;
     };
@@ -457,7 +542,7 @@ void PdfCanvas::image(const std::shared_ptr<const ImageData>& image, const Area&
 {
     const auto* placed = images_.image(image);
     if (placed == nullptr) return;
-    leave_text();
+    ready_shape();
     set_alpha(255);
     // Pictures fill the unit square, which has its origin below.
     const Matrix m = state_.matrix * Matrix{area.width, 0, 0, -area.height, area.x, area.y + area.height};
@@ -468,7 +553,7 @@ void PdfCanvas::image(const std::shared_ptr<const ImageData>& image, const Area&
 
 void PdfCanvas::link(const Area& area, const Link& link)
 {
-    links_.push_back({bounds(state_.matrix, area), link});
+    links_.push_back({bounds(state_.matrix, area), link, owner_.part});
 }
 
 void PdfCanvas::anchor(const Area& area, const Anchor& anchor, std::string_view label)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/export/paint/canvas.h"
+#include "engine/export/pdf/page_structure.h"
 #include "engine/export/pdf/pdf_fonts.h"
 #include "engine/export/pdf/pdf_images.h"
 
@@ -18,6 +19,7 @@ public:
     struct PageLink {
         Area area;  ///< in the file's coordinates, from the lower left corner
         Link link;
+        int32_t part;  ///< of the page's structure
     };
     struct PageAnchor {
         double y;
@@ -25,14 +27,18 @@ public:
         std::string label;
     };
 
-    void begin_page(double height);
+    /// @param structure  null for a file without tags; lives until the page ends
+    void begin_page(double height, const PageStructure* structure);
     /// The finished operators; they hold until the next page begins.
     const std::string& end_page();
     [[nodiscard]] const std::vector<PageLink>& links() const { return links_; }
     [[nodiscard]] const std::vector<PageAnchor>& anchors() const { return anchors_; }
+    /// By number of marked content: the part of the page that it belongs to.
+    [[nodiscard]] const std::vector<int32_t>& marks() const { return marks_; }
     /// The transparencies in use, for the resources of all pages.
     [[nodiscard]] std::string alpha_entries() const;
 
+    void next_element() override;
     void save() override;
     void restore() override;
     void transform(const Matrix& matrix) override { state_.matrix = state_.matrix * matrix; }
@@ -58,10 +64,17 @@ private:
         double size = 0;
     };
 
+    /// Everything on a tagged page stands in one: a text's inside the text object, the others around.
+    enum class Mark : uint8_t { None, Text, Figure, Decoration };
+
     void number(double value);
     void point(double x, double y);
     void append(const Path& path);
     void leave_text();
+    void ready_text();
+    void ready_shape();
+    void open_mark(Mark mark);
+    void close_mark();
     void set_alpha(uint8_t alpha);
     void set_fill(Color color);
     void set_stroke(const Stroke& stroke);
@@ -71,6 +84,7 @@ private:
     void show_cluster(const GlyphRun& run, std::span<const CanvasGlyph> glyphs, double x);
     void show_reversed_cluster(const GlyphRun& run, std::span<const CanvasGlyph> glyphs, double x);
     void show_clusters(const GlyphRun& run);
+    void show_break(const GlyphRun& run);
     void show_glyph(const CanvasGlyph& glyph, std::string_view text, double x, double y);
     void show_blank(double x, double y);
     void open_span(std::string_view text);
@@ -87,6 +101,16 @@ private:
     std::set<uint8_t> alphas_;
     std::vector<PageLink> links_;
     std::vector<PageAnchor> anchors_;
+
+    const PageStructure* structure_ = nullptr;
+    size_t next_owner_ = 0;
+    ElementOwner owner_;
+    Mark mark_ = Mark::None;
+    int32_t marked_part_ = 0;
+    std::vector<int32_t> marks_;
+    size_t marked_text_ = 0;  ///< the element whose text came last, where its line stood and how far it went
+    double last_line_ = 0;
+    uint32_t text_end_ = 0;
 };
 
 }  // namespace velora::engine

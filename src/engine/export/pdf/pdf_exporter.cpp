@@ -5,8 +5,10 @@
 #include "engine/export/common/short_number.h"
 #include "engine/export/paint/paint.h"
 #include "engine/export/pdf/pdf_archive.h"
+#include "engine/export/pdf/pdf_attachments.h"
 #include "engine/export/pdf/pdf_canvas.h"
 #include "engine/export/pdf/pdf_outline.h"
+#include "engine/export/pdf/pdf_tags.h"
 
 namespace velora::engine {
 namespace {
@@ -28,7 +30,7 @@ public:
     {
     }
 
-    void begin(const Document& document) override { document_ = &document; }
+    void begin(const Document& document) override;
     void page(Page&& page) override;
     void end() override;
 
@@ -42,7 +44,7 @@ private:
     std::string action(const Link& link);
     void write_tree();
     void write_info();
-    [[nodiscard]] bool suits_archives() const { return fonts_.suit_archives() && !images_.any_of_inks(); }
+    [[nodiscard]] Claims claims() const;
     std::string archive_entries();
 
     PdfFile file_;
@@ -51,12 +53,22 @@ private:
     PdfCanvas canvas_;
     Painter painter_;
     PdfOutline outline_;
+    std::unique_ptr<PdfTags> tags_;  ///< null for a file without
     PdfId catalog_, info_, tree_, resources_;
     std::vector<Node> nodes_;
     std::vector<PdfId> pages_;        ///< in order
     std::set<size_t> forward_pages_;  ///< numbers of pages that links led to before they were there
     const Document* document_ = nullptr;
 };
+
+void PdfExporter::begin(const Document& document)
+{
+    document_ = &document;
+    if (document.protection) file_.protect(document.protection);
+    if (!document.tagged) return;
+    tags_ = std::make_unique<PdfTags>(file_);
+    tags_->begin(document);
+}
 
 /// The action of a link; empty for one that leads nowhere. Page numbers count from 1.
 std::string PdfExporter::action(const Link& link)
@@ -89,7 +101,7 @@ std::string PdfExporter::action(const Link& link)
 std::string PdfExporter::annotations()
 {
     std::string list;
-    for (const auto& [area, link] : canvas_.links()) {
+    for (const auto& [area, link, part] : canvas_.links()) {
         const std::string target = action(link);
         if (target.empty()) continue;
         const PdfId id = file_.reserve();
@@ -99,7 +111,9 @@ std::string PdfExporter::annotations()
             body += ' ';
         }
         body += "]" + target;
-        if (!link.tooltip.empty()) body += "/Contents " + pdf_text(link.tooltip);
+        const std::string& told = link.tooltip.empty() && tags_ ? link.target : link.tooltip;
+        if (!told.empty()) body += "/Contents " + pdf_text(told);
+        if (tags_) body += tags_->add_link(id, part);
         file_.object(id, body + ">>");
         list += pdf_reference(id) + " ";
     }
@@ -108,14 +122,16 @@ std::string PdfExporter::annotations()
 
 void PdfExporter::page(Page&& page)
 {
-    canvas_.begin_page(document_->page_height);
+    canvas_.begin_page(document_->page_height, tags_ ? &tags_->begin_page(page) : nullptr);
     painter_.paint(page, canvas_);
     const PdfId content = file_.reserve(), id = file_.reserve();
     file_.stream(content, "", canvas_.end_page());
     if (nodes_.empty() || nodes_.back().pages.size() == kPagesInNode) nodes_.push_back({file_.reserve(), {}});
     pages_.push_back(id);
+    std::string entries = annotations();
+    if (tags_) entries += tags_->end_page(id, canvas_.marks());
     file_.object(id, "<</Type/Page/Parent " + pdf_reference(nodes_.back().id) + "/Resources " +
-                         pdf_reference(resources_) + "/Contents " + pdf_reference(content) + annotations() + ">>");
+                         pdf_reference(resources_) + "/Contents " + pdf_reference(content) + entries + ">>");
     nodes_.back().pages.push_back(id);
     for (const auto& anchor : canvas_.anchors()) outline_.add(id, anchor);
 }
@@ -136,11 +152,21 @@ void PdfExporter::write_tree()
                             "]>>");
 }
 
+/// Archives must be able to open their files for ever: one that is locked is nothing for them.
+Claims PdfExporter::claims() const
+{
+    Claims claims;
+    claims.archived = fonts_.suit_archives() && !images_.any_of_inks() && !document_->protection;
+    claims.tagged = tags_ != nullptr && (!document_->protection || document_->protection->read_out);
+    claims.attached = document_->attachments != nullptr;
+    return claims;
+}
+
 /// What an archive asks of every file: a description that programs read, and the meaning of its colours.
 std::string PdfExporter::archive_entries()
 {
     const PdfId metadata = file_.reserve(), profile = file_.reserve();
-    file_.raw_stream(metadata, "/Type/Metadata/Subtype/XML", xmp_packet(*document_, suits_archives()));
+    file_.raw_stream(metadata, "/Type/Metadata/Subtype/XML", xmp_packet(*document_, claims()));
     file_.stream(profile, "/N 3", srgb_profile());
     return "/Metadata " + pdf_reference(metadata) +
            "/OutputIntents[<</Type/OutputIntent/S/GTS_PDFA1/OutputConditionIdentifier(sRGB)/Info(sRGB)"
@@ -178,11 +204,13 @@ void PdfExporter::end()
     file_.object(resources_, "<</Font<<" + fonts_.write() + ">>/XObject<<" + images_.entries() + ">>/ExtGState<<" +
                                  canvas_.alpha_entries() + ">>>>");
     write_info();
-    std::string language = document_->locale;
+    AttachmentEntries attached;
+    if (document_->attachments) attached = write_attachments(file_, *document_->attachments);
+    std::string language = document_->language.empty() ? document_->locale : document_->language;
     std::ranges::replace(language, '_', '-');
     file_.object(catalog_, "<</Type/Catalog/Pages " + pdf_reference(tree_) + "/Lang" + pdf_literal(language) +
-                               "/ViewerPreferences<</DisplayDocTitle true>>" + outline_.write(file_) +
-                               archive_entries() + ">>");
+                               "/ViewerPreferences<</DisplayDocTitle true>>" + outline_.write(file_, attached.names) +
+                               attached.catalog + archive_entries() + (tags_ ? tags_->finish() : "") + ">>");
     file_.finish(catalog_, info_);
 }
 

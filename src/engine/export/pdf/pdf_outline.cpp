@@ -59,17 +59,18 @@ std::string PdfOutline::write_bookmarks(PdfFile& file) const
     return "/Outlines " + pdf_reference(ids[0]) + "/PageMode/UseOutlines";
 }
 
-std::string PdfOutline::write(PdfFile& file) const
+std::string PdfOutline::write(PdfFile& file, const std::string& other_names) const
 {
-    std::string entries;
+    std::string entries, dictionary = other_names;
     if (!bookmarks_.empty()) entries += write_bookmarks(file);
     if (!places_.empty()) {
         const PdfId names = file.reserve();
         std::string list = "<</Names[";
         for (const auto& [name, destination] : places_) list += pdf_literal(name) + destination;
         file.object(names, list + "]>>");
-        entries += "/Names<</Dests " + pdf_reference(names) + ">>";
+        dictionary += "/Dests " + pdf_reference(names);
     }
+    if (!dictionary.empty()) entries += "/Names<<" + dictionary + ">>";
     return entries;
 }
 

@@ -14,7 +14,8 @@ public:
     void add(PdfId page, const PdfCanvas::PageAnchor& anchor);
 
     /// Writes bookmarks and named places; returns the entries for the catalog.
-    [[nodiscard]] std::string write(PdfFile& file) const;
+    /// @param other_names  entries that stand beside the places in the dictionary of names
+    [[nodiscard]] std::string write(PdfFile& file, const std::string& other_names) const;
 
 private:
     struct Bookmark {

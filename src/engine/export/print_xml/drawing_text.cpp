@@ -61,6 +61,7 @@ std::string drawing_to_text(const Drawing& drawing)
     for (const auto& item : drawing.items) {
         std::visit([&](const auto& what) { write(out, what); }, item);
     }
+    if (!drawing.description.empty()) out.word("description").word(drawing.description);
     return std::move(out.text);
 }
 

@@ -310,7 +310,8 @@ void XmlExporter::write(const Element& element, const Image& image)
     xml_ += style.box;
     xml_ += style.pen;
     if (image.data)
-        xml_ += "\n\t\t\t<imageSource isEmbedded=\"true\">" + to_base64(image.data->drawn.empty() ? image.data->bytes : image.data->drawn) + "</imageSource>";
+        xml_ += "\n\t\t\t<imageSource isEmbedded=\"true\">" +
+                to_base64(image.data->drawn.empty() ? image.data->bytes : image.data->drawn) + "</imageSource>";
     xml_ += "\n\t\t</image>\n";
 }
 

@@ -76,7 +76,7 @@ std::optional<PlainSort> plain_sort(const Element& element)
 ElementShape shape_of(const Element& element, PlainSort sort)
 {
     const auto* text = std::get_if<Text>(&element.content);
-    return {element.place, element.style, element.source, sort, text ? text->text_height : 0};
+    return {element.place, element.style, element.source, sort, element.begins_band, text ? text->text_height : 0};
 }
 
 Element made_from(const ElementShape& shape)
@@ -85,6 +85,7 @@ Element made_from(const ElementShape& shape)
     element.place = shape.place;
     element.style = shape.style;
     element.source = shape.source;
+    element.begins_band = shape.begins_band;
     switch (shape.sort) {
         case PlainSort::Text: {
             Text text;

@@ -16,6 +16,7 @@ struct ElementShape {
     const Style* style = nullptr;
     uint32_t source = 0;
     PlainSort sort = PlainSort::Text;
+    bool begins_band = false;
     float text_height = 0;
     bool operator==(const ElementShape&) const = default;
 };

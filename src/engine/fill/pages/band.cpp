@@ -39,8 +39,12 @@ void Band::prepare(int available, bool overflow_allowed)
 
 int Band::emit(int x, int y)
 {
-    Emission emission{run_.book, &run_.book.elements(), x, y, {}, 0, this};
-    return content_.emit(emission);
+    auto& elements = run_.book.elements();
+    const size_t first = elements.size();
+    Emission emission{run_.book, &elements, x, y, {}, 0, this};
+    const int height = content_.emit(emission);
+    if (elements.size() > first) elements[first].begins_band = true;
+    return height;
 }
 
 }  // namespace velora::engine

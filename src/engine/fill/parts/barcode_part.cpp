@@ -48,7 +48,9 @@ std::shared_ptr<const Drawing> BarcodePart::drawn(const Place& place)
     const auto width = static_cast<float>(place.width);
     const auto height = static_cast<float>(place.height);
     try {
-        return draw_barcode(request, width, height, run_.measurer);
+        auto drawing = std::make_shared<Drawing>(*draw_barcode(request, width, height, run_.measurer));
+        drawing->description = code_;
+        return drawing;
     } catch (const BarcodeError& error) {
         run_.tell("the barcode of '" + code_ + "' is left out: " + error.what());
         auto empty = std::make_shared<Drawing>();

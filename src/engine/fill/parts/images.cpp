@@ -51,7 +51,8 @@ std::shared_ptr<const ImageData> Images::find(const std::string& name, std::stri
     if (image && is_other_picture(image->bytes)) {
         image = made_showable(*image, reason);
     } else if (image && image_media_type(image->bytes).empty()) {
-        reason = "picture '" + image->source + "' is none of the kinds that are shown (PNG, JPEG, GIF, BMP, TIFF, "
+        reason = "picture '" + image->source +
+                 "' is none of the kinds that are shown (PNG, JPEG, GIF, BMP, TIFF, "
                  "WebP, SVG) and is left out";
     }
     return known_[name] = std::move(image);

@@ -37,6 +37,7 @@ Element copy_of(const Element& element)
     copy.place = element.place;
     copy.style = element.style;
     copy.source = element.source;
+    copy.begins_band = element.begins_band;
     copy.content = std::visit([](const auto& content) { return copy_of(content); }, element.content);
     return copy;
 }
