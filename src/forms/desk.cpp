@@ -4,6 +4,7 @@
 
 #include "forms/frm_configure.h"
 #include "forms/frm_email.h"
+#include "forms/frm_print.h"
 #include "forms/frm_report.h"
 #include "forms/frm_viewer.h"
 #include "session/error_messengers.h"
@@ -51,6 +52,16 @@ void Desk::open_emailer(SessionState&)
     const auto form = std::make_shared<frmEmail>(*this);
     emailer_ = form.get();
     show(form);
+}
+
+std::optional<PrintWish> Desk::choose_printing(size_t page_in_sight)
+{
+    if (!asks_for_printing) return PrintWish();
+    PrintQuestion question{.printers = {}, .page = page_in_sight};
+    for (const Printer& printer : state_.ports.printers->list()) question.printers.push_back(printer.DeviceName);
+    const auto asked = std::make_shared<frmPrint>(state_, question);
+    show_modal(asked);
+    return asked->wish();
 }
 
 void Desk::show_emailer_modal()

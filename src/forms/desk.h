@@ -30,6 +30,7 @@ public:
 
     void show_options(WhichFrame frame, Form& owner) override;
     void show_emailer_modal() override;
+    std::optional<PrintWish> choose_printing(size_t page_in_sight) override;
     void show_viewer(std::shared_ptr<PageView> pages, const std::string& caption);
     /// A viewer of pages that are still being made; `show_viewer` gives it its caption when they are all there.
     frmViewer& begin_viewer(std::shared_ptr<PageView> pages);
@@ -52,6 +53,8 @@ public:
     /// Runs the program until the form is unloaded, whatever it is that drives it. Without it a modal form is
     /// unloaded at once.
     std::function<void(Form&)> run_until_unloaded;
+    /// Whether a person acts, who is asked how pages are printed.
+    bool asks_for_printing = false;
 
     Notice<Form&> opened;
     Notice<Form&> closed;

@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "forms/controls/form.h"
+#include "platform/printers.h"
 #include "session/session_state.h"
 
 namespace velora::forms {
@@ -29,6 +31,8 @@ public:
 
     /// The options without a mode, on top of the form that opens them and closed with it.
     virtual void show_options(WhichFrame frame, Form& owner) = 0;
+    /// Asks a person which pages go to paper; none when that is cancelled. A script is not asked.
+    virtual std::optional<PrintWish> choose_printing(size_t page_in_sight) = 0;
     virtual void show_emailer_modal() = 0;
     /// Loads a new form and shows it; returns when it is unloaded.
     virtual void show_modal(const std::shared_ptr<Form>& form) = 0;

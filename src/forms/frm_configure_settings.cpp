@@ -34,8 +34,8 @@ void frmConfigure::list_options()
     options_.push_back({[this] { load_printer(); }, [this] { save_printer(); },
                         [this] { return std::to_string(chkDefault.value()) + lblPrinter.caption(); }});
     add_check_option(chkPreview, "Preview");
-    options_.push_back({[this] { load_quote_choice(); }, [this] { save_quote_choice(); },
-                        [this] { return shown_quote_choice(); }});
+    options_.push_back(
+        {[this] { load_quote_choice(); }, [this] { save_quote_choice(); }, [this] { return shown_quote_choice(); }});
     add_list_option(cboExport, "Format", "-1");
     add_text_option(txtExport, "Export", application_path(state_, "Export"));
     add_text_option(tbxSMTP, "SMTP");

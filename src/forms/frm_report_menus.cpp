@@ -121,6 +121,7 @@ void frmReport::tell_export_failure()
 void frmReport::export_and_tell()
 {
     Print_Report(false, true);
+    if (state_.run_end == RunEnd::Cancelled) return;
     // Meant: nothing resets the result of an earlier export, which is told again when no builder got as far.
     if (!state_.gExportOK) return tell_export_failure();
     tell(state_, {"Export Successful", "The Report has been exported successfully.\r\n\n" + state_.gExportFile,
@@ -130,6 +131,7 @@ void frmReport::export_and_tell()
 void frmReport::export_and_email()
 {
     Print_Report(false, true);
+    if (state_.run_end == RunEnd::Cancelled) return;
     if (!state_.gExportOK) return tell_export_failure();
     desk_.show_emailer_modal();
 }
@@ -154,6 +156,7 @@ bool frmReport::Check_QuantAsInt()
 void frmReport::Print_Report(bool pPreview, bool pExportIt)
 {
     with_failure_path(state_, ErrorMessenger, "frmReport.Print_Report", [&] {
+        state_.run_end = RunEnd::Failed;  // until a builder answers
         set_pointer(Pointer::Hourglass);
         const ReportListEntry report = entry();
         const ReportKind* kind = kind_of_type(report.Type);

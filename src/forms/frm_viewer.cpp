@@ -185,7 +185,8 @@ void frmViewer::print_pages()
         return tell(state_, {"Printing", "No printer is set up on this machine. Export the report to a file instead.",
                              Icon::Exclamation});
     }
-    if (pages_) pages_->PrintOut({});
+    if (!pages_) return;
+    if (const auto wish = desk_.choose_printing(page_)) pages_->PrintOut(*wish);
 }
 
 void frmViewer::export_to_file()

@@ -28,6 +28,7 @@ ExitStatus drive_forms(Host& host, std::istream& script, const std::filesystem::
     std::unique_ptr<forms::Toolkit> toolkit;
     if (!windows.empty()) toolkit = open_toolkit(windows, desk, {.places = {}, .is_scripted = true});
     forms::Hands bare_hands;
+    if (toolkit) user.show_in(toolkit->user());
     state.ports.user = &user;
     state.ports.windows = &desk;
     drive::Driver driver(desk, user, toolkit ? toolkit->hands() : bare_hands, host_calls(state), script,

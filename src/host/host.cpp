@@ -88,6 +88,7 @@ void Host::make_engine()
     services.print = [this](const PrintJob& job) { print(job); };
     services.on_rows = [this](size_t rows) {
         if (on_rows_) on_rows_(rows);
+        if (windows_) windows_->user().progress(rows, 0);
     };
     services.on_refused = [this](const std::string& path, const std::string& reason) {
         refusal_ = reason.empty() ? path : path + ": " + reason;

@@ -7,16 +7,15 @@
 #include <vector>
 
 #include "forms/controls/control.h"
+#include "windows/bound_form.h"
 
 namespace velora::windows {
-
-class FormWindow;
 
 /// A control and the widget that shows it. What a person does to the widget goes to the control; what the control then
 /// says is shown. Nothing is decided here.
 class Binding {
 public:
-    Binding(FormWindow& window, forms::Control& control, QWidget& widget);
+    Binding(BoundForm& form, forms::Control& control, QWidget& widget);
     Binding(const Binding&) = delete;
     Binding& operator=(const Binding&) = delete;
     virtual ~Binding() = default;
@@ -25,7 +24,7 @@ public:
 
     [[nodiscard]] forms::Control& control() const { return control_; }
     [[nodiscard]] QWidget& widget() const { return widget_; }
-    [[nodiscard]] FormWindow& window() const { return window_; }
+    [[nodiscard]] BoundForm& form() const { return form_; }
 
     /// Makes the widget say what the control says.
     void show();
@@ -48,13 +47,10 @@ protected:
     }
 
 private:
-    FormWindow& window_;
+    BoundForm& form_;
     forms::Control& control_;
     QWidget& widget_;
     std::vector<std::function<void()>> forget_;
 };
-
-/// The binding for a control of any sort. @throws std::logic_error when the layout has another kind of widget for it
-std::unique_ptr<Binding> bind(FormWindow& window, forms::Control& control, QWidget& widget);
 
 }  // namespace velora::windows

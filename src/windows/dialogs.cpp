@@ -4,8 +4,9 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QTest>
+#include <QTimer>
 
-#include "windows/session.h"
 #include "windows/texts.h"
 
 namespace velora::windows {
@@ -43,12 +44,14 @@ void Dialogs::show(const MessageBox& box)
     QMessageBox dialog(icon_named(box.icon), shown(box.title), shown(box.text), QMessageBox::Ok,
                        QApplication::activeWindow());
     dialog.setTextFormat(Qt::PlainText);  // what data hold is never read as marks
+    // A script has nobody to press the button.
+    if (windows_.is_scripted()) QTimer::singleShot(0, &dialog, [&dialog] { QTest::keyClick(&dialog, Qt::Key_Return); });
     dialog.exec();
 }
 
 void Dialogs::show_pages(std::shared_ptr<PageView> pages, const std::string& caption)
 {
-    session_.desk().show_viewer(std::move(pages), caption);
+    windows_.desk().show_viewer(std::move(pages), caption);
 }
 
 std::optional<std::vector<std::string>> Dialogs::choose_files(const FileQuestion& question)
@@ -89,12 +92,9 @@ void Dialogs::copy_text(const std::string& text)
     QApplication::clipboard()->setText(shown(text));
 }
 
-/// Long work lets the windows paint; what people do waits until it is done.
 void Dialogs::progress(size_t done, size_t total)
 {
-    FormWindow* window = session_.desk().front() != nullptr ? session_.window_of(*session_.desk().front()) : nullptr;
-    if (window != nullptr) window->show_progress(done, total);
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    windows_.show_progress(done, total);
 }
 
 }  // namespace velora::windows

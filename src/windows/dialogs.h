@@ -1,15 +1,14 @@
 #pragma once
 
 #include "platform/user_interface.h"
+#include "windows/shown_windows.h"
 
 namespace velora::windows {
-
-class Session;
 
 /// Message boxes and file dialogs of the toolkit, over the window in front.
 class Dialogs final : public UserInterface {
 public:
-    explicit Dialogs(Session& session) : session_(session) {}
+    explicit Dialogs(ShownWindows& windows) : windows_(windows) {}
 
     void show(const MessageBox& box) override;
     void show_pages(std::shared_ptr<PageView> pages, const std::string& caption) override;
@@ -20,7 +19,7 @@ public:
     void progress(size_t done, size_t total) override;
 
 private:
-    Session& session_;
+    ShownWindows& windows_;
 };
 
 }  // namespace velora::windows

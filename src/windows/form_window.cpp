@@ -2,11 +2,13 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QSignalBlocker>
@@ -15,10 +17,10 @@
 
 #include "forms/controls/buttons.h"
 #include "forms/controls/text_box.h"
+#include "windows/binder.h"
 #include "windows/icons.h"
 #include "windows/key_names.h"
 #include "windows/page_binding.h"
-#include "windows/session.h"
 #include "windows/texts.h"
 #include "windows/ui_file.h"
 
@@ -51,7 +53,7 @@ const std::string& caption_of(const forms::Control& control)
 
 }  // namespace
 
-FormWindow::FormWindow(Session& session, forms::Form& form) : session_(session), form_(form)
+FormWindow::FormWindow(WindowOwner& owner, forms::Form& form) : owner_(owner), form_(form)
 {
     lay_out();
     add_menus();
@@ -66,8 +68,8 @@ FormWindow::FormWindow(Session& session, forms::Form& form) : session_(session),
     if (shows_pages()) {  // over the whole screen, each time
         resize(screen()->availableSize() * kOfTheScreen);
         setWindowState(Qt::WindowMaximized);
-    } else if (session.places() != nullptr) {
-        restoreGeometry(session.places()->value(sort_of(form)).toByteArray());
+    } else if (owner.places() != nullptr) {
+        restoreGeometry(owner.places()->value(sort_of(form)).toByteArray());
     }
 }
 
@@ -79,7 +81,7 @@ FormWindow::~FormWindow()
 void FormWindow::detach()
 {
     if (std::exchange(detached_, true)) return;
-    if (session_.places() != nullptr && isVisible()) session_.places()->setValue(sort_of(form_), saveGeometry());
+    if (owner_.places() != nullptr && isVisible()) owner_.places()->setValue(sort_of(form_), saveGeometry());
     form_.changed.forget(watch_);
     form_.focus_changed.forget(focus_watch_);
     for (const auto& [control, watch] : action_watches_) control->changed.forget(watch);
@@ -130,7 +132,7 @@ QAction* FormWindow::add_action(QMenu& menu, forms::Control& control)
     refresh();
     action_watches_.emplace_back(&control, control.changed.watch(refresh));
     connect(action, &QAction::triggered, this, [this, &control] {
-        if (!detached_) session_.act([&] { dynamic_cast<forms::Clickable&>(control).press(); });
+        if (!detached_) owner_.act([&] { dynamic_cast<forms::Clickable&>(control).press(); });
     });
     actions_.emplace(&control, action);
     return action;
@@ -180,7 +182,7 @@ void FormWindow::add_tool(forms::ToolButton& button)
     refresh();
     action_watches_.emplace_back(&button, button.changed.watch(refresh));
     connect(action, &QAction::triggered, this, [this, &button] {
-        if (!detached_) session_.act([&] { button.press(); });
+        if (!detached_) owner_.act([&] { button.press(); });
     });
     tool_bar_->addAction(action);
     actions_.emplace(&button, action);
@@ -196,7 +198,7 @@ void FormWindow::add_tool_box(const forms::Control& box)
     tool_bar_->addWidget(widget);
 }
 
-/// Labels that are no controls themselves say what the form says of the control beside them.
+/// Labels that are no controls themselves say what the form says of the control beside them, notes its tip.
 void FormWindow::assign_mnemonics()
 {
     Mnemonics letters;
@@ -207,6 +209,10 @@ void FormWindow::assign_mnemonics()
     for (auto* label : findChildren<QLabel*>()) {
         const auto beside = label->buddy() != nullptr ? by_widget_.find(label->buddy()) : by_widget_.end();
         if (beside == by_widget_.end() || by_widget_.contains(label)) continue;
+        if (label->objectName().startsWith("note")) {
+            label->setText(with_mnemonic(beside->second->control().tip(), {}));
+            continue;
+        }
         const std::string& text = beside->second->control().label();
         label->setText(with_mnemonic(text, letters.choose(text)));
     }
@@ -219,29 +225,50 @@ void FormWindow::show_form()
         setCursor(Qt::WaitCursor);
     } else {
         unsetCursor();
-        if (progress_ != nullptr) progress_->hide();
+        if (progress_ != nullptr) progress_->parentWidget()->hide();
     }
 }
 
 void FormWindow::show_progress(size_t done, size_t total)
 {
     if (tool_bar_ == nullptr) return;  // a dialog has no status line
-    if (progress_ == nullptr) {
-        progress_ = new QProgressBar(this);
-        progress_->setTextVisible(false);
-        progress_->setMaximumHeight(fontMetrics().height());
-        statusBar()->addPermanentWidget(progress_);
-    }
+    if (progress_ == nullptr) add_progress();
     constexpr size_t kSteps = 1000;
     progress_->setRange(0, total > 0 ? static_cast<int>(kSteps) : 0);
     if (total > 0) progress_->setValue(static_cast<int>(std::min(done, total) * kSteps / total));
-    progress_->show();
+    progress_->parentWidget()->show();
+}
+
+void FormWindow::add_progress()
+{
+    auto* line = new QWidget(this);
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    progress_ = new QProgressBar(line);
+    progress_->setTextVisible(false);
+    progress_->setMaximumHeight(fontMetrics().height());
+    auto* cancel = new QPushButton("Cancel", line);
+    cancel->setObjectName("cancelRun");
+    cancel->setFocusPolicy(Qt::NoFocus);
+    name_for_readers(*progress_, "Progress", {});
+    name_for_readers(*cancel, "Cancel", "Cancel the report");
+    connect(cancel, &QPushButton::clicked, this, [this] { owner_.cancel_work(); });
+    cancel_ = cancel;
+    row->addWidget(progress_);
+    row->addWidget(cancel);
+    statusBar()->addPermanentWidget(line);
 }
 
 Binding* FormWindow::binding_of(const forms::Control& control) const
 {
     const auto found = by_control_.find(&control);
     return found == by_control_.end() ? nullptr : found->second;
+}
+
+QWidget* FormWindow::widget_of(const forms::Control& control) const
+{
+    const Binding* binding = binding_of(control);
+    return binding == nullptr ? nullptr : &binding->widget();
 }
 
 Binding* FormWindow::binding_around(const QObject* object) const
@@ -257,6 +284,11 @@ QAction* FormWindow::action_of(const forms::Control& control) const
 {
     const auto found = actions_.find(&control);
     return found == actions_.end() ? nullptr : found->second;
+}
+
+void FormWindow::show_status(const QString& status)
+{
+    statusBar()->showMessage(status);
 }
 
 void FormWindow::without_focus_moves(const std::function<void()>& change)
@@ -283,7 +315,7 @@ void FormWindow::follow_focus()
 bool FormWindow::enter(forms::Control& control)
 {
     bool entered = false;
-    session_.act([&] { entered = form_.enter(control); });
+    owner_.act([&] { entered = form_.enter(control); });
     follow_focus();
     return entered;
 }
@@ -328,11 +360,11 @@ bool FormWindow::take_key(QObject& target, QKeyEvent& event)
     Binding* binding = binding_around(&target);
     const std::string name = key_name(event);
     bool taken = false;
-    if (binding != nullptr) session_.act([&] { taken = binding->control().press_key(name); });
+    if (binding != nullptr) owner_.act([&] { taken = binding->control().press_key(name); });
     if (taken || detached_) return true;
     if (binding != nullptr && binding->take_key(event)) return true;
     if (!form_.has_shortcut(name)) return false;
-    session_.act([&] { form_.press_shortcut(name); });
+    owner_.act([&] { form_.press_shortcut(name); });
     follow_focus();
     return true;
 }
@@ -380,7 +412,7 @@ void FormWindow::closeEvent(QCloseEvent* event)
 {
     if (detached_) return event->accept();
     event->ignore();  // the form says what becomes of it
-    session_.act([this] { form_.unload(); });
+    owner_.act([this] { form_.unload(); });
 }
 
 void FormWindow::changeEvent(QEvent* event)

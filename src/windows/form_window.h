@@ -8,6 +8,8 @@
 #include "forms/controls/buttons.h"
 #include "forms/controls/form.h"
 #include "windows/binding.h"
+#include "windows/bound_form.h"
+#include "windows/window_owner.h"
 
 class QMenu;
 class QProgressBar;
@@ -15,20 +17,19 @@ class QToolBar;
 
 namespace velora::windows {
 
-class Session;
-
 /// The window of a form: its layout with a binding for each control, its menus and its toolbar. The form says where the
 /// focus is; a key or a click that would move it asks the form first.
-class FormWindow final : public QMainWindow {
+class FormWindow final : public QMainWindow, public BoundForm {
 public:
-    FormWindow(Session& session, forms::Form& form);
+    FormWindow(WindowOwner& owner, forms::Form& form);
     ~FormWindow() override;
 
-    [[nodiscard]] forms::Form& form() const { return form_; }
-    [[nodiscard]] Session& session() const { return session_; }
+    [[nodiscard]] forms::Form& form() const override { return form_; }
     /// Forgets the form, which may be gone from now on.
     void detach();
-    [[nodiscard]] bool is_detached() const { return detached_; }
+    [[nodiscard]] bool is_detached() const override { return detached_; }
+    [[nodiscard]] bool is_scripted() const override { return owner_.is_scripted(); }
+    void act(const std::function<void()>& what) override { owner_.act(what); }
 
     [[nodiscard]] Binding* binding_of(const forms::Control& control) const;
     /// The one whose widget it is, or stands in.
@@ -37,15 +38,16 @@ public:
     [[nodiscard]] QToolBar* tool_bar() const { return tool_bar_; }
     [[nodiscard]] QMenu* popup() const { return popup_; }
 
-    /// Moves the form's focus, and the widgets' with it. False when it stays where it was.
-    bool enter(forms::Control& control);
+    [[nodiscard]] QWidget* widget_of(const forms::Control& control) const override;
+    bool enter(forms::Control& control) override;
     /// Gives the widget of the control that has the form's focus the toolkit's.
     void follow_focus();
-    /// Runs `change`, during which the toolkit's own moves of the focus mean nothing.
-    void without_focus_moves(const std::function<void()>& change);
+    void without_focus_moves(const std::function<void()>& change) override;
+    void show_status(const QString& status) override;
     void show_popup(const QPoint& at);
-    /// How far long work is; `total` is 0 where nobody knows. It goes with the hourglass.
+    /// How far long work is, with a button to cancel it; `total` is 0 where nobody knows. It goes with the hourglass.
     void show_progress(size_t done, size_t total);
+    [[nodiscard]] const QObject* cancel_button() const { return cancel_; }
 
     /// What happens to the window or to something in it. @return whether that was all
     bool take(QObject& target, QEvent& event);
@@ -66,6 +68,7 @@ private:
     void assign_mnemonics();
     void show_form();
     void refresh_icons();
+    void add_progress();
     QAction* add_action(QMenu& menu, forms::Control& control);
     bool take_key(QObject& target, QKeyEvent& event);
     bool take_shortcut(Binding* binding, const QString& name);
@@ -73,7 +76,7 @@ private:
     bool take_focus_in(QObject& target, QFocusEvent& event);
     bool take_press(QObject& target);
 
-    Session& session_;
+    WindowOwner& owner_;
     forms::Form& form_;
     std::vector<std::unique_ptr<Binding>> bindings_;
     std::unordered_map<const QObject*, Binding*> by_widget_;
@@ -83,6 +86,7 @@ private:
     QToolBar* tool_bar_ = nullptr;
     QMenu* popup_ = nullptr;
     QProgressBar* progress_ = nullptr;
+    QObject* cancel_ = nullptr;
     size_t watch_ = 0, focus_watch_ = 0;
     int quiet_ = 0;
     bool detached_ = false;

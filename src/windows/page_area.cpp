@@ -8,8 +8,6 @@
 #include <cmath>
 
 #include "forms/page_search.h"
-#include "windows/form_window.h"
-#include "windows/session.h"
 
 namespace velora::windows {
 
@@ -32,9 +30,9 @@ PageArea::PageArea(QWidget* parent) : QAbstractScrollArea(parent)
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { scrolled(); });
 }
 
-void PageArea::show_pages(FormWindow& window, forms::frmViewer& viewer)
+void PageArea::show_pages(BoundForm& form, forms::frmViewer& viewer)
 {
-    window_ = &window;
+    form_ = &form;
     viewer_ = &viewer;
     watch_ = viewer.moved.watch([this] { follow(); });
     viewer.marked_text = [this] { return marked_text(); };
@@ -150,14 +148,14 @@ void PageArea::scrolled()
     const size_t page = page_at(viewport()->height() / 3) + 1;
     if (page == viewer_->page()) return;
     is_following_ = true;
-    window_->session().act([&] { viewer_->go_to(page); });
+    form_->act([&] { viewer_->go_to(page); });
     is_following_ = false;
 }
 
 void PageArea::resizeEvent(QResizeEvent*)
 {
     set_ranges();
-    if (viewer_ == nullptr || window_->session().is_scripted()) return;
+    if (viewer_ == nullptr || form_->is_scripted()) return;
     const double pixels_per_point = scale() * 100 / viewer_->zoom();
     viewer_->set_view_size((viewport()->width() - 2 * kGap) / pixels_per_point,
                            (viewport()->height() - 2 * kGap) / pixels_per_point);
@@ -329,7 +327,7 @@ void PageArea::wheelEvent(QWheelEvent* event)
         return QAbstractScrollArea::wheelEvent(event);
     }
     const auto& button = event->angleDelta().y() > 0 ? viewer_->zoom_in : viewer_->zoom_out;
-    window_->session().act([&] { button.press(); });
+    form_->act([&] { button.press(); });
     event->accept();
 }
 
@@ -339,15 +337,18 @@ void PageArea::keyPressEvent(QKeyEvent* event)
     if (viewer_ == nullptr) return;
     const bool with_control = event->modifiers().testFlag(Qt::ControlModifier);
     const forms::ToolButton* button = nullptr;
+    if (event->key() == Qt::Key_Escape) return form_->act([&] { viewer_->unload(); });
     if (event->matches(QKeySequence::Copy)) button = &viewer_->copy;
     if (event->matches(QKeySequence::FindNext)) button = &viewer_->find_next;
     if (event->matches(QKeySequence::FindPrevious)) button = &viewer_->find_previous;
     if (with_control && (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal)) button = &viewer_->zoom_in;
     if (with_control && event->key() == Qt::Key_Minus) button = &viewer_->zoom_out;
+    if (event->matches(QKeySequence::Print)) button = &viewer_->print;
+    if (with_control && event->key() == Qt::Key_E) button = &viewer_->export_pages;
     if (event->key() == Qt::Key_Home) button = &viewer_->first;
     if (event->key() == Qt::Key_End) button = &viewer_->last;
-    if (button != nullptr) return window_->session().act([&] { button->press(); });
-    if (event->matches(QKeySequence::Find)) return void(window_->enter(viewer_->search_box));
+    if (button != nullptr) return form_->act([&] { button->press(); });
+    if (event->matches(QKeySequence::Find)) return void(form_->enter(viewer_->search_box));
     QAbstractScrollArea::keyPressEvent(event);
 }
 

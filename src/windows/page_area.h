@@ -5,18 +5,17 @@
 #include <map>
 
 #include "forms/frm_viewer.h"
+#include "windows/bound_form.h"
 #include "windows/page_tiles.h"
 
 namespace velora::windows {
-
-class FormWindow;
 
 /// The pages of a viewer, one below the other. It shows the page and the zoom that the viewer says, and tells it what a
 /// person scrolls to; texts are marked with the mouse.
 class PageArea final : public QAbstractScrollArea {
 public:
     explicit PageArea(QWidget* parent);
-    void show_pages(FormWindow& window, forms::frmViewer& viewer);
+    void show_pages(BoundForm& form, forms::frmViewer& viewer);
     void forget_viewer();
 
     /// The texts that are marked, lines and parts of a line as the page has them.
@@ -62,7 +61,7 @@ private:
     [[nodiscard]] int step() const;                   ///< from the top of a page to that of the next
     [[nodiscard]] const PaintedPages* painted() const;
 
-    FormWindow* window_ = nullptr;
+    BoundForm* form_ = nullptr;
     forms::frmViewer* viewer_ = nullptr;
     size_t watch_ = 0;
     PageTiles tiles_;

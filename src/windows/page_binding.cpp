@@ -4,23 +4,30 @@
 #include <QCache>
 #include <QHeaderView>
 #include <QListView>
-#include <QStatusBar>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "windows/form_window.h"
-#include "windows/session.h"
 #include "windows/texts.h"
 
 namespace velora::windows {
 
-PageBinding::PageBinding(FormWindow& form, forms::PageArea& control, PageArea& widget)
+namespace {
+
+/// What the layout has beside the pages; null where it has nothing.
+PageGuide* beside(const QWidget& pages)
+{
+    return dynamic_cast<PageGuide*>(pages.window()->findChild<QWidget*>("guide"));
+}
+
+}  // namespace
+
+PageBinding::PageBinding(BoundForm& form, forms::PageArea& control, PageArea& widget)
     : Binding(form, control, widget), area_(widget), viewer_(dynamic_cast<forms::frmViewer&>(form.form()))
 {
     widget.show_pages(form, viewer_);
-    if (auto* guide = form.findChild<QWidget*>("guide")) dynamic_cast<PageGuide&>(*guide).show_pages(form, viewer_);
+    if (auto* guide = beside(widget)) guide->show_pages(form, viewer_);
     watch(viewer_.moved, [this] { show_status(); });
     show_status();
 }
@@ -32,13 +39,13 @@ void PageBinding::show_status()
     if (!viewer_.searched().empty()) {
         status += QString("      %1: %2").arg(shown(viewer_.search_box.label())).arg(viewer_.matches());
     }
-    window().statusBar()->showMessage(status);
+    form().show_status(status);
 }
 
 void PageBinding::detach()
 {
     area_.forget_viewer();
-    if (auto* guide = window().findChild<QWidget*>("guide")) dynamic_cast<PageGuide&>(*guide).forget_viewer();
+    if (auto* guide = beside(area_)) guide->forget_viewer();
     Binding::detach();
 }
 
@@ -128,9 +135,9 @@ PageGuide::PageGuide(QWidget* parent)
             [this](QTreeWidgetItem* item) { go_to(item->data(0, Qt::UserRole).toULongLong()); });
 }
 
-void PageGuide::show_pages(FormWindow& window, forms::frmViewer& viewer)
+void PageGuide::show_pages(BoundForm& form, forms::frmViewer& viewer)
 {
-    window_ = &window;
+    form_ = &form;
     viewer_ = &viewer;
     model_ = new Thumbnails(viewer, *this);
     list_->setModel(model_);
@@ -178,7 +185,7 @@ void PageGuide::fill_tree()
 void PageGuide::go_to(size_t page)
 {
     if (viewer_ == nullptr) return;
-    window_->session().act([&] { viewer_->go_to(page); });
+    form_->act([&] { viewer_->go_to(page); });
 }
 
 }  // namespace velora::windows

@@ -13,7 +13,7 @@ namespace velora::windows {
 /// The part of a viewer on which its pages are painted.
 class PageBinding final : public Binding {
 public:
-    PageBinding(FormWindow& form, forms::PageArea& control, PageArea& widget);
+    PageBinding(BoundForm& form, forms::PageArea& control, PageArea& widget);
     void detach() override;
 
 private:
@@ -28,7 +28,7 @@ private:
 class PageGuide final : public QWidget {
 public:
     explicit PageGuide(QWidget* parent);
-    void show_pages(FormWindow& window, forms::frmViewer& viewer);
+    void show_pages(BoundForm& form, forms::frmViewer& viewer);
     void forget_viewer();
 
 private:
@@ -37,7 +37,7 @@ private:
     void follow();
     void go_to(size_t page);
 
-    FormWindow* window_ = nullptr;
+    BoundForm* form_ = nullptr;
     forms::frmViewer* viewer_ = nullptr;
     size_t watch_ = 0;
     QTabWidget* tabs_;

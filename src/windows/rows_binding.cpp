@@ -6,13 +6,11 @@
 #include <QSignalBlocker>
 #include <QTreeView>
 
-#include "windows/form_window.h"
-#include "windows/session.h"
 #include "windows/texts.h"
 
 namespace velora::windows {
 
-RowsBinding::RowsBinding(FormWindow& form, forms::RowChoice& rows, QTreeView& widget)
+RowsBinding::RowsBinding(BoundForm& form, forms::RowChoice& rows, QTreeView& widget)
     : Binding(form, rows, widget),
       rows_(rows),
       columns_(dynamic_cast<forms::ListView*>(&rows)),
@@ -73,6 +71,10 @@ bool RowsBinding::take_key(QKeyEvent& key)
 {
     if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape) return false;
     if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) return false;
+    if (rows_.selected() < 0) {  // the toolkit has a mark of its own, which a person does not see
+        const QSignalBlocker silent(widget_.selectionModel());
+        widget_.setCurrentIndex({});
+    }
     static_cast<QObject&>(widget_).event(&key);
     const int row = widget_.currentIndex().row();
     if (columns_ != nullptr && row >= 0 && row + 1 >= rows_.count()) fetch_more();

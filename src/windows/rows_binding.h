@@ -11,7 +11,7 @@ namespace velora::windows {
 /// A list box, or a list of several columns.
 class RowsBinding final : public Binding {
 public:
-    RowsBinding(FormWindow& form, forms::RowChoice& rows, QTreeView& widget);
+    RowsBinding(BoundForm& form, forms::RowChoice& rows, QTreeView& widget);
     bool take_key(QKeyEvent& key) override;
 
     void choose(int row);

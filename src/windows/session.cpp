@@ -1,6 +1,7 @@
 #include "windows/session.h"
 
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QSettings>
 
 #include "forms/controls/page_area.h"
@@ -23,6 +24,7 @@ Session::Session(forms::Desk& desk, const forms::ToolkitOptions& options)
     if (!is_scripted_) {
         desk.run_until_unloaded = [this](forms::Form& form) { run_until_unloaded(form); };
         desk.while_waiting = [this] { QCoreApplication::processEvents(); };
+        desk.asks_for_printing = true;
     }
     qApp->installEventFilter(this);
     for (forms::Form* form : desk.forms()) add_window(*form);
@@ -62,33 +64,58 @@ void Session::run()
 
 void Session::stay_alive(const forms::Form& usable)
 {
-    ++at_work_;
     usable_ = &usable;
+    let_people_cancel();
+    if (std::exchange(is_cancelled_, false)) throw fault::of(fault::kCancelled);
+}
+
+void Session::show_progress(size_t done, size_t total)
+{
+    for (const auto& window : windows_) {
+        if (window->form().pointer() == forms::Pointer::Hourglass) window->show_progress(done, total);
+    }
+    let_people_cancel();
+    if (std::exchange(is_cancelled_, false)) throw fault::of(fault::kCancelled);
+}
+
+void Session::let_people_cancel()
+{
+    ++at_work_;
+    const bool was_waiting = std::exchange(is_waiting_, true);
     QCoreApplication::processEvents();
-    usable_ = nullptr;
+    is_waiting_ = was_waiting;
     --at_work_;
 }
 
-/// What a person does elsewhere than on the pages that are coming waits for nothing: it is dropped.
-bool Session::is_barred(const FormWindow& window, const QObject& target, QEvent& event) const
+/// The button that cancels the work, and the pages that are coming.
+bool Session::is_of_work(const FormWindow& window, const QObject& target) const
+{
+    if (&target == window.cancel_button()) return true;
+    const Binding* binding = window.binding_around(&target);
+    return &window.form() == usable_ && binding != nullptr &&
+           dynamic_cast<const forms::PageArea*>(&binding->control()) != nullptr;
+}
+
+/// What a person does elsewhere than on what belongs to the work waits for nothing: it is dropped. Escape, and closing
+/// the window of pages that are coming, cancel it.
+bool Session::bar(const FormWindow& window, QObject& target, QEvent& event)
 {
     switch (event.type()) {
         case QEvent::Close:
+            if (&window.form() == usable_) cancel_work();
             event.ignore();
             return true;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonRelease:
         case QEvent::MouseButtonDblClick:
-        case QEvent::KeyPress:
         case QEvent::KeyRelease:
         case QEvent::Shortcut:
         case QEvent::Wheel:
-        case QEvent::ContextMenu: {
-            const Binding* binding = window.binding_around(&target);
-            const bool on_pages = &window.form() == usable_ && binding != nullptr &&
-                                  dynamic_cast<const forms::PageArea*>(&binding->control()) != nullptr;
-            return !on_pages;
-        }
+        case QEvent::ContextMenu:
+            return !is_of_work(window, target);
+        case QEvent::KeyPress:
+            if (dynamic_cast<QKeyEvent&>(event).key() == Qt::Key_Escape) cancel_work();
+            return !is_of_work(window, target);
         default:
             return false;
     }
@@ -107,7 +134,9 @@ void Session::act(const std::function<void()>& what)
     } catch (...) {
         failure_ = std::current_exception();  // it must not go through the toolkit
     }
-    --at_work_;
+    if (--at_work_ > 0) return;
+    is_cancelled_ = false;  // it came too late
+    usable_ = nullptr;
 }
 
 void Session::rethrow()
@@ -144,6 +173,7 @@ void Session::drop_window(forms::Form& form)
 {
     const auto found = std::ranges::find_if(windows_, [&](const auto& window) { return &window->form() == &form; });
     if (found == windows_.end()) return;
+    if (usable_ == &form) usable_ = nullptr;
     (*found)->detach();
     (*found)->hide();
     gone_.push_back(std::move(*found));
@@ -173,7 +203,7 @@ bool Session::eventFilter(QObject* target, QEvent* event)
     if (widget == nullptr) return false;
     auto* window = dynamic_cast<FormWindow*>(widget->window());
     if (window == nullptr || window->is_detached()) return false;
-    if (usable_ != nullptr && is_barred(*window, *target, *event)) return true;
+    if (is_waiting_ && bar(*window, *target, *event)) return true;
     return window->take(*target, *event);
 }
 

@@ -6,9 +6,7 @@
 #include <vector>
 
 #include "forms/toolkit.h"
-#include "windows/form_window.h"
-
-class QSettings;
+#include "windows/shown_windows.h"
 
 namespace velora::windows {
 
@@ -16,7 +14,7 @@ class Dialogs;
 class WidgetHands;
 
 /// The windows of a desk.
-class Session final : public forms::Toolkit, private QObject {
+class Session final : public forms::Toolkit, public ShownWindows, private QObject {
 public:
     Session(forms::Desk& desk, const forms::ToolkitOptions& options);
     ~Session() override;
@@ -26,21 +24,21 @@ public:
     void run() override;
     void stay_alive(const forms::Form& usable) override;
 
-    [[nodiscard]] forms::Desk& desk() const { return desk_; }
-    [[nodiscard]] FormWindow* window_of(const forms::Form& form) const;
-    [[nodiscard]] bool is_scripted() const { return is_scripted_; }
-    /// Where window places are kept; null for nowhere.
-    [[nodiscard]] QSettings* places() const { return places_.get(); }
-
-    /// Runs what a person did to a form. A fault that no form took waits for `rethrow`.
-    void act(const std::function<void()>& what);
-    void rethrow();
-    /// Handles what is pending, and frees the windows that were closed as far as none of them is at work.
-    void settle();
+    [[nodiscard]] forms::Desk& desk() const override { return desk_; }
+    [[nodiscard]] FormWindow* window_of(const forms::Form& form) const override;
+    [[nodiscard]] bool is_scripted() const override { return is_scripted_; }
+    [[nodiscard]] QSettings* places() const override { return places_.get(); }
+    void act(const std::function<void()>& what) override;
+    void settle() override;
+    void show_progress(size_t done, size_t total) override;
+    void cancel_work() override { is_cancelled_ = true; }
+    void rethrow() override;
 
 private:
     bool eventFilter(QObject* target, QEvent* event) override;
-    [[nodiscard]] bool is_barred(const FormWindow& window, const QObject& target, QEvent& event) const;
+    void let_people_cancel();
+    bool bar(const FormWindow& window, QObject& target, QEvent& event);
+    [[nodiscard]] bool is_of_work(const FormWindow& window, const QObject& target) const;
     void add_window(forms::Form& form);
     void drop_window(forms::Form& form);
     void raise_window(forms::Form& form);
@@ -56,7 +54,9 @@ private:
     std::vector<std::unique_ptr<FormWindow>> gone_;
     std::vector<size_t> watches_;
     int at_work_ = 0;
-    const forms::Form* usable_ = nullptr;  ///< while long work is under way: the one form that takes keys and clicks
+    bool is_waiting_ = false;  ///< long work lets people look on and cancel it
+    bool is_cancelled_ = false;
+    const forms::Form* usable_ = nullptr;  ///< meanwhile: the one form on whose pages they may move about
     std::exception_ptr failure_;
 };
 

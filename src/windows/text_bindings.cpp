@@ -19,7 +19,7 @@ QString with_plain_line_ends(const std::string& text)
 
 }  // namespace
 
-LineBinding::LineBinding(FormWindow& form, forms::TextBox& box, QLineEdit& widget)
+LineBinding::LineBinding(BoundForm& form, forms::TextBox& box, QLineEdit& widget)
     : Binding(form, box, widget), box_(box), widget_(widget)
 {
     watch(box.all_selected, [&widget] { widget.selectAll(); });
@@ -44,7 +44,7 @@ void LineBinding::show_more()
     name_for_readers(widget_, box_.label(), box_.tip());
 }
 
-PlainTextBinding::PlainTextBinding(FormWindow& form, forms::TextBox& box, QPlainTextEdit& widget)
+PlainTextBinding::PlainTextBinding(BoundForm& form, forms::TextBox& box, QPlainTextEdit& widget)
     : Binding(form, box, widget), box_(box), widget_(widget)
 {
     watch(box.all_selected, [&widget] { widget.selectAll(); });

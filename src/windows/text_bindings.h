@@ -11,7 +11,7 @@ namespace velora::windows {
 /// A box for one line.
 class LineBinding final : public Binding {
 public:
-    LineBinding(FormWindow& form, forms::TextBox& box, QLineEdit& widget);
+    LineBinding(BoundForm& form, forms::TextBox& box, QLineEdit& widget);
     bool take_key(QKeyEvent& key) override;
     [[nodiscard]] bool has_own_menu() const override { return true; }
 
@@ -26,7 +26,7 @@ private:
 /// is no change.
 class PlainTextBinding final : public Binding {
 public:
-    PlainTextBinding(FormWindow& form, forms::TextBox& box, QPlainTextEdit& widget);
+    PlainTextBinding(BoundForm& form, forms::TextBox& box, QPlainTextEdit& widget);
     [[nodiscard]] bool has_own_menu() const override { return true; }
 
     /// What is about to be put in as it stands, with the line ends that it has.

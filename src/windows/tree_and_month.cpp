@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QTreeWidget>
 
-#include "windows/form_window.h"
 #include "windows/texts.h"
 
 namespace velora::windows {
@@ -19,7 +18,7 @@ std::string key_of(const QTreeWidgetItem* item)
 
 }  // namespace
 
-TreeBinding::TreeBinding(FormWindow& form, forms::Tree& tree, QTreeWidget& widget)
+TreeBinding::TreeBinding(BoundForm& form, forms::Tree& tree, QTreeWidget& widget)
     : Binding(form, tree, widget), tree_(tree), widget_(widget)
 {
     widget.header()->setVisible(false);
@@ -66,7 +65,7 @@ void TreeBinding::add_missing()
 
 void TreeBinding::show_more()
 {
-    name_for_readers(widget_, tree_.label().empty() ? window().form().caption() : tree_.label(), tree_.tip());
+    name_for_readers(widget_, tree_.label().empty() ? form().form().caption() : tree_.label(), tree_.tip());
     add_missing();
     for (const auto& node : tree_.nodes()) {
         auto* item = item_of(node.key);
@@ -84,7 +83,7 @@ void TreeBinding::show_more()
     widget_.setMinimumWidth(widget_.columnWidth(0) + 2 * widget_.frameWidth() + widget_.indentation());
 }
 
-MonthBinding::MonthBinding(FormWindow& form, forms::MonthView& month, QCalendarWidget& widget)
+MonthBinding::MonthBinding(BoundForm& form, forms::MonthView& month, QCalendarWidget& widget)
     : Binding(form, month, widget), month_(month), widget_(widget)
 {
     widget.setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
@@ -118,12 +117,11 @@ void MonthBinding::show_more()
 void MonthBinding::place()
 {
     const QWidget* around = widget_.parentWidget();
-    const Binding* beside = month_.beside != nullptr ? window().binding_of(*month_.beside) : nullptr;
+    const QWidget* beside = month_.beside != nullptr ? form().widget_of(*month_.beside) : nullptr;
     widget_.adjustSize();
     QPoint at;
     if (beside != nullptr) {
-        const QWidget& box = beside->widget();
-        at = box.mapTo(around, QPoint(0, box.height()));
+        at = beside->mapTo(around, QPoint(0, beside->height()));
         if (at.y() + widget_.height() > around->height()) at.setY(around->height() - widget_.height());
         if (at.x() + widget_.width() > around->width()) at.setX(around->width() - widget_.width());
     }

@@ -14,7 +14,7 @@ namespace velora::windows {
 
 class TreeBinding final : public Binding {
 public:
-    TreeBinding(FormWindow& form, forms::Tree& tree, QTreeWidget& widget);
+    TreeBinding(BoundForm& form, forms::Tree& tree, QTreeWidget& widget);
     bool take_key(QKeyEvent& key) override;
 
     void choose(const std::string& node);
@@ -32,7 +32,7 @@ private:
 /// A month that comes up beside the box for which it was opened.
 class MonthBinding final : public Binding {
 public:
-    MonthBinding(FormWindow& form, forms::MonthView& month, QCalendarWidget& widget);
+    MonthBinding(BoundForm& form, forms::MonthView& month, QCalendarWidget& widget);
     bool take_key(QKeyEvent& key) override;
 
     void pick(const QDate& date);

@@ -21,7 +21,6 @@
 
 #include "windows/key_names.h"
 #include "windows/rows_binding.h"
-#include "windows/session.h"
 #include "windows/text_bindings.h"
 #include "windows/texts.h"
 #include "windows/tree_and_month.h"
@@ -52,20 +51,20 @@ void close_menus()
 
 Binding* WidgetHands::binding_of(const forms::Control& control) const
 {
-    const FormWindow* window = session_.window_of(form_of(control));
+    const FormWindow* window = windows_.window_of(form_of(control));
     return window != nullptr ? window->binding_of(control) : nullptr;
 }
 
 void WidgetHands::finish()
 {
-    session_.settle();
-    session_.rethrow();
+    windows_.settle();
+    windows_.rethrow();
 }
 
 void WidgetHands::hand_over(const std::function<void()>& what)
 {
     ++handed_over_;
-    session_.act(what);
+    windows_.act(what);
 }
 
 bool WidgetHands::click(QWidget& widget, const QPoint& at)
@@ -82,7 +81,7 @@ bool WidgetHands::click(QWidget& widget, const QPoint& at)
 
 bool WidgetHands::enter(forms::Control& control)
 {
-    session_.settle();
+    windows_.settle();
     if (form_of(control).focus() == &control) return true;
     Binding* binding = binding_of(control);
     if (binding == nullptr) return control.form().enter(control);
@@ -92,7 +91,7 @@ bool WidgetHands::enter(forms::Control& control)
         target.setFocus(Qt::TabFocusReason);
     } else {
         ++handed_over_;
-        binding->window().enter(control);
+        binding->form().enter(control);
     }
     finish();
     return form_of(control).focus() == &control;
@@ -170,7 +169,7 @@ bool WidgetHands::click_entry(FormWindow& window, QAction& action)
 
 void WidgetHands::press(forms::Clickable& clickable)
 {
-    FormWindow* window = session_.window_of(form_of(clickable));
+    FormWindow* window = windows_.window_of(form_of(clickable));
     QAction* action = window != nullptr ? window->action_of(clickable) : nullptr;
     QWidget* button =
         action != nullptr && window->tool_bar() != nullptr ? window->tool_bar()->widgetForAction(action) : nullptr;
@@ -276,7 +275,7 @@ void WidgetHands::press_key(forms::Control& control, const std::string& key)
 
 void WidgetHands::close(forms::Form& form)
 {
-    FormWindow* window = session_.window_of(form);
+    FormWindow* window = windows_.window_of(form);
     if (window == nullptr || !window->isVisible()) {
         hand_over([&] { form.unload(); });
     } else {

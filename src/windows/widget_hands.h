@@ -3,21 +3,18 @@
 #include <QWidget>
 
 #include "forms/hands.h"
+#include "windows/shown_windows.h"
 
 class QAction;
 class QComboBox;
 
 namespace velora::windows {
 
-class Binding;
-class FormWindow;
-class Session;
-
 /// Acts on the widgets as a person does, by keys and clicks that go the whole way through the toolkit. What cannot be
 /// reached that way, such as a node whose parent is closed, is handed to the control.
 class WidgetHands final : public forms::Hands {
 public:
-    explicit WidgetHands(Session& session) : session_(session) {}
+    explicit WidgetHands(ShownWindows& windows) : windows_(windows) {}
 
     bool enter(forms::Control& control) override;
     void type(forms::TextBox& box, const std::string& text) override;
@@ -45,7 +42,7 @@ private:
     void finish();
     Binding* binding_of(const forms::Control& control) const;
 
-    Session& session_;
+    ShownWindows& windows_;
     size_t handed_over_ = 0;
 };
 

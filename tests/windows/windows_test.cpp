@@ -6,10 +6,12 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
 
 #include "adapters/sqlite/connection.h"
 #include "forms/desk.h"
+#include "forms/frm_add.h"
 #include "forms/frm_report.h"
 #include "forms/frm_viewer.h"
 #include "host/host.h"
@@ -32,6 +34,11 @@ public:
     {
         desk_.show_viewer(std::move(pages), caption);
     }
+    void progress(size_t done, size_t total) override
+    {
+        if (on_progress) on_progress(done, total);
+    }
+    std::function<void(size_t, size_t)> on_progress;
 
 private:
     UserInterface& boxes_;
@@ -82,6 +89,14 @@ protected:
         desk_.reset();
         host_.reset();
         HostTest::TearDown();
+    }
+
+    void open_preview()
+    {
+        open([](const drive::HostCalls& calls) { calls.open_reports(eRptQuote, 52); });
+        desk_->report()->lstReports.choose(0);
+        desk_->report()->tlbPreview.press();
+        QApplication::processEvents();
     }
 
     static QWidget* window(const char* form)
@@ -159,6 +174,121 @@ TEST_F(Windows, EveryControlHasANameForAScreenReader)
     selection.lvbQuote.press();
     for (Form* form : desk_->forms()) in_modal(*form);
     EXPECT_THAT(seen, ::testing::IsSupersetOf({"frmConfigure", "frmEmail", "frmReport", "frmAdd", "frmFinder"}));
+    desk_->asks_for_printing = true;
+    EXPECT_EQ(desk_->choose_printing(1), std::nullopt);
+    EXPECT_EQ(seen.back(), "frmPrint");
+}
+
+TEST_F(Windows, EveryPartOfAViewerHasANameForAScreenReader)
+{
+    open_preview();
+    QWidget* top = window("frmViewer 1");
+    ASSERT_NE(top, nullptr);
+    EXPECT_EQ(nameless(*desk_->find("frmViewer 1"), *top), std::vector<std::string>());
+    int found = 0;
+    for (const char* sort : {"QToolButton", "QAbstractItemView", "QAbstractScrollArea", "QLineEdit"}) {
+        for (QWidget* part : top->findChildren<QWidget*>()) {
+            if (!part->isVisibleTo(top) || !part->inherits(sort)) continue;
+            if (part->objectName() == "qt_toolbar_ext_button") continue;  // the toolkit's own, for a narrow window
+            const auto* read = QAccessible::queryAccessibleInterface(part);
+            ASSERT_NE(read, nullptr);
+            EXPECT_FALSE(read->text(QAccessible::Name).isEmpty()) << sort << " " << part->objectName().toStdString();
+            ++found;
+        }
+    }
+    EXPECT_GE(found, 13 + 3 + 2) << "buttons, boxes, pages and what is beside them";
+}
+
+TEST_F(Windows, TheKeyThatAcceptsPressesTheButtonThatHasTheFocus)
+{
+    open_selection();
+    std::string told;
+    in_modal = [&](Form& form) {
+        auto& add = dynamic_cast<frmAdd&>(form);
+        QApplication::processEvents();
+        add.optCustom.press();
+        add.enter(add.lvbCancel);
+        QTest::keyClick(window("frmAdd")->windowHandle(), Qt::Key_Return);
+        EXPECT_TRUE(form.is_unloaded());
+        told = err_.str();
+    };
+    desk_->report()->mnuFileSub[5].press();
+    EXPECT_EQ(told, "") << "OK would have said that there is no file";
+}
+
+TEST_F(Windows, TheDialogBeforePaperTakesPrinterPagesAndCopies)
+{
+    struct TwoPrinters final : Printers {
+        [[nodiscard]] std::vector<Printer> list() const override { return {{"", "Laser", ""}, {"", "Office", ""}}; }
+    };
+    TwoPrinters printers;
+    open_selection();
+    host_->company().ports.printers = &printers;
+    desk_->asks_for_printing = true;
+    in_modal = [&](Form& form) {
+        QApplication::processEvents();
+        QWindow* dialog = window("frmPrint")->windowHandle();
+        const auto type = [&](const char* box, const char* text) {
+            auto* line = widget<QLineEdit>("frmPrint", box);
+            click(line);
+            line->selectAll();
+            QTest::keyClicks(line, text);
+        };
+        QTest::keyClick(dialog, Qt::Key_Down);
+        QTest::keyClick(dialog, Qt::Key_Down);
+        EXPECT_FALSE(widget<QLineEdit>("frmPrint", "tbxPages")->isEnabled()) << "as long as all pages are chosen";
+        click(widget<QWidget>("frmPrint", "optPages"));
+        type("tbxPages", "2-x");
+        type("tbxCopies", "3");
+        QTest::keyClick(dialog, Qt::Key_Return);
+        EXPECT_THAT(err_.str(), ::testing::HasSubstr("Pages are written as 1-3,7"));
+        EXPECT_EQ(focused(), "tbxPages");
+        ASSERT_FALSE(form.is_unloaded());
+        type("tbxPages", "2-3,7");
+        QTest::keyClick(dialog, Qt::Key_Return);
+        EXPECT_TRUE(form.is_unloaded());
+    };
+    const auto wish = desk_->choose_printing(4);
+    ASSERT_TRUE(wish);
+    EXPECT_EQ(wish->device + " " + wish->pages + " " + std::to_string(wish->copies), "Office 2-3,7 3");
+}
+
+TEST_F(Windows, ARunningReportIsCancelledByItsButtonAndByEscapeAndTellsNothing)
+{
+    write_text(scratch("settings.ini"), "[DEMOCO_Report]\nFormat=0\n");
+    open([](const drive::HostCalls& calls) { calls.open_reports(eRptCustomerList, 0); });
+    host_->company().gConn->Execute(
+        "INSERT INTO Customer (CustomerID, CustomerNumber, cuFullName, Exported) "
+        "WITH RECURSIVE Many(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM Many WHERE n < 3000) "
+        "SELECT 90000 + n, 'Z' || (10000 + n), 'Many', 0 FROM Many");
+    auto& selection = *desk_->report();
+    size_t most = 0;
+    std::function<void()> person;
+    user_->on_progress = [&](size_t done, size_t total) {
+        most = std::max(most, done);
+        if (person) QTimer::singleShot(0, person);
+        toolkit_->user().progress(done, total);
+    };
+    const auto export_list = [&] {
+        most = 0;
+        selection.mnuFileSub[2].press();
+        EXPECT_EQ(selection.pointer(), Pointer::Default);
+        return fs::exists(scratch("company") / "20260615 - Customer List.pdf");
+    };
+    person = [] { click(widget<QWidget>("frmReport", "cancelRun")); };
+    EXPECT_FALSE(export_list());
+    EXPECT_EQ(most, 1000u) << "it ended there";
+    person = [] { QTest::keyClick(window("frmReport")->windowHandle(), Qt::Key_Escape); };
+    EXPECT_FALSE(export_list());
+    EXPECT_EQ(most, 1000u);
+    EXPECT_EQ(err_.str(), "");
+    EXPECT_NE(desk_->find("frmReport"), nullptr) << "Escape closed nothing";
+    auto* cancel = widget<QWidget>("frmReport", "cancelRun");
+    ASSERT_NE(cancel, nullptr);
+    EXPECT_FALSE(cancel->isVisible());
+    person = [] { click(widget<QWidget>("frmReport", "lvbClose")); };
+    EXPECT_TRUE(export_list()) << "a click elsewhere does nothing";
+    EXPECT_NE(desk_->find("frmReport"), nullptr);
 }
 
 TEST_F(Windows, TheTabKeyGoesThroughWhatCanBeUsedInTheOrderOfTheForm)
@@ -217,12 +347,80 @@ TEST_F(Windows, KeysAloneFindAQuoteAndCloseTheForm)
     EXPECT_EQ(window("frmReport"), nullptr);
 }
 
+/// What a new user does in a first hour, without a mouse.
+TEST_F(Windows, AWholeVisitByKeysAlone)
+{
+    open_selection();
+    const auto key = [](const char* form, Qt::Key pressed, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        QTest::keyClick(window(form)->windowHandle(), pressed, with);
+        QApplication::processEvents();
+    };
+    const auto menu = [&](Qt::Key letter, int rights, int downs) {
+        key("frmReport", letter, Qt::AltModifier);
+        for (int at = 0; at < rights; ++at) QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Right);
+        QWidget* popup = QApplication::activePopupWidget();
+        ASSERT_NE(popup, nullptr) << "no menu at Alt and that letter";
+        for (int at = 0; at < downs; ++at) QTest::keyClick(popup, Qt::Key_Down);
+        QTest::keyClick(popup, Qt::Key_Return);
+        QApplication::processEvents();
+    };
+    auto& selection = *desk_->report();
+
+    key("frmReport", Qt::Key_Down);
+    EXPECT_EQ(selection.lstReports.selected(), 0);
+    key("frmReport", Qt::Key_Tab);
+    QTest::keyClicks(widget<QLineEdit>("frmReport", "tbxQuote"), "Q-10052");
+    key("frmReport", Qt::Key_Tab);
+    EXPECT_TRUE(selection.tlbPreview.enabled());
+
+    menu(Qt::Key_F, 0, 1);  // the menu comes up on its first entry
+    ASSERT_NE(window("frmViewer 1"), nullptr);
+    key("frmViewer 1", Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(widget<QLineEdit>("frmViewer 1", "viewer/search"), "bearing");
+    key("frmViewer 1", Qt::Key_Return);
+    EXPECT_GT(dynamic_cast<frmViewer&>(*desk_->find("frmViewer 1")).matches(), 0u);
+    key("frmViewer 1", Qt::Key_Backtab);
+    while (focused() != "caxrViewer" && !focused().empty() && focused() != "viewer/search") {
+        key("frmViewer 1", Qt::Key_Backtab);
+    }
+    ASSERT_EQ(focused(), "caxrViewer");
+    key("frmViewer 1", Qt::Key_Escape);
+    EXPECT_EQ(window("frmViewer 1"), nullptr);
+
+    menu(Qt::Key_R, 1, 2);  // the next menu: export to file
+    ASSERT_NE(window("frmConfigure"), nullptr);
+    key("frmConfigure", Qt::Key_Tab);
+    EXPECT_EQ(focused(), "cboExport");
+    key("frmConfigure", Qt::Key_Down);
+    key("frmConfigure", Qt::Key_Return);
+    EXPECT_THAT(file_text(scratch("settings.ini")), ::testing::ContainsRegex("Format *= *0"));
+    key("frmReport", Qt::Key_E, Qt::ControlModifier);
+    EXPECT_THAT(err_.str(), ::testing::HasSubstr("The Report has been exported successfully."));
+
+    const fs::path own = scratch("company") / "Reports" / "Customer List.rpt";
+    in_modal = [&](Form&) {
+        QApplication::processEvents();
+        const auto on_to = [&](const char* control) {
+            for (int at = 0; at < 8 && focused() != control; ++at) key("frmAdd", Qt::Key_Tab);
+            EXPECT_EQ(focused(), control);
+        };
+        on_to("optCustom");
+        key("frmAdd", Qt::Key_Space);
+        on_to("txtFile");
+        QTest::keyClicks(widget<QLineEdit>("frmAdd", "txtFile"), QString::fromStdString(own.string()));
+        key("frmAdd", Qt::Key_Return);
+    };
+    menu(Qt::Key_F, 0, 4);  // separators are passed over
+    EXPECT_EQ(selection.lstReports.count(), 3);
+    EXPECT_THAT(file_text(scratch("company") / "Reports" / "DEMOCO_QuoteReports.ini"),
+                ::testing::HasSubstr("Location=" + own.string()));
+    key("frmReport", Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(window("frmReport"), nullptr);
+}
+
 TEST_F(Windows, AViewerPaintsItsPagesMarksWhatIsFoundAndCopiesWhatIsMarked)
 {
-    open([](const drive::HostCalls& calls) { calls.open_reports(eRptQuote, 52); });
-    auto& selection = *desk_->report();
-    selection.lstReports.choose(0);
-    selection.tlbPreview.press();
+    open_preview();
     auto* viewer = dynamic_cast<frmViewer*>(desk_->find("frmViewer 1"));
     ASSERT_NE(viewer, nullptr);
     auto* area = widget<QAbstractScrollArea>("frmViewer 1", "caxrViewer");

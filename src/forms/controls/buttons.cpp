@@ -13,6 +13,18 @@ bool Button::press_shortcut(std::string_view key)
     return true;
 }
 
+bool Button::has_key(std::string_view key) const
+{
+    return key == kAcceptKey || Control::has_key(key);
+}
+
+bool Button::press_key(std::string_view key)
+{
+    if (key != kAcceptKey) return Control::press_key(key);
+    press();
+    return true;
+}
+
 bool MenuEntry::press_shortcut(std::string_view key)
 {
     if (key != shortcut) return false;

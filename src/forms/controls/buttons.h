@@ -19,6 +19,9 @@ public:
     std::string shortcut;  ///< the key that presses it from anywhere in the form; blank for none
     bool press_shortcut(std::string_view key) override;
     [[nodiscard]] bool has_shortcut(std::string_view key) const override { return !key.empty() && key == shortcut; }
+    /// The key that accepts presses the button that has the focus, whichever button the form has for it.
+    bool press_key(std::string_view key) override;
+    [[nodiscard]] bool has_key(std::string_view key) const override;
 
     // The look of the product's own push button.
     int16_t ButtonType = 2;

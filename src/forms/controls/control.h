@@ -86,11 +86,11 @@ public:
     void set_label(std::string label) { label_ = std::move(label); }
 
     /// A key in the control. @return false when the control has nothing for it
-    bool press_key(std::string_view key);
+    virtual bool press_key(std::string_view key);
     /// Presses the control if the key stands for it from anywhere in the form. @return false when it does not
     virtual bool press_shortcut(std::string_view) { return false; }
     [[nodiscard]] virtual bool has_shortcut(std::string_view) const { return false; }
-    [[nodiscard]] bool has_key(std::string_view key) const { return !key.empty() && key == key_; }
+    [[nodiscard]] virtual bool has_key(std::string_view key) const { return !key.empty() && key == key_; }
     void on_key(std::string key, std::string handler, std::function<void()> procedure);
 
     /// Asked before the focus leaves for another control; false keeps it.

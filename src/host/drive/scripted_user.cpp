@@ -37,6 +37,7 @@ void ScriptedUser::show(const MessageBox& box)
 {
     if (on_box) on_box(box);
     below_.show(box);
+    if (windows_ != nullptr) windows_->show(box);
 }
 
 void ScriptedUser::show_pages(std::shared_ptr<PageView> pages, const std::string& caption)

@@ -18,6 +18,9 @@ class ScriptedUser final : public UserInterface {
 public:
     explicit ScriptedUser(UserInterface& below) : below_(below) {}
 
+    /// From now on boxes come up in windows too.
+    void show_in(UserInterface& windows) { windows_ = &windows; }
+
     /// False for a sort of dialog that there is not.
     bool queue(const std::string& sort, const Json& value);
 
@@ -38,6 +41,7 @@ private:
     std::optional<Json> next(const std::string& sort);
 
     UserInterface& below_;
+    UserInterface* windows_ = nullptr;
     std::map<std::string, std::deque<Json>, std::less<>> answers_;
 };
 
