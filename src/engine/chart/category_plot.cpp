@@ -101,7 +101,6 @@ private:
     void draw_titles(const ChartArea& outer);
     void draw_bars();
     void draw_bar(size_t series, float from, float to, double start, double end);
-    bool take_room(const ChartArea& number);
     void draw_value(double at, double value, float middle);
     void draw_lines();
     void draw_line_parts(size_t series, const Pen& pen);
@@ -113,10 +112,9 @@ private:
     ChartArea area_;
     ValueScale scale_;
     bool slanted_ = false;
-    float left_edge_ = 0;             ///< of everything, labels included
-    float mark_room_ = 0;             ///< longest label of the value axis
-    float label_room_ = 0;            ///< longest category label
-    std::vector<ChartArea> numbers_;  ///< that stand at bars and points so far
+    float left_edge_ = 0;   ///< of everything, labels included
+    float mark_room_ = 0;   ///< longest label of the value axis
+    float label_room_ = 0;  ///< longest category label
 };
 
 /// Takes room from the area for the axes' labels and titles.
@@ -220,35 +218,18 @@ void Plot::draw_bar(size_t series, float from, float to, double start, double en
     board_.rectangle(bar, color, {0.5F, LineStyle::Solid, darker(color)});
 }
 
-/// Whether a number may stand there: it leaves the plot nowhere and covers none that is there already.
-bool Plot::take_room(const ChartArea& number)
-{
-    const auto meets = [&](const ChartArea& other) {
-        return number.left < other.right && other.left < number.right && number.top < other.bottom &&
-               other.top < number.bottom;
-    };
-    if (std::ranges::any_of(numbers_, meets)) return false;
-    numbers_.push_back(number);
-    return true;
-}
-
-/// The number at the end of a bar or above a point, unless it would stand over another one.
+/// The number at the end of a bar or above a point.
 void Plot::draw_value(double at, double value, float middle)
 {
     if (!data_.value_labels) return;
     const Font& font = data_.label_font;
     const float end = across(at);
     const bool down = at < 0;
-    const std::string text = chart_number(value);
-    const float width = board_.text_width(text, font) + 1, height = font.size;
     if (lying_) {
-        const float start = end + (down ? -3.0F : 3.0F), left = down ? start - width : start;
-        if (!take_room({left, middle - height / 2, left + width, middle + height / 2})) return;
-        board_.middle_label({start, middle}, text, font, down ? HorizontalAlign::Right : HorizontalAlign::Left);
+        board_.middle_label({end + (down ? -3.0F : 3.0F), middle}, chart_number(value), font,
+                            down ? HorizontalAlign::Right : HorizontalAlign::Left);
     } else {
-        const float line = down ? end + font.size : end - 3;
-        if (!take_room({middle - width / 2, line - height, middle + width / 2, line})) return;
-        board_.label({middle, line}, text, font, HorizontalAlign::Center);
+        board_.label({middle, down ? end + font.size : end - 3}, chart_number(value), font, HorizontalAlign::Center);
     }
 }
 

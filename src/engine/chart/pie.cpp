@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <functional>
 #include <numbers>
 
 #include "engine/chart/axis.h"
@@ -96,46 +95,6 @@ void draw_labels(ChartBoard& board, std::vector<const Slice*> side, Point center
 }
 
 }  // namespace
-
-ChartData with_small_slices_gathered(ChartData data)
-{
-    constexpr double kThin = 0.02;  // of the whole
-    constexpr size_t kMostSlices = 16;
-    constexpr size_t kFewest = 3;  // fewer gain nothing by standing together
-    const std::vector<Slice> slices = slices_of(data);
-    std::vector<const Slice*> by_size;
-    double total = 0;
-    for (const Slice& slice : slices) {
-        by_size.push_back(&slice);
-        total += slice.value;
-    }
-    std::ranges::stable_sort(by_size, std::greater(), [](const Slice* slice) { return slice->value; });
-    size_t kept = std::min(by_size.size(), kMostSlices - 1);
-    if (by_size.size() == kMostSlices) kept = kMostSlices;
-    while (kept > 0 && by_size[kept - 1]->value < total * kThin) --kept;
-    if (by_size.size() - kept < kFewest || kept == 0) return data;
-    double rest = 0;
-    std::vector<bool> gathered(data.categories.size());
-    for (size_t at = kept; at < by_size.size(); ++at) {
-        rest += by_size[at]->value;
-        gathered[by_size[at]->category] = true;
-    }
-    ChartData fewer = data;
-    fewer.categories.clear();
-    fewer.slice_colors.clear();
-    fewer.series.assign(1, {data.series.front().name, {}, {}});
-    for (size_t category = 0; category < data.categories.size(); ++category) {
-        if (gathered[category]) continue;
-        fewer.categories.push_back(data.categories[category]);
-        fewer.series.front().values.push_back(chart_value(data.series.front(), category));
-        if (category < data.slice_colors.size()) fewer.slice_colors.push_back(data.slice_colors[category]);
-    }
-    fewer.categories.push_back("… (" + std::to_string(by_size.size() - kept) + ")");
-    fewer.series.front().values.emplace_back(rest);
-    constexpr Color kOfTheRest{191, 191, 191, 255};
-    if (fewer.slice_colors.size() + 1 == fewer.categories.size()) fewer.slice_colors.push_back(kOfTheRest);
-    return fewer;
-}
 
 void draw_pie(ChartBoard& board, const ChartArea& area)
 {

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <limits>
-#include <set>
 
 #include "engine/chart/axis.h"
 #include "engine/text/font_store.h"
@@ -166,67 +165,6 @@ TEST_F(ChartTest, TheMarksOfTheValueAxisAreWrittenAsAsked)
     const auto texts = labels(data);
     EXPECT_NE(std::find(texts.begin(), texts.end(), "10 pcs"), texts.end());
     for (const auto& text : texts) EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << text;
-}
-
-TEST_F(ChartTest, NumbersAtBarsAndPointsDoNotStandOverEachOther)
-{
-    struct Box {
-        float left, right, top, bottom;
-    };
-    for (const ChartKind kind : {ChartKind::Bar, ChartKind::StackedBar, ChartKind::Line}) {
-        ChartData data;
-        data.kind = kind;
-        data.value_labels = true;
-        data.legend = false;
-        data.series = {{"a", {}, {}}, {"b", {}, {}}};
-        for (int at = 0; at < 40; ++at) {
-            data.categories.push_back("c");
-            data.series[0].values.emplace_back(1000 + at * 7);
-            data.series[1].values.emplace_back(1003 + at * 7);
-        }
-        labels(data);
-        std::vector<Box> numbers;
-        for (const auto& item : drawing->items) {
-            const auto* label = std::get_if<Label>(&item);
-            if (label == nullptr || label->align != HorizontalAlign::Center || label->text.size() != 4) continue;
-            const float half = measurer.width(label->text, label->font) / 2;
-            numbers.push_back({label->at.x - half, label->at.x + half, label->at.y - label->font.size, label->at.y});
-        }
-        EXPECT_GT(numbers.size(), 4U) << "some are shown";
-        for (size_t one = 0; one < numbers.size(); ++one) {
-            for (size_t other = one + 1; other < numbers.size(); ++other) {
-                const Box &a = numbers[one], &b = numbers[other];
-                EXPECT_FALSE(a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom)
-                    << static_cast<int>(kind) << ": " << one << " and " << other;
-            }
-        }
-    }
-}
-
-TEST_F(ChartTest, ThinSlicesAreGatheredWithTheirSumAndTheirNumber)
-{
-    ChartData data;
-    data.kind = ChartKind::Pie;
-    data.slice_label = "{0}={1}";
-    data.series = {{"", {}, {}}};
-    const auto add = [&](const char* name, double value) {
-        data.categories.emplace_back(name);
-        data.series[0].values.emplace_back(value);
-    };
-    for (const auto& [name, value] :
-         {std::pair{"thin", 1.5}, {"A", 60.0}, {"slim", 1.0}, {"B", 35.5}, {"fine", 1.75}}) {
-        add(name, value);
-    }
-    const auto shown = labels(data, 400, 300);
-    EXPECT_EQ(std::set<std::string>(shown.begin(), shown.end()),
-              (std::set<std::string>{"A", "B", "… (3)", "A=60", "B=35.5", "… (3)=4.25"}));
-    EXPECT_NE(drawing->description.find("slim 1"), std::string::npos) << "in words all are told";
-    data.categories.pop_back();
-    data.series[0].values.pop_back();
-    const auto two = labels(data, 400, 300);
-    EXPECT_NE(std::ranges::find(two, "slim=1"), two.end()) << "two thin ones would gain nothing";
-    for (int at = 0; at < 30; ++at) add("more", 40);
-    EXPECT_EQ(std::ranges::count(labels(data, 400, 300), "… (19)"), 1) << "15 and the rest";
 }
 
 }  // namespace
