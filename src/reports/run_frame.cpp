@@ -4,6 +4,7 @@
 
 #include "delivery/export.h"
 #include "delivery/viewer.h"
+#include "reports/end_reason.h"
 #include "reports/like_pattern.h"
 #include "session/error_messengers.h"
 #include "session/query.h"
@@ -182,6 +183,7 @@ RunEnd Show_ReportError(SessionState& state, const Fault& caught, std::string_vi
         default:
             ErrorMessenger(state, caught.number(), caught.description(), "modPrint." + std::string(procedure));
     }
+    if (const auto reason = reason_of(caught); !reason.empty()) state.log.note("Reason: " + reason);
     return RunEnd::Failed;
 }
 

@@ -155,7 +155,9 @@ void Get_ModuleVersions(SessionState& state)
 
 const Value& company_default(SessionState& state, std::string_view column)
 {
-    return opened(state.gDefaults, "gDefaults").value(column);
+    const auto& defaults = opened(state.gDefaults, "gDefaults");
+    if (defaults.at_eof()) throw fault::no_current_row("gDefaults");
+    return defaults.value(column);
 }
 
 std::string company_id(SessionState& state)

@@ -65,6 +65,7 @@ public:
     RunEnd print(Route route, bool whole = false)
     {
         loaded().ports.engine = &slips;
+        state().log.clear();
         slips.reports.clear();
         return Print_PickingSlip(state(), 1, "slip.rpt", route == Route::Window, route == Route::File, whole);
     }
@@ -102,6 +103,7 @@ TEST(PickingSlip, SplitsAnOrderAsTheCompanyWants)
         RunEnd end;
         const char* slips;
         const char* more = "";
+        const char* reason = "";  ///< what stands beside a box that says little
     };
     const auto cases = std::to_array<Case>({
         {"the whole order", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::Paper, RunEnd::Delivered,
@@ -113,7 +115,7 @@ TEST(PickingSlip, SplitsAnOrderAsTheCompanyWants)
         {"by sequences in windows", "mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", "", Route::Window,
          RunEnd::Delivered, "1; ; 4; 5"},
         {"by sequences no range names a printer", "mdUseDLRange = 0, mdPSSplit = 1, mdEachLoc = 0", "", Route::Paper,
-         RunEnd::Failed, ""},
+         RunEnd::Failed, "", "", "names a range or its printer"},
         {"by picking ranges in their order", "mdUseDLRange = 0, mdPSSplit = 2, mdEachLoc = 1", kRanges, Route::Paper,
          RunEnd::Delivered, "4 5 > Dock 1; 1 > Dock 2"},
         {"by locations in the order of the lines", "mdUseDLRange = 1, mdPSSplit = 2, mdEachLoc = 0", kRanges,
@@ -137,11 +139,13 @@ TEST(PickingSlip, SplitsAnOrderAsTheCompanyWants)
         {"sequences that are not there", "mdUseDLRange = 0, mdPSSplit = 2", "(1, 0, 'A', 'EA', 'EA', ' ')",
          Route::Paper, RunEnd::NotFound, ""},
         {"lines are needed for their locations", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Failed,
-         "", "DELETE FROM Details"},
+         "", "DELETE FROM Details", "has no lines"},
         {"an order in one piece needs none", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::Window,
          RunEnd::Delivered, "", "DELETE FROM Details"},
         {"nothing to name a file by", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::File, RunEnd::Failed,
-         "> Office", "DELETE FROM Details"},
+         "> Office", "DELETE FROM Details", "named after the last"},
+        {"a printer that is not there", "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0", "", Route::File,
+         RunEnd::Failed, "", "UPDATE Defaults SET mdPSPrintName = 'Attic'", "No printer of this machine"},
         {"a location with a quote", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Delivered,
          "1; ; 4; 5", "UPDATE Details SET deLocation = 'O''N' WHERE Line = 5"},
         {"one location", "mdUseDLRange = 1, mdEachLoc = 0", "", Route::Window, RunEnd::Delivered, "1 4 5",
@@ -156,6 +160,8 @@ TEST(PickingSlip, SplitsAnOrderAsTheCompanyWants)
             EXPECT_EQ(order.printed(), c.slips) << c.why;
             EXPECT_EQ(order.stored("quPrPickSlip"), c.end == RunEnd::Delivered ? "1" : "0") << c.why;
             EXPECT_EQ(order.boxes().size(), c.end == RunEnd::Delivered ? 0U : 1U) << c.why << ": " << order.box_text(0);
+            const auto& notes = order.state().log.notes();
+            EXPECT_THAT(notes.empty() ? "" : notes.front(), testing::HasSubstr(c.reason)) << c.why;
         }
     }
 }
