@@ -4,6 +4,7 @@
 
 #include "delivery/export.h"
 #include "delivery/viewer.h"
+#include "platform/one_state.h"
 #include "reports/end_reason.h"
 #include "reports/like_pattern.h"
 #include "session/error_messengers.h"
@@ -42,6 +43,13 @@ OpenedReport& report_of(SessionState& state)
     return *state.gCrReport;
 }
 
+/// Of a session that can read one state of its data.
+std::unique_ptr<Snapshot> accounting_snapshot(const SessionState& state)
+{
+    auto* store = dynamic_cast<OneState*>(state.gSess.get());
+    return store != nullptr ? store->begin_snapshot() : nullptr;
+}
+
 RunEnd delivered_if(bool delivered)
 {
     return delivered ? RunEnd::Delivered : RunEnd::Failed;
@@ -54,7 +62,7 @@ ReportRun::ReportRun(SessionState& state, const Builder& builder, const Delivery
       delivery_(delivery),
       statements_(state, builder.tolerated),
       reads_between_outputs_(builder.reads_between_outputs),
-      snapshot_(state.gConn ? state.gConn->begin_snapshot() : nullptr)
+      snapshot_{state.gConn ? state.gConn->begin_snapshot() : nullptr, accounting_snapshot(state)}
 {
 }
 
@@ -118,7 +126,7 @@ std::string ReportRun::file_name(const Text& export_name)
 
 RunEnd ReportRun::route(const Text& export_name)
 {
-    if (!reads_between_outputs_) snapshot_.reset();  // nobody has to wait for a printer or an open window
+    if (!reads_between_outputs_) snapshot_.end();  // nobody has to wait for a printer or an open window
     bool went = false;
     if (delivery_.export_it) {
         went = statements_.attempt("Export_Report", [&] { Export_Report(state_, file_name(export_name)); });
@@ -147,7 +155,7 @@ void ReportRun::name_print_job(const Text& export_name)
 
 void ReportRun::mark(const Mark& as, int32_t quote, RunEnd end)
 {
-    snapshot_.reset();
+    snapshot_.end();
     if (end != RunEnd::Delivered || !state_.ports.marks_as_printed) return;
     const std::string id = std::to_string(quote);
     statements_.attempt(

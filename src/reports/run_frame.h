@@ -85,7 +85,12 @@ private:
     Statements statements_;
     bool reads_between_outputs_;
     size_t files_ = 0;
-    std::unique_ptr<Snapshot> snapshot_;
+
+    /// One state of each of the two stores.
+    struct Snapshots {
+        std::unique_ptr<Snapshot> product, accounting;
+        void end() { *this = {}; }
+    } snapshot_;
 };
 
 /// Runs a builder with the lookups of the run cached. A fault that the builder did not tolerate ends in

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/database.h"
 #include "platform/recordset.h"
 
 namespace velora::accounting {
@@ -71,6 +72,8 @@ public:
     virtual RelationShape shape(const std::string& id) = 0;
     /// @throws StoreError
     virtual std::unique_ptr<RelationRows> select(const RelationQuery& query) = 0;
+    /// None where the database reads one state already. @throws StoreError
+    virtual std::unique_ptr<Snapshot> begin_snapshot() = 0;
 };
 
 }  // namespace velora::accounting

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "adapters/accounting_core/store.h"
+#include "platform/one_state.h"
 #include "values/fault.h"
 #include "values/text.h"
 
@@ -81,7 +82,7 @@ ActiveApplication application_of(const Row& row)
     return {row.text("AppID"), row.text("AppVersion")};
 }
 
-class StoreSession final : public AccountingSession {
+class StoreSession final : public AccountingSession, public OneState {
 public:
     explicit StoreSession(std::unique_ptr<RelationSource> source) : store_(std::make_shared<Store>(std::move(source)))
     {
@@ -96,6 +97,7 @@ public:
     const CurrencyInfo& GetCurrency(std::string_view code) override;
     const std::vector<ActiveApplication>& ActiveApplications() override;
     std::vector<AccountingError>& Errors() override { return store_->errors(); }
+    std::unique_ptr<Snapshot> begin_snapshot() override;
 
 private:
     template <class Record>
@@ -147,6 +149,15 @@ const std::vector<ActiveApplication>& StoreSession::ActiveApplications()
     if (!applications_)
         applications_ = read_all<ActiveApplication>("ActiveApplications", " ORDER BY Seq", application_of);
     return *applications_;
+}
+
+std::unique_ptr<Snapshot> StoreSession::begin_snapshot()
+{
+    try {
+        return store_->source().begin_snapshot();
+    } catch (const StoreError&) {
+        return nullptr;  // what a report reads next is refused in the words of its own lookup
+    }
 }
 
 }  // namespace

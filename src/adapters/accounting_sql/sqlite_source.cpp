@@ -1,5 +1,6 @@
 #include "adapters/accounting_sql/sqlite_source.h"
 
+#include "adapters/sqlite_core/read_transaction.h"
 #include "adapters/sqlite_core/statement.h"
 #include "values/text.h"
 
@@ -102,6 +103,11 @@ public:
             for (const auto& value : query.values) statement->bind(++mark, value);
             return std::make_unique<SqliteRows>(std::move(statement));
         });
+    }
+
+    std::unique_ptr<Snapshot> begin_snapshot() override
+    {
+        return worded([&] { return sqlite::ReadTransaction::begin(pool_); });
     }
 
 private:

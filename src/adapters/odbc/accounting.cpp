@@ -135,6 +135,11 @@ public:
         });
     }
 
+    std::unique_ptr<Snapshot> begin_snapshot() override
+    {
+        return worded(*link_, [&] { return odbc::begin_snapshot(link_); });
+    }
+
 private:
     static std::unique_ptr<RelationRows> rows_of(odbc::Statement& statement)
     {

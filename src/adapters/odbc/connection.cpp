@@ -47,18 +47,6 @@ std::string as_called(std::string_view text, Server server)
     return std::string(text);
 }
 
-/// One state of the data, as long as it lives. What the end of it meets has been told by the statement before.
-class ServerSnapshot final : public Snapshot {
-public:
-    explicit ServerSnapshot(std::shared_ptr<Link> link) : link_(std::move(link)) {}
-    ServerSnapshot(const ServerSnapshot&) = delete;
-    ServerSnapshot& operator=(const ServerSnapshot&) = delete;
-    ~ServerSnapshot() override { link_->end(); }
-
-private:
-    std::shared_ptr<Link> link_;
-};
-
 class OdbcConnection final : public Connection {
 public:
     explicit OdbcConnection(std::shared_ptr<Link> link)
@@ -92,11 +80,7 @@ public:
 
     std::unique_ptr<Snapshot> begin_snapshot() override
     {
-        if (link_->in_transaction()) return nullptr;
-        return shared_->reported("BEGIN", [&] {
-            link_->begin(odbc::Session::Purpose::Snapshot);
-            return std::make_unique<ServerSnapshot>(link_);
-        });
+        return shared_->reported("BEGIN", [&] { return odbc::begin_snapshot(link_); });
     }
 
     std::unique_ptr<Connection> open_reader(const QueryLimits& limits) override

@@ -18,6 +18,17 @@ bool tells_loss(const DatabaseError& record)
            std::ranges::find(kGone, record.NativeError) != kGone.end();
 }
 
+class ServerSnapshot final : public Snapshot {
+public:
+    explicit ServerSnapshot(std::shared_ptr<Link> link) : link_(std::move(link)) {}
+    ServerSnapshot(const ServerSnapshot&) = delete;
+    ServerSnapshot& operator=(const ServerSnapshot&) = delete;
+    ~ServerSnapshot() override { link_->end(); }
+
+private:
+    std::shared_ptr<Link> link_;
+};
+
 }  // namespace
 
 Link::Link(std::string connection_string, const Session::Options& options)
@@ -58,6 +69,13 @@ void Link::end() noexcept
 {
     in_transaction_ = false;
     if (!is_lost_ && pool_) pool_->session()->roll_back();
+}
+
+std::unique_ptr<Snapshot> begin_snapshot(std::shared_ptr<Link> link)
+{
+    if (link->in_transaction()) return nullptr;
+    link->begin(Session::Purpose::Snapshot);
+    return std::make_unique<ServerSnapshot>(std::move(link));
 }
 
 std::shared_ptr<Link> open_link(const std::string& connection_string, const Session::Options& options)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "adapters/odbc/statement_pool.h"
+#include "platform/database.h"
 
 namespace velora::odbc {
 
@@ -37,6 +38,10 @@ private:
     bool is_lost_ = false;
     bool in_transaction_ = false;
 };
+
+/// One state of the data, as long as it lives; none where the link is within a transaction. What the end of it meets
+/// has been told by the statement before. @throws DriverError
+std::unique_ptr<Snapshot> begin_snapshot(std::shared_ptr<Link> link);
 
 /// @throws Fault with every word of the driver, where a link throws its error
 std::shared_ptr<Link> open_link(const std::string& connection_string, const Session::Options& options);

@@ -4,6 +4,7 @@
 
 #include "adapters/sqlite/server_answers.h"
 #include "adapters/sqlite/statement_rows.h"
+#include "adapters/sqlite_core/read_transaction.h"
 #include "adapters/sqlite_core/schema_writer.h"
 #include "adapters/store_schema/procedures.h"
 
@@ -16,25 +17,6 @@ using sqlite::DriverError;
 using sqlite::StatementPool;
 
 constexpr int kUnknownProcedure = 2812;  // the number that a server gives it
-
-/// A read transaction. It holds the pool, so that it may outlive the connection.
-class ReadTransaction final : public Snapshot {
-public:
-    explicit ReadTransaction(std::shared_ptr<StatementPool> pool) : pool_(std::move(pool))
-    {
-        pool_->database().run("BEGIN");
-    }
-    ReadTransaction(const ReadTransaction&) = delete;
-    ReadTransaction& operator=(const ReadTransaction&) = delete;
-    ~ReadTransaction() override
-    {
-        // Nothing was written. What the driver refuses here has been told by the statement that it refused before.
-        sqlite3_exec(pool_->database().handle(), "COMMIT", nullptr, nullptr, nullptr);
-    }
-
-private:
-    std::shared_ptr<StatementPool> pool_;
-};
 
 class SqliteConnection final : public Connection {
     /// Runs a command; what the driver refuses is a fault with an entry in the errors.
@@ -81,8 +63,7 @@ public:
 
     std::unique_ptr<Snapshot> begin_snapshot() override
     {
-        if (sqlite3_get_autocommit(pool_->database().handle()) == 0) return nullptr;
-        return reported(Command::statement("BEGIN"), [&] { return std::make_unique<ReadTransaction>(pool_); });
+        return reported(Command::statement("BEGIN"), [&] { return sqlite::ReadTransaction::begin(pool_); });
     }
 
     std::unique_ptr<Connection> open_reader(const QueryLimits& limits) override
