@@ -116,7 +116,7 @@ TEST_F(BackOrders, AnOwnItemGoesByItsIdAndIsPricedByItsOwnList)
     line(2, "deIType = NULL, APItem = '~'");
     line(3, "deIType = 10, APItem = '~~', ItemID = 77");
     const auto& printed = rows("back-orders");
-    EXPECT_EQ(shown(printed, "Detail Item Type"), (Texts{"Velora", "Velora", "Velora"}));
+    ASSERT_EQ(shown(printed, "Detail Item Type"), (Texts{"Velora", "Velora", "Velora"}));
     EXPECT_EQ(shown(printed, "Detail Item Number"), (Texts{"9", "9", "77"}));
     EXPECT_EQ(shown(printed, "Detail Pricing UofM"), (Texts{"PCS", "PCS", "EA"}))
         << "the line before's, the line's own";
@@ -169,7 +169,7 @@ TEST_F(BackOrders, NullsDropTheirFieldAndAMissingPriceHasNoMargin)
     quote(2, "quCustomerType = NULL");
     line(4, "APItem = 'ITEM'", 2);
     const auto& printed = rows("back-orders");
-    EXPECT_EQ(shown(printed, "Detail Margin"), (Texts{"0", "0", "<null>", "68.00 %"}));
+    ASSERT_EQ(shown(printed, "Detail Margin"), (Texts{"0", "0", "<null>", "68.00 %"}));
     EXPECT_EQ(shown(printed, "Detail Amount"), (Texts{"<null>", "0.00", "375.00", "31.25"}))
         << "the factor of the line before, 1";
     EXPECT_EQ(shown(printed, "Detail Discount")[2], "<null>");

@@ -75,6 +75,13 @@ TEST(Confirmation, MarksTheQuoteOnceItWentOutAndSaysSoTheNextTime)
               RunEnd::Delivered, "1"},
              {"a discount on a free line ends the run", false, true, "deQuotedPrice = 0, deDiscount = 0.5",
               RunEnd::Failed, "0"},
+             {"so does one on lines that sum up to nothing", false, true,
+              "ItemID = 9, deQuotedPrice = 1, deDiscount = 0.5", RunEnd::Failed, "0",
+              [](auto& order) {
+                  order.line(
+                      "Line = 2, deDType = 20, deIType = 10, APItem = 'X', deQuantity = 1, deConvFactor = 1, "
+                      "dePriceList = 'STD', ItemID = 9, deQuotedPrice = -1, deDiscount = 0");
+              }},
              {"a host that only looks", false, true, plain, RunEnd::Delivered, "0",
               [](auto& order) { order.state().ports.marks_as_printed = false; }},
              {"a file that cannot be written", false, true, plain, RunEnd::Failed, "0",

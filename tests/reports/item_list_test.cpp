@@ -101,7 +101,7 @@ TEST_P(Items, NullsBlanksAndUnknownCurrenciesLeaveWhatTheyTouch)
     item(4, "UNKNOWN");
     price(4, "'XXX'", "2.5");
     const auto& printed = rows("items");
-    EXPECT_EQ(shown(printed, "Item Number"), (std::vector<std::string>{"BLANK", "NO-AMOUNT", "NULL", "UNKNOWN"}));
+    ASSERT_EQ(shown(printed, "Item Number"), (std::vector<std::string>{"BLANK", "NO-AMOUNT", "NULL", "UNKNOWN"}));
     EXPECT_EQ(shown(printed, "Base Price"), (std::vector<std::string>{"2.50", "<null>", "<null>", ""}));
     EXPECT_EQ(shown(printed, "Currency"), (std::vector<std::string>{"  ", "CAD", "<null>", "XXX"}));
     EXPECT_EQ(shown(printed, "Description")[1], "<null>");

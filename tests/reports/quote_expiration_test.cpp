@@ -90,7 +90,7 @@ TEST_P(Expiration, TheDaysToExpiryMakeTheGroups)
     quote(11, "2026-03-01", "QuoteStatusID = 3");
     product("UPDATE Defaults SET qdStatusOpen = 2");  // the status of this list is 1 whatever the company's is
     const auto& printed = rows("expiration");
-    EXPECT_EQ(shown(printed, "Quote Number"), (Texts{"Q3", "Q4", "Q2", "Q5", "Q6", "Q7", "Q8", "Q1"}));
+    ASSERT_EQ(shown(printed, "Quote Number"), (Texts{"Q3", "Q4", "Q2", "Q5", "Q6", "Q7", "Q8", "Q1"}));
     EXPECT_EQ(shown(printed, "Expiration Group"), (Texts{"1", "1", "2", "2", "3", "3", "4", "4"}));
     EXPECT_EQ(shown(printed[0], "Expiration Group Desc"), "Quotes that have Expired");
     EXPECT_EQ(shown(printed[5], "Expiration Group Desc"), "Quotes that will Expire within 3 days");

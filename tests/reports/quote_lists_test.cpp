@@ -231,7 +231,9 @@ TEST_P(QuoteLists, TheOrderNumberIsTheQuoteNumberWhereTheCompanySaysSo)
 
 TEST_P(QuoteLists, ACustomerThatIsNowhereOrUnnamedLeavesItsFieldsEmptyAndNotThoseOfTheRowBefore)
 {
-    accounting("INSERT INTO AR0024 (IDCUST, NAMECUST, TEXTPHON1) VALUES ('1200', ' Bay Works ', '9025551234 ')");
+    accounting(
+        "INSERT INTO AR0024 (IDCUST, NAMECUST, TEXTPHON1) VALUES ('1200', ' Bay Works ', '9025551234 '), ('5', 'Five "
+        "Ltd', '')");
     product(
         "INSERT INTO Customer (CustomerID, CustomerNumber, cuFullName, cuFax) VALUES (5, 'C5', NULL, '9025559876x')");
     quote(1, 2, "AccPacID = ' 1200 '");
@@ -243,11 +245,14 @@ TEST_P(QuoteLists, ACustomerThatIsNowhereOrUnnamedLeavesItsFieldsEmptyAndNotThos
     quote(7, 2, "CustFrom = 1, CustomerID = NULL");
     quote(8, 2, "CustFrom = NULL, AccPacID = '1200'");
     quote(9, 2, "CustFrom = -1, CustomerID = 5");
+    quote(10, 2, "AccPacID = '5'");
     const auto& printed = rows("win-loss");
     const std::string none = "<null>";
-    EXPECT_EQ(shown(printed, "Customer Number"), (Texts{"1200", none, "1200", none, "C5", none, none, none, "C5"}));
+    ASSERT_EQ(shown(printed, "Customer Number"),
+              (Texts{"1200", none, "1200", none, "C5", none, none, none, "C5", "5"}));
     EXPECT_EQ(shown(printed, "Customer Full Name"),
-              (Texts{"Bay Works", none, "Bay Works", none, none, none, none, none, none}));
+              (Texts{"Bay Works", none, "Bay Works", none, none, none, none, none, none, "Five Ltd"}))
+        << "the same number in both places is two customers";
     EXPECT_EQ(shown(printed, "Customer Phone")[0], "(902) 555-1234");
     EXPECT_EQ(shown(printed, "Customer Fax")[4], "(902) 555-9876x");
     EXPECT_EQ(shown(printed, "Customer Fax")[0], "") << "a field of the accounting system is never null";
@@ -442,7 +447,7 @@ TEST_P(QuoteLists, OverviewShipsOnTheDayOfEntryWhereNoOtherIsSet)
     quote(2, 2, "quDateShip = '2026-04-05'");
     quote(3, 2, "quDateShip = NULL, quDateEnter = NULL");
     const auto& printed = rows("overview");
-    EXPECT_EQ(shown(printed, "Shipping Date"), (Texts{"2026-03-01", "2026-04-05", "<null>"}));
+    ASSERT_EQ(shown(printed, "Shipping Date"), (Texts{"2026-03-01", "2026-04-05", "<null>"}));
     EXPECT_EQ(shown(printed[0], "Rate Date"), "<null>");
     EXPECT_EQ(printed[0].at("Exchange Rate"), Value(1.3F)) << "a single";
 }
