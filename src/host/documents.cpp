@@ -195,7 +195,9 @@ void Documents::report_outcome(ExitStatus status)
 
 ExitStatus Documents::mail()
 {
-    return host_.guard([&] { return mail_document(host_, options_.mail) ? ExitStatus::Delivered : ExitStatus::Told; });
+    return host_.guard([&] {
+        return mail_document(host_, options_.mail, state_.log.files()) ? ExitStatus::Delivered : ExitStatus::Told;
+    });
 }
 
 ExitStatus Documents::finish()

@@ -41,7 +41,7 @@ private:
     void watch_pipe();
     ExitStatus print(const std::function<Selection()>& select);
     void report_outcome(ExitStatus status);
-    /// Sends the document that was delivered just now.
+    /// Sends the document that was delivered just now, all its files in one mail.
     ExitStatus mail();
 
     Host& host_;

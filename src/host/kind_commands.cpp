@@ -126,6 +126,7 @@ void add_kind(CLI::App& program, CommandBody& chosen, const ReportKind& kind)
     }
     bind(*command, chosen, options, [&kind](Host& host, KindOptions& read) {
         if (kind.criteria.file) read.delivery.definition = read.criteria.file;
+        if (kind.splits && read.delivery.email) read.delivery.each = true;  // a mail takes every file along
         return print_kind(host, kind, read);
     });
 }

@@ -124,9 +124,10 @@ bool send_mail(Host& host, bool dry_run, const std::function<void(forms::frmEmai
     return transport.is_sent();
 }
 
-bool mail_document(Host& host, const MailOptions& options)
+bool mail_document(Host& host, const MailOptions& options, const std::vector<std::string>& files)
 {
     return send_mail(host, options.dry_run, [&](forms::frmEmail& form) {
+        if (!form.txtAttach.text().empty()) form.txtAttach.set_text(joined(files));
         if (!options.to.empty()) {
             form.tbxRecipName.set_text("");
             form.tbxRecipEmail.set_text(joined(options.to));

@@ -97,6 +97,23 @@ TEST_F(Email, ADocumentGoesToTheRecipientOfItsQuoteAsTheSettingsSay)
                       Not(Contains("told: anna@morvane.example")), Not(Contains(StartsWith("attachment: ")))));
 }
 
+TEST_F(Email, AllSlipsOfAnOrderGoAlongInOneMail)
+{
+    set("mail.example", "Attach=1\n");
+    const Ran sent =
+        run_here({"picking-slip", "--number", "Q-10052", "--no-mark", "--output", output(), "--email", "--dry-run"});
+    EXPECT_EQ(sent.status, 0) << sent.err;
+    const size_t recipient = sent.out.find("\r\nTo: ");
+    EXPECT_NE(recipient, std::string::npos);
+    EXPECT_EQ(recipient, sent.out.rfind("\r\nTo: ")) << "one mail";
+    EXPECT_THAT(sent.out, AllOf(HasSubstr("filename=\"Q-10052 - Picking Slip 1.pdf\""),
+                                HasSubstr("filename=\"Q-10052 - Picking Slip 2.pdf\"")));
+    const Ran one_file = run_here({"picking-slip", "--number", "Q-10052", "--no-mark", "--output",
+                                   scratch("slip.pdf").string(), "--email", "--dry-run"});
+    EXPECT_EQ(one_file.status, 2) << "the second would be written over the first";
+    EXPECT_FALSE(fs::exists(scratch("slip.pdf")));
+}
+
 TEST_F(Email, AFailureIsABoxAndTheFileStays)
 {
     const test::MailServer server(arrivals(), {"--refuse", "g.thibault@acieriesbeauharnois.example"});
