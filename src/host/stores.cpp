@@ -40,6 +40,15 @@ auto open_store(const char* what, const StorePlace& place, Open open)
     }
 }
 
+/// How long a statement waits, in milliseconds, while somebody writes into the file: many documents may be marked at
+/// once, and disks can be slow.
+int wait_for_a_lock(std::chrono::seconds timeout)
+{
+    constexpr std::chrono::seconds kLongest = std::chrono::hours(24);
+    return static_cast<int>(
+        std::chrono::milliseconds(timeout.count() == 0 ? kLongest : std::min(timeout, kLongest)).count());
+}
+
 }  // namespace
 
 StorePlace::StorePlace(const std::filesystem::path& folder, std::string connection, std::string key,
@@ -57,14 +66,15 @@ StorePlace::StorePlace(const std::filesystem::path& folder, std::string connecti
 std::unique_ptr<Connection> open_database(const StorePlace& place, std::chrono::seconds timeout)
 {
     return open_store("database", place, [&] {
-        return place.is_file() ? open_sqlite(place.file().string()) : open_odbc(place.server(), {timeout});
+        return place.is_file() ? open_sqlite(place.file().string(), {.busy_milliseconds = wait_for_a_lock(timeout)})
+                               : open_odbc(place.server(), {timeout});
     });
 }
 
 std::unique_ptr<AccountingSession> open_accounting(const StorePlace& place, std::chrono::seconds timeout)
 {
     return open_store("accounting store", place, [&] {
-        return place.is_file() ? open_accounting_store(place.file().string())
+        return place.is_file() ? open_accounting_store(place.file().string(), wait_for_a_lock(timeout))
                                : open_odbc_accounting(place.server(), {timeout});
     });
 }
