@@ -47,24 +47,25 @@ std::vector<size_t> workers_of(const std::vector<DocumentTask>& tasks, size_t co
 }
 
 /// What runs in a process of its own: a host over the same stores whose words go to the parent.
-void work(const Host& parent, const DocumentJobs& jobs, const std::vector<size_t>& own, int handle)
+void work(const Host& parent, const DocumentJobs& jobs, const std::vector<size_t>& own, FrameOutbox& outbox)
 {
-    FrameBuffer out_buffer(handle, Kind::Out), err_buffer(handle, Kind::Err);
+    FrameBuffer out_buffer(outbox, Kind::Out), err_buffer(outbox, Kind::Err);
     std::ostream out(&out_buffer), err(&err_buffer);
     const Surroundings& around = parent.around();
     const Surroundings inner{out, err, around.environment, around.program, false};
     CommonOptions options = parent.options();
     options.messages.clear();
     Host host(options, inner);
-    host.user().divert([&](const MessageBox& box) { write_frame(handle, Kind::Box, box_text(box)); });
-    auto pipe = jobs.pipe ? std::make_unique<PipeFile>([&](auto text) { write_frame(handle, Kind::Pipe, text); })
+    host.user().divert([&](const MessageBox& box) { outbox.put(Kind::Box, box_text(box)); });
+    auto pipe = jobs.pipe ? std::make_unique<PipeFile>([&](auto text) { outbox.put(Kind::Pipe, text); })
                           : std::unique_ptr<PipeFile>();
     SessionState& state = host.company();
     state.ports.marks_as_printed = jobs.marks;
     Documents documents(host, jobs.options, jobs.kind, jobs.tasks.size(), std::move(pipe));
     for (const size_t task : own) {
         const ExitStatus status = documents.deliver(jobs.tasks[task].label, [&] { return jobs.select(state, task); });
-        write_frame(handle, Kind::Done, std::to_string(static_cast<int>(status)));
+        outbox.put(Kind::Done, std::to_string(static_cast<int>(status)));
+        outbox.send();
     }
 }
 
@@ -103,12 +104,14 @@ private:
                                  int handle)
     {
         int status = 0;
+        FrameOutbox outbox(handle);
         try {
-            work(parent, jobs, own, handle);
+            work(parent, jobs, own, outbox);
         } catch (const HostError& error) {
             status = 1;
             try {
-                write_frame(handle, Kind::Box, box_text({error.title(), error.what(), Icon::Critical}));
+                outbox.put(Kind::Box, box_text({error.title(), error.what(), Icon::Critical}));
+                outbox.send();
             } catch (...) {  // nobody listens any more
             }
         } catch (...) {

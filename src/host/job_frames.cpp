@@ -37,13 +37,18 @@ bool read_all(int handle, char* bytes, size_t size)
 
 }  // namespace
 
-void write_frame(int handle, JobFrame::Kind kind, std::string_view text)
+void FrameOutbox::put(JobFrame::Kind kind, std::string_view text)
 {
     std::array<char, kHead> head{static_cast<char>(kind)};
     const auto size = static_cast<uint32_t>(text.size());
     std::memcpy(head.data() + 1, &size, sizeof size);
-    write_all(handle, head.data(), head.size());
-    write_all(handle, text.data(), text.size());
+    waiting_.append(head.data(), head.size()).append(text);
+}
+
+void FrameOutbox::send()
+{
+    write_all(handle_, waiting_.data(), waiting_.size());
+    waiting_.clear();
 }
 
 bool read_frame(int handle, JobFrame& frame)
@@ -67,7 +72,7 @@ FrameBuffer::int_type FrameBuffer::overflow(int_type character)
 
 std::streamsize FrameBuffer::xsputn(const char* text, std::streamsize size)
 {
-    write_frame(handle_, kind_, {text, static_cast<size_t>(size)});
+    outbox_.put(kind_, {text, static_cast<size_t>(size)});
     return size;
 }
 

@@ -15,8 +15,20 @@ struct JobFrame {
     std::string text;  ///< a box as icon, length of the title, title and text; of a document that is done its status
 };
 
-/// Writes a piece as a whole. @throws std::system_error when nobody reads any more
-void write_frame(int handle, JobFrame::Kind kind, std::string_view text);
+/// Keeps the pieces of a document until it is done. The reader may be busy with another process for long, and who
+/// waited for him in the midst of a document would hold what that other one waits for: a store that it reads.
+class FrameOutbox {
+public:
+    explicit FrameOutbox(int handle) : handle_(handle) {}
+
+    void put(JobFrame::Kind kind, std::string_view text);
+    /// Writes all that was put. @throws std::system_error when nobody reads any more
+    void send();
+
+private:
+    int handle_;
+    std::string waiting_;
+};
 
 /// Reads the next piece. False at the end, also in the middle of a piece.
 bool read_frame(int handle, JobFrame& frame);
@@ -24,14 +36,14 @@ bool read_frame(int handle, JobFrame& frame);
 /// A stream's buffer that goes out as pieces of one kind.
 class FrameBuffer final : public std::streambuf {
 public:
-    FrameBuffer(int handle, JobFrame::Kind kind) : handle_(handle), kind_(kind) {}
+    FrameBuffer(FrameOutbox& outbox, JobFrame::Kind kind) : outbox_(outbox), kind_(kind) {}
 
 protected:
     int_type overflow(int_type character) override;
     std::streamsize xsputn(const char* text, std::streamsize size) override;
 
 private:
-    int handle_;
+    FrameOutbox& outbox_;
     JobFrame::Kind kind_;
 };
 

@@ -132,6 +132,7 @@ TEST_F(ManyDocuments, OnSeveralProcessesAreTheSameAsOnOne)
         {"picking-slip", "--number", "Q-10052", "Q-10050", "Q-10052", "none", "Q-10049"},
         {"confirmation", "52", "50", "50", "48", "--no-mark"},
         {"checklist", "--all"},
+        {"picking-slip", "--all"},  // more than the processes' pipes hold, and each document marks
     };
     for (auto command : commands) {
         const std::string before = file_text(folder_ / "velora.db");
