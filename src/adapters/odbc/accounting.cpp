@@ -114,7 +114,7 @@ public:
     RelationShape shape(const std::string& id) override
     {
         return worded(*link_, [&] {
-            const auto statement = link_->pool().once({});
+            const auto statement = odbc::once(link_->pool(), {});
             statement->execute_directly("SELECT * FROM " + words_.relation(id) + " WHERE 1 = 0");
             RelationShape shape{statement->columns(), {}};
             for (size_t column = 0; column < shape.names->count(); ++column) {

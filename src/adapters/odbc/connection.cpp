@@ -95,8 +95,8 @@ private:
         shared_->make_room();
         const bool is_call = command.kind == Command::Kind::StoredProcedure;
         if (!is_call && command.parameters.empty()) {
-            const auto text = as_called(command.text, pool.session()->server());
-            auto statement = pool.once(text);
+            const auto text = as_called(command.text, pool.source()->server());
+            auto statement = odbc::once(pool, text);
             statement->execute_directly(text);
             return statement;
         }

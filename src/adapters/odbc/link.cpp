@@ -56,7 +56,7 @@ StatementPool& Link::pool()
 void Link::notice(const DriverError& error)
 {
     if (is_lost_ || !pool_) return;
-    is_lost_ = std::ranges::any_of(error.records(), tells_loss) || pool_->session()->is_dead();
+    is_lost_ = std::ranges::any_of(error.records(), tells_loss) || pool_->source()->is_dead();
 }
 
 void Link::begin(Session::Purpose purpose)
@@ -68,7 +68,7 @@ void Link::begin(Session::Purpose purpose)
 void Link::end() noexcept
 {
     in_transaction_ = false;
-    if (!is_lost_ && pool_) pool_->session()->roll_back();
+    if (!is_lost_ && pool_) pool_->source()->roll_back();
 }
 
 std::unique_ptr<Snapshot> begin_snapshot(std::shared_ptr<Link> link)

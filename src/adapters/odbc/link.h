@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "adapters/odbc/statement_pool.h"
+#include "adapters/odbc/statement.h"
 #include "platform/database.h"
 
 namespace velora::odbc {
@@ -17,7 +17,7 @@ public:
 
     /// @throws DriverError when the server cannot be reached again
     StatementPool& pool();
-    [[nodiscard]] Session& session() { return *pool().session(); }
+    [[nodiscard]] Session& session() { return *pool().source(); }
     [[nodiscard]] const std::string& connection_string() const { return connection_string_; }
     [[nodiscard]] const Session::Options& options() const { return options_; }
 

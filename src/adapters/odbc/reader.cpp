@@ -53,7 +53,7 @@ private:
         }
         auto& pool = link_->pool();
         shared_->make_room();
-        auto statement = pool.once(command.text);
+        auto statement = odbc::once(pool, command.text);
         guard_.execute(*statement, command.text);
         return statement;
     }

@@ -61,7 +61,7 @@ public:
     {
         const std::string sql = "SELECT COUNT(*) FROM " + stores::server_name(kind_, name);
         return reported(sql, [&] {
-            const auto statement = link_->pool().once(sql);
+            const auto statement = odbc::once(link_->pool(), sql);
             statement->execute_directly(sql);
             return statement->fetch() ? static_cast<int64_t>(to_number(statement->value(0))) : 0;
         });

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "adapters/odbc/session.h"
+#include "adapters/statement_pool/statement_pool.h"
 #include "platform/recordset.h"
 
 namespace velora::odbc {
@@ -76,5 +77,25 @@ private:
     bool reads_in_order_ = false;
     bool is_running_ = false;
 };
+
+struct Driver {
+    using Source = std::shared_ptr<Session>;
+    using Statement = odbc::Statement;
+    static constexpr size_t kMostIdle = 64;  // each holds memory on the server too
+    static std::unique_ptr<Statement> prepared(const Source& session, const std::string& text)
+    {
+        auto statement = std::make_unique<Statement>(session);
+        statement->prepare(text);
+        return statement;
+    }
+    static void end_run(Statement& statement) noexcept { statement.close(); }
+};
+using StatementPool = velora::StatementPool<Driver>;
+
+/// A statement that is run once, and prepared nowhere. @throws DriverError
+inline StatementPool::Loan once(const StatementPool& pool, const std::string& text)
+{
+    return {nullptr, text, std::make_unique<Statement>(pool.source())};
+}
 
 }  // namespace velora::odbc

@@ -11,9 +11,6 @@ namespace velora::sqlite {
 
 namespace {
 
-// Texts that carry their values are all different; beyond this many the idle ones are let go.
-constexpr size_t kMostIdle = 128;
-
 // Fixed point with four places in 64 bits; more than this does not fit and stays a plain number.
 constexpr double kMostMoney = 9.2e14;
 
@@ -166,45 +163,6 @@ void Statement::fail() const
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const noexcept
 {
     sqlite3_finalize(statement);
-}
-
-StatementPool::Loan StatementPool::lend(std::string text)
-{
-    const auto found = idle_.find(text);
-    if (found != idle_.end() && !found->second.empty()) {
-        auto statement = std::move(found->second.back());
-        found->second.pop_back();
-        --idle_count_;
-        return {shared_from_this(), std::move(text), std::move(statement)};
-    }
-    auto statement = std::make_unique<Statement>(database_, text);
-    return {shared_from_this(), std::move(text), std::move(statement)};
-}
-
-StatementPool::Loan& StatementPool::Loan::operator=(Loan&& other) noexcept
-{
-    if (this == &other) return *this;
-    give_back();
-    pool_ = std::move(other.pool_);
-    text_ = std::move(other.text_);
-    statement_ = std::move(other.statement_);
-    return *this;
-}
-
-void StatementPool::Loan::give_back() noexcept
-{
-    if (!statement_) return;
-    statement_->reset();
-    try {
-        if (pool_->idle_count_ >= kMostIdle) {
-            pool_->idle_.clear();
-            pool_->idle_count_ = 0;
-        }
-        pool_->idle_[text_].push_back(std::move(statement_));
-        ++pool_->idle_count_;
-    } catch (const std::bad_alloc&) {
-        statement_.reset();  // not kept for the next time, which costs no more than preparing it again
-    }
 }
 
 }  // namespace velora::sqlite

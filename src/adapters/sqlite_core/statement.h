@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "adapters/sqlite_core/database.h"
+#include "adapters/statement_pool/statement_pool.h"
 #include "platform/recordset.h"
 
 struct sqlite3_stmt;
@@ -50,41 +50,16 @@ private:
     mutable std::shared_ptr<const ColumnNames> columns_;
 };
 
-/// The prepared statements of a database by their text. A statement is lent to one user at a time and comes back when
-/// the loan ends; the pool lives until the last loan has ended.
-class StatementPool : public std::enable_shared_from_this<StatementPool> {
-public:
-    class Loan {
-    public:
-        Loan(std::shared_ptr<StatementPool> pool, std::string text, std::unique_ptr<Statement> statement)
-            : pool_(std::move(pool)), text_(std::move(text)), statement_(std::move(statement))
-        {
-        }
-        Loan(Loan&&) noexcept = default;
-        Loan& operator=(Loan&& other) noexcept;
-        ~Loan() { give_back(); }
-
-        Statement* operator->() const { return statement_.get(); }
-        [[nodiscard]] const std::string& text() const { return text_; }
-
-    private:
-        void give_back() noexcept;
-
-        std::shared_ptr<StatementPool> pool_;
-        std::string text_;
-        std::unique_ptr<Statement> statement_;
-    };
-
-    explicit StatementPool(Database database) : database_(std::move(database)) {}
-
-    /// @throws DriverError when the text cannot be prepared
-    Loan lend(std::string text);
-    [[nodiscard]] const Database& database() const { return database_; }
-
-private:
-    Database database_;  // outlives the statements
-    std::unordered_map<std::string, std::vector<std::unique_ptr<Statement>>> idle_;
-    size_t idle_count_ = 0;
+struct Driver {
+    using Source = Database;
+    using Statement = sqlite::Statement;
+    static constexpr size_t kMostIdle = 128;
+    static std::unique_ptr<Statement> prepared(const Database& database, const std::string& text)
+    {
+        return std::make_unique<Statement>(database, text);
+    }
+    static void end_run(Statement& statement) noexcept { statement.reset(); }
 };
+using StatementPool = velora::StatementPool<Driver>;
 
 }  // namespace velora::sqlite
