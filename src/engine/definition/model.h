@@ -205,8 +205,10 @@ struct ChartSeries {
     ExpressionText label;
 };
 
+enum class LegendPosition : uint8_t { Bottom, Top, Left, Right };
+
 struct Chart {
-    /// The name of the form as written: pie, pie3D, bar, bar3D, stackedBar, stackedBar3D, line, area, stackedArea, …
+    /// The name of the form as written, drawn or not: pie, pie3D, bar, stackedBar, line, area, stackedArea, gantt, …
     std::string type;
     ExpressionText title;
     ExpressionText subtitle;
@@ -216,8 +218,7 @@ struct Chart {
     FontAttributes title_font;
     FontAttributes subtitle_font;
     FontAttributes legend_font;
-    std::string title_position = "Top";
-    std::string legend_position = "Bottom";
+    LegendPosition legend_position = LegendPosition::Bottom;
     std::optional<bool> show_legend;
     bool show_labels = false;  ///< of the plot
     bool show_values = false;  ///< item labels
@@ -280,18 +281,20 @@ struct TableColumn {
 
 struct TableComponent {
     DatasetRun run;
-    std::string when_no_data = "Blank";
+    bool heads_without_rows = false;  ///< of no rows, all but the detail is printed
     std::vector<TableColumn> columns;
 };
 
+enum class ErrorCorrection : uint8_t { L, M, Q, H };
+
 struct Barcode {
-    std::string type;  ///< Code128, EAN13, EAN8, QRCode, …
+    std::string type;  ///< the name as written, drawn or not: Code128, EAN13, EAN8, QRCode, …
     ExpressionText code;
     EvaluationTime evaluation = EvaluationTime::Now;
     std::string evaluation_group;
     bool show_text = true;
     double module_width = 0;  ///< points, 0 for the default
-    std::string error_correction = "L";
+    ErrorCorrection error_correction = ErrorCorrection::L;
 };
 
 /// A kind of element that the engine does not draw; its box is kept and stays empty.
@@ -356,6 +359,9 @@ struct Group {
     Position place;
 };
 
+/// What stands for a text that the resource bundle lacks.
+enum class MissingResource : uint8_t { Null, Empty, Key };
+
 /// Query, fields and variables of the report itself or of a sub-dataset.
 struct Dataset {
     std::string name;
@@ -367,7 +373,7 @@ struct Dataset {
     std::vector<Group> groups;  ///< of a sub-dataset without bands
     ExpressionText filter;
     std::string resource_bundle;
-    std::string when_resource_missing = "Null";  ///< Null, Empty, Key, Error
+    MissingResource when_resource_missing = MissingResource::Null;
     Properties properties;
     Position place;
 };

@@ -29,16 +29,26 @@ void warn_axis_font(Chart&, Tag& child)
     child.warn("axes are written in the font of the legend");
 }
 
+void keep_title_on_top(Chart&, const Attribute& attribute)
+{
+    if (attribute.text() != "Top") attribute.warn("titles stand on top");
+}
+
+constexpr auto kLegendPositions = std::to_array<Choice<LegendPosition>>({{"Bottom", LegendPosition::Bottom},
+                                                                         {"Top", LegendPosition::Top},
+                                                                         {"Left", LegendPosition::Left},
+                                                                         {"Right", LegendPosition::Right}});
+
 // clang-format off
 constexpr auto kChartRules = std::to_array<AttributeRule<Chart>>({
     {"chartType",             set_nothing<Chart>},
     {"showLegend",            set_flag<&Chart::show_legend>},
     {"evaluationTime",        set_choice<&Chart::evaluation, kEvaluationTimes>},
     {"evaluationGroup",       set_text<&Chart::evaluation_group>},
-    {"titlePosition",         set_text<&Chart::title_position>},
+    {"titlePosition",         keep_title_on_top},
     {"titleColor",            set_color<&Chart::title_color>},
     {"subtitleColor",         set_color<&Chart::subtitle_color>},
-    {"legendPosition",        set_text<&Chart::legend_position>},
+    {"legendPosition",        set_choice<&Chart::legend_position, kLegendPositions>},
     {"legendColor",           set_color<&Chart::legend_color>},
     {"legendBackgroundColor", set_nothing<Chart>},
     {"customizerClass",       [](Chart&, const Attribute& a) { a.warn("chart customizers are not run"); }},
@@ -47,14 +57,14 @@ constexpr auto kChartRules = std::to_array<AttributeRule<Chart>>({
 });
 
 constexpr auto kTitleRules = std::to_array<AttributeRule<Chart>>({
-    {"position", set_text<&Chart::title_position>},
+    {"position", keep_title_on_top},
     {"color",    set_color<&Chart::title_color>},
 });
 constexpr auto kSubtitleRules = std::to_array<AttributeRule<Chart>>({
     {"color", set_color<&Chart::subtitle_color>},
 });
 constexpr auto kLegendRules = std::to_array<AttributeRule<Chart>>({
-    {"position",        set_text<&Chart::legend_position>},
+    {"position",        set_choice<&Chart::legend_position, kLegendPositions>},
     {"textColor",       set_color<&Chart::legend_color>},
     {"color",           set_color<&Chart::legend_color>},
     {"backgroundColor", set_nothing<Chart>},

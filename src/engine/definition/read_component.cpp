@@ -28,6 +28,10 @@ void set_orientation(Barcode&, const Attribute& attribute)
     if (attribute.text() != "up" && attribute.text() != "0") attribute.warn("barcodes are drawn upright");
 }
 
+constexpr auto kCorrections = std::to_array<Choice<ErrorCorrection>>(
+    {{"L", ErrorCorrection::L}, {"M", ErrorCorrection::M}, {"Q", ErrorCorrection::Q}, {"H", ErrorCorrection::H}});
+constexpr auto kNoRows = std::to_array<Choice<bool>>({{"Blank", false}, {"AllSectionsNoDetail", true}});
+
 // clang-format off
 constexpr auto kBarcodeRules = std::to_array<AttributeRule<Barcode>>({
     {"kind",                 set_nothing<Barcode>},
@@ -38,7 +42,7 @@ constexpr auto kBarcodeRules = std::to_array<AttributeRule<Barcode>>({
     {"drawText",             set_flag<&Barcode::show_text>},
     {"moduleWidth",          set_module_width},
     {"barWidth",             set_module_width},
-    {"errorCorrectionLevel", set_text<&Barcode::error_correction>},
+    {"errorCorrectionLevel", set_choice<&Barcode::error_correction, kCorrections>},
     {"margin",               set_nothing<Barcode>},
     {"orientation",          set_orientation},
     {"quietZone",            set_nothing<Barcode>},
@@ -61,7 +65,7 @@ constexpr auto kContentRules = std::to_array<AttributeRule<ListComponent>>({
 
 constexpr auto kTableRules = std::to_array<AttributeRule<TableComponent>>({
     {"kind",           set_nothing<TableComponent>},
-    {"whenNoDataType", set_text<&TableComponent::when_no_data>},
+    {"whenNoDataType", set_choice<&TableComponent::heads_without_rows, kNoRows>},
 });
 constexpr auto kColumnRules = std::to_array<AttributeRule<TableColumn>>({
     {"kind",  set_nothing<TableColumn>},

@@ -160,7 +160,7 @@ model::Definition table_definition(const model::Definition& around, const model:
     if (auto detail = row_of(table, &TableColumn::detail, false, element)) definition.details.push_back(*detail);
     definition.column_footer = row_of(table, &TableColumn::column_footer, true, element);
     definition.summary = row_of(table, &TableColumn::table_footer, true, element);
-    if (table.when_no_data == "AllSectionsNoDetail") definition.when_no_data = model::WhenNoData::AllSectionsNoDetail;
+    if (table.heads_without_rows) definition.when_no_data = model::WhenNoData::AllSectionsNoDetail;
     return definition;
 }
 

@@ -144,8 +144,8 @@ TEST(Attributes, ChartsOfEveryKindInBothForms)
                                           "position='Right'/></chart><categoryDataset/></" + kind + "Chart>");
         EXPECT_EQ(body_of<Chart>(current).type, kind);
         EXPECT_EQ(body_of<Chart>(classic).type, kind);
-        EXPECT_EQ(body_of<Chart>(current).legend_position, "Right");
-        EXPECT_EQ(body_of<Chart>(classic).legend_position, "Right");
+        EXPECT_EQ(body_of<Chart>(current).legend_position, LegendPosition::Right);
+        EXPECT_EQ(body_of<Chart>(classic).legend_position, LegendPosition::Right);
     }
 }
 

@@ -170,7 +170,7 @@ TEST(Report, DatasetsBringTheirOwnParts)
     EXPECT_TRUE(data.sort_fields.at(0).descending);
     EXPECT_EQ(data.groups.at(0).expression.text, "$F{k}");
     EXPECT_EQ(data.filter.text, "$F{k} != null");
-    EXPECT_EQ(data.when_resource_missing, "Key");
+    EXPECT_EQ(data.when_resource_missing, MissingResource::Key);
     EXPECT_EQ(property_value(data.properties, "velora.connection"), "x");
 }
 

@@ -4,8 +4,21 @@ namespace velora::engine {
 
 namespace {
 
-constexpr std::pair<std::string_view, QrLevel> kLevels[] = {
-    {"L", QrLevel::L}, {"M", QrLevel::M}, {"Q", QrLevel::Q}, {"H", QrLevel::H}};
+QrLevel level_of(model::ErrorCorrection correction)
+{
+    using model::ErrorCorrection;
+    switch (correction) {
+        case ErrorCorrection::M:
+            return QrLevel::M;
+        case ErrorCorrection::Q:
+            return QrLevel::Q;
+        case ErrorCorrection::H:
+            return QrLevel::H;
+        case ErrorCorrection::L:
+            break;
+    }
+    return QrLevel::L;
+}
 
 }  // namespace
 
@@ -40,9 +53,7 @@ std::shared_ptr<const Drawing> BarcodePart::drawn(const Place& place)
     request.code = code_;
     request.show_text = barcode.show_text;
     request.module_width = static_cast<float>(barcode.module_width);
-    for (const auto& [name, level] : kLevels) {
-        if (name == barcode.error_correction) request.level = level;
-    }
+    request.level = level_of(barcode.error_correction);
     request.font = dress_->style->font;
     request.fore = dress_->style->fore;
     const auto width = static_cast<float>(place.width);

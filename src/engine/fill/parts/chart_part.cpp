@@ -12,9 +12,9 @@ using ReportPart = model::Moment;
 namespace {
 
 // clang-format off
-constexpr std::pair<std::string_view, LegendPosition> kLegends[] = {
-    {"Bottom", LegendPosition::Bottom}, {"Top", LegendPosition::Top},
-    {"Left", LegendPosition::Left}, {"Right", LegendPosition::Right},
+constexpr std::pair<model::LegendPosition, LegendPosition> kLegends[] = {
+    {model::LegendPosition::Bottom, LegendPosition::Bottom}, {model::LegendPosition::Top, LegendPosition::Top},
+    {model::LegendPosition::Left, LegendPosition::Left}, {model::LegendPosition::Right, LegendPosition::Right},
 };
 // clang-format on
 
@@ -98,8 +98,8 @@ void ChartFeed::describe(ChartData& data, const Environment& environment, const 
     data.value_axis = text(plan_.value_axis);
     data.horizontal = chart.horizontal;
     data.legend = chart.show_legend.value_or(true);
-    for (const auto& [name, position] : kLegends) {
-        if (name == chart.legend_position) data.legend_position = position;
+    for (const auto& [written, position] : kLegends) {
+        if (written == chart.legend_position) data.legend_position = position;
     }
     data.value_labels = chart.show_values || chart.show_labels;
     if (!chart.label_format.empty()) data.slice_label = chart.label_format;

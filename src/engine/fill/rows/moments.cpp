@@ -5,8 +5,14 @@ namespace velora::engine {
 std::optional<std::string> MomentEnvironment::resource(std::string_view key) const
 {
     if (const auto found = shared_.resources.find(key); found != shared_.resources.end()) return found->second;
-    if (shared_.when_resource_missing == "Key") return std::string(key);
-    if (shared_.when_resource_missing == "Empty") return std::string();
+    switch (shared_.when_resource_missing) {
+        case model::MissingResource::Key:
+            return std::string(key);
+        case model::MissingResource::Empty:
+            return std::string();
+        case model::MissingResource::Null:
+            break;
+    }
     return std::nullopt;
 }
 

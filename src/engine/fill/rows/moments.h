@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/definition/model.h"
 #include "engine/expression/environment.h"
 
 namespace velora::engine {
@@ -23,7 +24,7 @@ public:
         std::vector<Value> parameters;
         Surroundings surroundings;
         Resources resources;
-        std::string when_resource_missing = "Null";
+        model::MissingResource when_resource_missing = model::MissingResource::Null;
     };
 
     MomentEnvironment(const std::vector<Value>& fields, const std::vector<Value>& variables, const Shared& shared)
