@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "session/error_messengers.h"
+#include "values/characters.h"
 #include "values/fault.h"
 #include "values/text.h"
 
@@ -16,16 +17,6 @@ Region& region(SessionState& state)
 {
     if (state.ports.region == nullptr) throw fault::object_not_set("region");
     return *state.ports.region;
-}
-
-bool is_letter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-bool is_letter_or_digit(char c)
-{
-    return is_letter(c) || (c >= '0' && c <= '9');
 }
 
 /// What may stand inside a name: [\w\.-] of ASCII.

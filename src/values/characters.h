@@ -15,4 +15,14 @@ constexpr bool is_blank(char c)
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
+constexpr bool is_letter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+constexpr bool is_letter_or_digit(char c)
+{
+    return is_letter(c) || is_digit(c);
+}
+
 }  // namespace velora

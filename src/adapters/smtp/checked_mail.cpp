@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "values/characters.h"
 #include "values/text.h"
 
 namespace velora::smtp {
@@ -38,11 +39,6 @@ constexpr Box kLineBoxes[] = {
     {"Subject", &MailProperties::Subject},
     {"Attachement", &MailProperties::Attachment},
 };
-
-bool is_letter_or_digit(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
 
 bool each_is(std::string_view text, std::string_view marks)
 {

@@ -2,7 +2,7 @@
 
 #include <sqlite3.h>
 
-#include <array>
+#include <chrono>
 
 #include "values/text.h"
 
@@ -99,11 +99,14 @@ bool read_time(Reader& reader, int64_t& microseconds)
     return true;
 }
 
-int days_in_month(int year, int month)
+/// A day that the calendar has.
+bool is_valid(const Day& day)
 {
-    constexpr std::array kDays{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool is_leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-    return kDays[static_cast<size_t>(month - 1)] + (month == 2 && is_leap ? 1 : 0);
+    if (day.month < 1 || day.day < 1 || day.day > 31) return false;  // beyond a byte the calendar sees another day
+    return std::chrono::year_month_day{std::chrono::year(day.year),
+                                       std::chrono::month(static_cast<unsigned>(day.month)),
+                                       std::chrono::day(static_cast<unsigned>(day.day))}
+        .ok();
 }
 
 int compare_bytes(std::string_view left, std::string_view right)
@@ -130,10 +133,7 @@ std::optional<int64_t> date_key(std::string_view text, DateOrder order)
 {
     Reader reader(trimmed(text));
     Day day;
-    if (!read_day(reader, order, day)) return std::nullopt;
-    if (day.month < 1 || day.month > 12 || day.day < 1 || day.day > days_in_month(day.year, day.month)) {
-        return std::nullopt;
-    }
+    if (!read_day(reader, order, day) || !is_valid(day)) return std::nullopt;
     int64_t time = 0;
     if (!reader.done()) {
         if (!reader.take('T') && !reader.take(' ')) return std::nullopt;

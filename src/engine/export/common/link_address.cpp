@@ -1,17 +1,10 @@
 #include "engine/export/common/link_address.h"
 
+#include "values/characters.h"
 #include "values/hex.h"
 #include "values/text.h"
 
 namespace velora::engine {
-namespace {
-
-constexpr bool is_letter_or_digit(char c)
-{
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-}  // namespace
 
 std::string_view safe_address(std::string_view address)
 {
