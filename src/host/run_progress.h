@@ -19,7 +19,14 @@ public:
         show(0, 1);
     }
     /// Of the document in hand. @param total  0 while nobody knows it
-    void rows(size_t done, size_t total) { total == 0 ? bar_.count(done) : show(done, total); }
+    void rows(size_t done, size_t total)
+    {
+        if (total == 0) {
+            bar_.count(done);
+        } else {
+            show(done, total);
+        }
+    }
     /// Takes the line away, so that something else can be written.
     void clear() { bar_.clear(); }
 

@@ -1,5 +1,7 @@
 #include "reports/print_totals.h"
 
+#include <algorithm>
+
 #include "gateway/quote_record.h"
 #include "pricing/charges.h"
 #include "pricing/taxes.h"
@@ -12,8 +14,8 @@ namespace {
 using test::Line;
 using test::QuoteCompany;
 
-/// Totals of quote 1, with the tax amounts left in the slots.
-TaxSlots totals_of(QuoteCompany& company)
+/// Totals of quote 1, with the tax amounts left in the slots, of which as many count as are used or are asked for.
+TaxSlots totals_of(QuoteCompany& company, int16_t asked = 5)
 {
     company.load();
     auto& state = company.state();
@@ -23,7 +25,7 @@ TaxSlots totals_of(QuoteCompany& company)
     Get_DetailPrRecordset(state, 1);
     Get_MiscChargeInfo(state, state.gMiscCharges, 1, state.gQuote.quCurCode);
     Get_TaxAuthorities(state, state.gQuote.quTaxGroup, slots, count);
-    Calculate_PrintTotals(state, 1, count, slots);
+    Calculate_PrintTotals(state, 1, std::min(count, asked), slots);
     return slots;
 }
 
@@ -49,6 +51,33 @@ TEST(PrintTotals, AddUpTheWayTheDocumentShowsThem)
         EXPECT_EQ(state.gPrWeight, 7.5);
         EXPECT_TRUE(company.boxes().empty());
     }
+}
+
+TEST(PrintTotals, OfCommentsAndAChargeAreThoseOfTheCharge)
+{
+    QuoteCompany company;
+    company.add({.number = 1, .quantity = "99", .detail_kind = 10}).charge(1, "20");
+    const auto slots = totals_of(company);
+    const auto& state = company.state();
+    EXPECT_EQ(state.gPrSubTotal, 20);
+    EXPECT_EQ(state.gPrDiscount, 0);
+    EXPECT_EQ(slots[0].Amount, 1.0F);
+    EXPECT_EQ(slots[1].Amount, 1.4F);
+    EXPECT_EQ(state.gPrTotal, 22.4);
+    EXPECT_EQ(state.gPrCost, 0);
+    EXPECT_EQ(state.gPrMargin, "100.00 %");
+    EXPECT_TRUE(company.boxes().empty());
+}
+
+TEST(PrintTotals, LeaveOutTheTaxesBeyondTheirNumber)
+{
+    QuoteCompany company;
+    company.add({.quantity = "5", .included = {"'0'", "'1'"}});
+    const auto slots = totals_of(company, 1);
+    EXPECT_EQ(slots[0].Amount, 2.5F);
+    EXPECT_EQ(slots[1].Amount, 0) << "nor is one taken out of the price";
+    EXPECT_EQ(company.state().gPrTaxTotal, 2.5);
+    EXPECT_EQ(company.state().gPrTotal, 52.5);
 }
 
 TEST(PrintTotals, RoundAtFixedPoints)
