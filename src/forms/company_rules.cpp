@@ -1,6 +1,6 @@
 #include "forms/company_rules.h"
 
-#include "session/lists.h"
+#include "session/company.h"
 
 namespace velora::forms {
 

@@ -6,6 +6,7 @@
 #include "forms/button_style.h"
 #include "forms/company_rules.h"
 #include "forms/form_desk.h"
+#include "session/company.h"
 #include "session/error_messengers.h"
 #include "session/lists.h"
 #include "session/value_helpers.h"

@@ -6,8 +6,8 @@
 #include "forms/frm_report.h"
 #include "forms/order_kinds.h"
 #include "reports/report_lists.h"
+#include "session/company.h"
 #include "session/error_messengers.h"
-#include "session/lists.h"
 #include "session/query.h"
 #include "session/value_helpers.h"
 

@@ -6,7 +6,7 @@
 #include "host/explain.h"
 #include "host/mailing.h"
 #include "service/print_report.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "values/fault.h"
 #include "values/text.h"
 

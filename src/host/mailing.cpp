@@ -10,7 +10,7 @@
 #include "forms/frm_email.h"
 #include "host/adapters.h"
 #include "host/host_error.h"
-#include "session/lists.h"
+#include "session/company.h"
 
 namespace velora {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "session/lists.h"
+#include "session/company.h"
 #include "values/text.h"
 
 namespace velora {

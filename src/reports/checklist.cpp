@@ -8,7 +8,7 @@
 #include "reports/document_parameters.h"
 #include "reports/pipe_writer.h"
 #include "reports/run_frame.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "session/query.h"
 #include "session/value_helpers.h"
 

@@ -3,8 +3,8 @@
 #include "gateway/quote_record.h"
 #include "reports/document_parameters.h"
 #include "reports/document_rows.h"
+#include "session/company.h"
 #include "session/error_messengers.h"
-#include "session/lists.h"
 
 namespace velora {
 

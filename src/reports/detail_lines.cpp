@@ -9,8 +9,8 @@
 #include "pricing/taxes.h"
 #include "pricing/units.h"
 #include "reports/statement.h"
+#include "session/company.h"
 #include "session/error_messengers.h"
-#include "session/lists.h"
 #include "session/query.h"
 #include "values/text.h"
 

@@ -7,7 +7,7 @@
 #include "pricing/base_price.h"
 #include "pricing/units.h"
 #include "reports/line_kinds.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "session/settings.h"
 #include "values/number_text.h"
 #include "values/text.h"

@@ -13,8 +13,8 @@
 #include "reports/quote_document.h"
 #include "reports/run_frame.h"
 #include "reports/slip_split.h"
+#include "session/company.h"
 #include "session/error_messengers.h"
-#include "session/lists.h"
 #include "session/value_helpers.h"
 
 namespace velora {

@@ -1,5 +1,6 @@
 #include "reports/preparation.h"
 
+#include "session/company.h"
 #include "session/lists.h"
 
 namespace velora {

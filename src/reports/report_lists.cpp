@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <limits>
 
+#include "session/company.h"
 #include "session/error_messengers.h"
-#include "session/lists.h"
 #include "session/settings.h"
 #include "values/number_text.h"
 #include "values/text.h"

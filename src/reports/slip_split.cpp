@@ -4,7 +4,7 @@
 
 #include "gateway/database_lookups.h"
 #include "reports/line_kinds.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "session/value_helpers.h"
 
 namespace velora {

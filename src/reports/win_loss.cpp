@@ -3,7 +3,7 @@
 #include "gateway/database_lookups.h"
 #include "reports/closed_quote.h"
 #include "reports/list_report.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "session/query.h"
 
 namespace velora {

@@ -7,8 +7,8 @@
 #include "reports/preparation.h"
 #include "reports/quote_expiration.h"
 #include "reports/quote_report.h"
+#include "session/company.h"
 #include "session/error_messengers.h"
-#include "session/lists.h"
 
 namespace velora {
 

@@ -8,14 +8,13 @@
 
 namespace velora {
 
-// The lookup lists and the company's defaults. Each loader replaces the old object, so that a change of the table
-// shows at the next call of an entry point.
+// The lookup lists. Each loader replaces the old object, so that a change of the table shows at the next call of an
+// entry point.
 
 void Get_QuoteStatus(SessionState& state, bool pAll);
 void Get_QuoteType(SessionState& state, bool pAll);
 void Get_QuoteConfid(SessionState& state, bool pAll);
 void Get_Reasons(SessionState& state, bool pAll);
-void Get_Defaults(SessionState& state);
 
 /// List kinds of the two helpers below: 0 status, 1 reason, 2 type, 3 confidence.
 inline constexpr int16_t kListStatus = 0;
@@ -30,17 +29,5 @@ void Load_Options(SessionState& state, const std::shared_ptr<Recordset>& list, i
 /// The display text of a key: the name, or the code where the name is blank; of a reason always the code.
 /// The list stays on the row that was found, at its end where none was.
 std::string Return_ListValue(SessionState& state, const std::shared_ptr<Recordset>& list, int16_t pID, int16_t pKind);
-
-/// Fills the versions that are still blank; once filled they stay for the life of the process.
-void Get_ModuleVersions(SessionState& state);
-
-/// The version of an active accounting module, blank when there is none of that id.
-std::string AP_ModuleVersion(SessionState& state, std::string_view module);
-
-/// A column of the company's defaults. @throws Fault when the row or the column is not there
-const Value& company_default(SessionState& state, std::string_view column);
-
-/// The trimmed id of the company of the session.
-std::string company_id(SessionState& state);
 
 }  // namespace velora

@@ -3,7 +3,7 @@
 #include "pricing/contract_price.h"
 #include "pricing/price_row.h"
 #include "pricing/units.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "support/test_company.h"
 
 namespace velora {

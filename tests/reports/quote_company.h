@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "reports/quote_report.h"
+#include "session/company.h"
 #include "session/lists.h"
 #include "support/test_company.h"
 

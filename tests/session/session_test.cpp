@@ -1,3 +1,4 @@
+#include "session/company.h"
 #include "session/lists.h"
 #include "session/settings.h"
 #include "session/value_helpers.h"

@@ -7,7 +7,7 @@
 #include "host/library/resources.h"
 #include "host/options.h"
 #include "host/pipe_file.h"
-#include "session/lists.h"
+#include "session/company.h"
 #include "values/fault.h"
 
 namespace velora {

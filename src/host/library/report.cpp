@@ -2,7 +2,6 @@
 
 #include "host/library/handle.h"
 #include "host/quote_choice.h"
-#include "session/lists.h"
 #include "values/fault.h"
 
 using velora::Handle;
