@@ -124,7 +124,10 @@ VELORA_API const char* velora_version(void);
  */
 VELORA_API velora_status velora_open(const velora_options* options, velora_report** report);
 
-/* Closes the stores and frees the handle, which must not be in use. Null is nothing. */
+/*
+ * Closes the stores and frees the handle. Null is nothing; a handle in use, such as from within a callback, stays open,
+ * and velora_last_error(NULL) says so. Nothing may be called on a handle that was closed.
+ */
 VELORA_API void velora_close(velora_report* report);
 
 /*
@@ -137,10 +140,17 @@ VELORA_API const char* velora_last_error(const velora_report* report);
 VELORA_API int32_t velora_last_fault(const velora_report* report);
 
 /*
- * Where the documents that are exported go from now on. `format` is "pdf", "html", "xls", "doc", "rtf", "txt", "xml" or
- * null for that of the settings; `target` is a file, a folder that is there, or null for that of the settings.
+ * Where the documents that are exported go from now on. `format` is "pdf", "html", "xls", "doc", "rtf", "txt", "xml",
+ * "xlsx", "docx", "csv", or null for what the ending of the file says, else the settings; `target` is a file, a folder
+ * that is there, or null for that of the settings.
  */
 VELORA_API velora_status velora_set_export(velora_report* report, const char* format, const char* target);
+
+/*
+ * On which printer the documents go from now on that are neither exported nor previewed: the first whose name holds the
+ * text. Null or empty takes that of the settings, else the one that the machine uses by default.
+ */
+VELORA_API velora_status velora_set_printer(velora_report* report, const char* name);
 
 /* The dialect that the handle's company speaks, for the argument `engine` of the operations; 0 for null. */
 VELORA_API int32_t velora_engine(velora_report* report);

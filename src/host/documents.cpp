@@ -15,18 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string format_number(ExportFormat format)
-{
-    const auto found = std::ranges::find(kExportFormats, format, &ExportFormatRecord::format);
-    const auto number = static_cast<size_t>(found - kExportFormats.begin());
-    return number < kOfferedFormats ? std::to_string(number) : std::string(found->name);
-}
-
-bool is_format_number(std::string_view text)
-{
-    return format_of_setting(text) != nullptr;
-}
-
 void require_folder(const fs::path& folder)
 {
     if (fs::is_directory(folder)) return;
@@ -78,8 +66,8 @@ void Documents::place_output()
         return settings.get("Morvane\\Velora", state_.gReportSection, key, otherwise);
     };
     const auto wanted = wanted_format(options_);
-    if (wanted || !is_format_number(of_settings("Format", ""))) {
-        settings.lay_over("Format", format_number(wanted.value_or(ExportFormat::Pdf)));
+    if (wanted || format_of_setting(of_settings("Format", "")) == nullptr) {
+        settings.lay_over("Format", format_setting(wanted.value_or(ExportFormat::Pdf)));
     }
     if (options_.output.empty()) {
         const std::string usual = (fs::path(state_.ports.application_folder) / "Export").string();

@@ -13,6 +13,7 @@ public:
     explicit LayeredSettings(SettingsStore& below) : below_(below) {}
 
     void lay_over(const std::string& key, const std::string& value) { over_[key] = value; }
+    void uncover(const std::string& key) { over_.erase(key); }
     void clear() { over_.clear(); }
     [[nodiscard]] const SettingsStore& below() const { return below_; }
 

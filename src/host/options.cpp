@@ -1,6 +1,7 @@
 #include "host/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "host/host_error.h"
 #include "values/text.h"
@@ -15,15 +16,6 @@ std::string format_names()
     std::string names;
     for (const auto& record : kExportFormats) names.append(names.empty() ? "" : ", ").append(record.name);
     return names;
-}
-
-/// By name or extension: "html" and "htm" are one format.
-std::optional<ExportFormat> format_named(std::string_view name)
-{
-    for (const auto& record : kExportFormats) {
-        if (same_name(record.name, name) || same_name(record.extension.substr(1), name)) return record.format;
-    }
-    return std::nullopt;
 }
 
 /// Reads the text of an option into a date.
@@ -153,6 +145,21 @@ void add_pipe_option(CLI::App& command, DeliveryOptions& options)
         .add_option("--pipe", options.pipe,
                     "Write the finished data as JSON, an object for each document, to FILE or - for standard output")
         ->type_name("FILE");
+}
+
+std::optional<ExportFormat> format_named(std::string_view name)
+{
+    for (const auto& record : kExportFormats) {
+        if (same_name(record.name, name) || same_name(record.extension.substr(1), name)) return record.format;
+    }
+    return std::nullopt;
+}
+
+std::string format_setting(ExportFormat format)
+{
+    const auto found = std::ranges::find(kExportFormats, format, &ExportFormatRecord::format);
+    const auto number = static_cast<size_t>(found - kExportFormats.begin());
+    return number < kOfferedFormats ? std::to_string(number) : std::string(found->name);
 }
 
 std::optional<ExportFormat> wanted_format(const DeliveryOptions& options)

@@ -63,6 +63,10 @@ void add_delivery_options(CLI::App& command, DeliveryOptions& options);
 void add_definition_option(CLI::App& command, DeliveryOptions& options);
 /// `--export` and `--output` alone.
 void add_export_options(CLI::App& command, DeliveryOptions& options);
+/// By name or extension: "html" and "htm" are one format.
+std::optional<ExportFormat> format_named(std::string_view name);
+/// As the setting "Format" holds it.
+std::string format_setting(ExportFormat format);
 /// The format that `--export` or the ending of `--output` asks for; none where neither does.
 /// @throws UsageError for a file whose ending is that of no format
 std::optional<ExportFormat> wanted_format(const DeliveryOptions& options);

@@ -54,6 +54,7 @@ _FUNCTIONS = [
     ("velora_last_error", _TEXT, [_HANDLE]),
     ("velora_last_fault", _INT, [_HANDLE]),
     ("velora_set_export", _INT, [_HANDLE, _TEXT, _TEXT]),
+    ("velora_set_printer", _INT, [_HANDLE, _TEXT]),
     ("velora_engine", _INT, [_HANDLE]),
     ("velora_multi_curr", _INT, [_HANDLE]),
     ("velora_exported_file", _TEXT, [_HANDLE]),

@@ -213,6 +213,10 @@ class Report:
         self._check(self._library.velora_find_quote(self._handle, number.encode(), ctypes.byref(found)))
         return found.value
 
+    def set_printer(self, name: Optional[str]) -> None:
+        """Prints on the first printer whose name holds the text, where a document is neither exported nor previewed."""
+        self._check(self._library.velora_set_printer(self._handle, None if name is None else name.encode()))
+
     def tax_authorities(self) -> List[TaxInformation]:
         """The authorities of the tax group that the last operation loaded."""
         slots = (TaxSlot * 5)()

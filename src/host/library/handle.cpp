@@ -13,6 +13,8 @@
 namespace velora {
 namespace {
 
+constexpr const char* kExport = "--output";  // the role by which the host knows what it may write over
+
 std::string text_of(const char* text)
 {
     return text != nullptr ? text : "";
@@ -177,22 +179,17 @@ void Handle::tell_pipe(std::string_view kind)
     };
 }
 
-/// What is named, else what the ending of the file says, else what the settings say, else PDF.
-size_t Handle::format_number(const char* format, const std::filesystem::path& file)
+/// What is named, else what the ending of the file says, else what the settings say, else PDF; as the setting holds it.
+std::string Handle::chosen_format(const char* format, const std::filesystem::path& file)
 {
-    const auto place = [](auto found) { return static_cast<size_t>(found - kExportFormats.begin()); };
-    if (format != nullptr) {
-        const auto found = std::ranges::find(kExportFormats, std::string_view(format), &ExportFormatRecord::name);
-        if (found != kExportFormats.end()) return place(found);
-        throw UsageError("\"" + std::string(format) + "\" is no format of files.");
-    }
-    const auto by_ending = std::ranges::find(kExportFormats, file.extension().string(), &ExportFormatRecord::extension);
-    if (by_ending != kExportFormats.end()) return place(by_ending);
+    const std::string ending = file.extension().string();
+    const auto named =
+        format_named(format != nullptr ? format : std::string_view(ending).substr(ending.empty() ? 0 : 1));
+    if (named) return format_setting(*named);
+    if (format != nullptr) throw UsageError("\"" + std::string(format) + "\" is no format of files.");
     const auto section = company_id(host_.company()) + "_Report";
-    const auto chosen = host_.settings().below().get("Morvane\\Velora", section, "Format", "0");
-    const bool is_number =
-        chosen.size() == 1 && chosen[0] >= '0' && chosen[0] < static_cast<char>('0' + kExportFormats.size());
-    return is_number ? static_cast<size_t>(chosen[0] - '0') : 0;
+    const auto usual = host_.settings().below().get("Morvane\\Velora", section, "Format", "");
+    return format_of_setting(usual) != nullptr ? usual : format_setting(ExportFormat::Pdf);
 }
 
 void Handle::set_export(const char* format, const char* target)
@@ -203,11 +200,22 @@ void Handle::set_export(const char* format, const char* target)
     const bool is_folder = fs::is_directory(named);
     const auto file = named.empty() || is_folder ? fs::path() : fs::absolute(named);
     const auto usual = fs::path(state.ports.application_folder) / "Export";
-    const auto number = std::to_string(format_number(format, file));
-    if (!file.empty()) host_.files().writes(file, "--output");
-    host_.settings().lay_over("Format", number);
+    const auto chosen = chosen_format(format, file);
+    // A handle may write the same file again and again, as a run of the command line may not.
+    if (!file.empty() && host_.files().role_of(file) != kExport) host_.files().writes(file, kExport);
+    host_.settings().lay_over("Format", chosen);
     host_.settings().lay_over("Export", is_folder ? fs::absolute(named).string() : usual.string());
     state.ports.export_file = file.string();
+}
+
+void Handle::set_printer(const std::string& name)
+{
+    if (name.empty()) {
+        for (const char* key : {"Name", "Default"}) host_.settings().uncover(key);
+        return;
+    }
+    host_.settings().lay_over("Name", name);
+    host_.settings().lay_over("Default", "False");  // the expiration list asks before it takes the name
 }
 
 std::string Handle::definition(std::string_view kind, const char* named)

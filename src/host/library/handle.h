@@ -48,9 +48,13 @@ public:
 
     /// Where exports go. @throws HostError, UsageError
     void set_export(const char* format, const char* target);
+    /// By a part of its name; blank for that of the settings.
+    void set_printer(const std::string& name);
     /// The definition of the kind that is named, or the usual one.
     [[nodiscard]] std::string definition(std::string_view kind, const char* named);
 
+    /// Whether a call is running on it, which may be the caller's own.
+    [[nodiscard]] bool is_in_use() noexcept { return !std::unique_lock(in_use_, std::try_to_lock); }
     [[nodiscard]] const LastError& error() const { return error_; }
     /// As the company was opened with, whatever an operation was given since.
     [[nodiscard]] WhichEngine engine() const { return engine_; }
@@ -62,7 +66,7 @@ public:
 private:
     template <class Work>
     velora_status guarded(Work work) noexcept;
-    [[nodiscard]] size_t format_number(const char* format, const std::filesystem::path& file);
+    [[nodiscard]] std::string chosen_format(const char* format, const std::filesystem::path& file);
     velora_status shown();
     velora_status ended();
     void tell_pipe(std::string_view kind);

@@ -67,6 +67,10 @@ velora_status velora_open(const velora_options* options, velora_report** report)
 
 void velora_close(velora_report* report)
 {
+    if (report != nullptr && report->handle.is_in_use()) {
+        refuse("The handle is in use by another call. It was not closed.");
+        return;
+    }
     delete report;
 }
 
@@ -85,6 +89,15 @@ velora_status velora_set_export(velora_report* report, const char* format, const
     if (report == nullptr) return refuse("The handle is null.");
     return report->handle.attempt([&](velora::Host&) {
         report->handle.set_export(format, target);
+        return VELORA_DELIVERED;
+    });
+}
+
+velora_status velora_set_printer(velora_report* report, const char* name)
+{
+    if (report == nullptr) return refuse("The handle is null.");
+    return report->handle.attempt([&](velora::Host&) {
+        report->handle.set_printer(text_of(name));
         return VELORA_DELIVERED;
     });
 }

@@ -17,6 +17,8 @@ struct Told {
     size_t steps = 0;
     velora_report* report = nullptr;
     velora_status nested = VELORA_DELIVERED;  ///< of a call from within a callback
+    velora_status beside = VELORA_DELIVERED;  ///< of one from another thread meanwhile
+    std::string not_closed;
 };
 
 class Library : public HostTest {
@@ -42,6 +44,9 @@ protected:
             of.pipe.assign(json, length);
             int32_t id = 0;
             of.nested = velora_find_quote(of.report, "Q-10052", &id);
+            velora_close(of.report);
+            of.not_closed = velora_last_error(nullptr);
+            std::thread([&of] { of.beside = velora_set_printer(of.report, "Office"); }).join();
         };
         return made;
     }
@@ -79,6 +84,8 @@ TEST_F(Library, PrintsWhatTheCommandLinePrints)
     EXPECT_EQ(print(report, "Q-10052"), VELORA_DELIVERED) << velora_last_error(report);
     EXPECT_EQ(velora_exported_file(report), file);
     EXPECT_EQ(told.nested, VELORA_USAGE) << "a call from within a callback is refused";
+    EXPECT_EQ(told.beside, VELORA_USAGE) << "and one from another thread";
+    EXPECT_THAT(told.not_closed, HasSubstr("not closed"));
     velora_close(report);
 
     const auto wanted = run(in_company(company(), {"quote", "--number", "Q-10052", "--pipe", scratch("pipe").string(),
@@ -114,6 +121,27 @@ TEST_F(Library, SaysWhatWentWrongAndGoesOn)
     velora_close(report);
 }
 
+TEST_F(Library, TheFormatIsThatOfTheNameElseOfTheEnding)
+{
+    Told told;
+    auto* report = opened(company(), told);
+    struct Case {
+        const char* format;
+        const char* file;
+        const char* opening;
+    };
+    for (const auto& c :
+         {Case{nullptr, "a.pdf", "%PDF-"}, Case{nullptr, "a.docx", "PK"}, Case{nullptr, "a.csv", "#,Item"},
+          Case{nullptr, "a.html", "<!DOCTYPE"}, Case{"rtf", "a.txt", "{\\rtf"}, Case{"xlsx", "a", "PK"},
+          Case{nullptr, "a.nothing", "%PDF-"}}) {
+        const auto file = scratch(c.file).string();
+        ASSERT_EQ(velora_set_export(report, c.format, file.c_str()), VELORA_DELIVERED) << c.file;
+        ASSERT_EQ(print(report, "Q-10052"), VELORA_DELIVERED) << c.file << velora_last_error(report);
+        EXPECT_THAT(file_text(file), ::testing::StartsWith(c.opening)) << c.file;
+    }
+    velora_close(report);
+}
+
 TEST_F(Library, RefusesWhatIsNoCall)
 {
     Told told;
@@ -140,6 +168,8 @@ TEST_F(Library, RefusesWhatIsNoCall)
     int32_t id = 0;
     EXPECT_EQ(velora_find_quote(nullptr, "Q-10052", &id), VELORA_USAGE);
     EXPECT_EQ(velora_Print_QuoteExpiration(nullptr, 1, nullptr, 1, 0), VELORA_USAGE);
+    EXPECT_EQ(velora_set_printer(nullptr, "Office"), VELORA_USAGE);
+    EXPECT_EQ(velora_set_export(nullptr, "pdf", nullptr), VELORA_USAGE);
     EXPECT_STREQ(velora_exported_file(nullptr), "");
     EXPECT_EQ(velora_engine(nullptr), 0);
     velora_close(nullptr);
