@@ -96,9 +96,9 @@ void with_frames(SamplePages& sample)
     ground.back = kHalfBlue;
     Frame inner, outer;
     const Style* plain = sample.document.styles->intern(penned(sample, LineStyle::Solid));
-    inner.children.push_back({{5, 5, 30, 20}, plain, 0, Ellipse{}});
+    inner.children.push_back({{5, 5, 30, 20}, plain, 0, false, Ellipse{}});
     outer.children.push_back({{40, 10, 60, 50}, sample.document.styles->intern(ground), 0, false, std::move(inner)});
-    outer.children.push_back({{150, 10, 60, 50}, plain, 0, Rectangle{}});  // reaches over the frame's edge
+    outer.children.push_back({{150, 10, 60, 50}, plain, 0, false, Rectangle{}});  // reaches over the frame's edge
     sample.add({30, 30, 160, 100}, ground, std::move(outer));
 }
 

@@ -54,6 +54,7 @@ void fill_with_everything(SamplePages& sample)
     frame.children.push_back({{1, 1, 30, 20},
                               sample.document.styles->intern(sample.style()),
                               0,
+                              false,
                               Graphic{std::make_shared<const Drawing>(drawing)}});
     sample.add({40, 50, 60, 70}, sample.style(), std::move(frame));
 }

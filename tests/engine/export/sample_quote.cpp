@@ -63,6 +63,7 @@ void add_letterhead(Page& page, Styles& styles)
     page.elements.push_back({{40, 36, 80, 40},
                              logo,
                              0,
+                             false,
                              Image{std::make_shared<ImageData>(ImageData{
                                        std::string(reinterpret_cast<const char*>(kLogo), sizeof kLogo), "logo.png"}),
                                    {},
@@ -87,7 +88,7 @@ void add_letterhead(Page& page, Styles& styles)
     page.elements.push_back(text_element({500, 50, 55, 12}, styles.plain(HorizontalAlign::Right, "dd/MM/yyyy"),
                                          "07/03/2026", *DateTime::from_ymd(2026, 3, 7)));
     const Style* rule = styles.with([](Style& style) { style.pen = {1, LineStyle::Solid, {0x1F, 0x3A, 0x5F}}; });
-    page.elements.push_back({{40, 84, 515, 1}, rule, 0, Line{}});
+    page.elements.push_back({{40, 84, 515, 1}, rule, 0, false, Line{}});
 }
 
 void add_heads(Page& page, Styles& styles)
@@ -139,7 +140,7 @@ void add_totals(Page& page, Styles& styles)
         style.opaque = true;
         style.back = {0xF6, 0xF6, 0xE8};
     });
-    page.elements.push_back({{375, 560, 180, 52}, box, 0, Rectangle{}});
+    page.elements.push_back({{375, 560, 180, 52}, box, 0, false, Rectangle{}});
     const Style* label = styles.plain();
     const Style* money = styles.plain(HorizontalAlign::Right, "$#,##0.00");
     const Style* percent = styles.plain(HorizontalAlign::Right, "0.0%");
@@ -176,14 +177,15 @@ void add_remarks(Page& page, Styles& styles, int number, int pages)
         style.fore = {0x80, 0x80, 0x80};
     });
     page.elements.push_back(text_element({14, 300, 16, 200}, aside, "turned aside"));
-    page.elements.push_back({{40, 640, 60, 30}, styles.with([](Style& style) { style.pen.width = 2; }), 0, Ellipse{}});
-    page.elements.push_back({{110, 640, 60, 30}, styles.plain(), 0, Line{}});
+    page.elements.push_back(
+        {{40, 640, 60, 30}, styles.with([](Style& style) { style.pen.width = 2; }), 0, false, Ellipse{}});
+    page.elements.push_back({{110, 640, 60, 30}, styles.plain(), 0, false, Line{}});
     const Style* framed = styles.with([](Style& style) {
         style.box.top = style.box.left = style.box.bottom = style.box.right = {0.5F, LineStyle::Dashed, {0, 0x60, 0}};
     });
     Frame frame;
     frame.children.push_back(text_element({4, 4, 100, 12}, styles.plain(), "inside a frame"));
-    page.elements.push_back({{190, 640, 120, 30}, framed, 0, std::move(frame)});
+    page.elements.push_back({{190, 640, 120, 30}, framed, 0, false, std::move(frame)});
     auto drawing = std::make_shared<Drawing>();
     drawing->width = 180;
     drawing->height = 80;
@@ -193,8 +195,9 @@ void add_remarks(Page& page, Styles& styles, int number, int pages)
                             .fill = {0x40, 0x70, 0xA0},
                             .stroke = {1, LineStyle::Solid, kBlack}},
                       Label{{100, 40}, "Łódź 67 %", styles.plain()->font, kBlack, HorizontalAlign::Left, 0.3F}};
-    page.elements.push_back({{340, 640, 180, 80}, styles.plain(), 0, Graphic{std::move(drawing)}});
-    page.elements.push_back({{40, 800, 515, 1}, styles.with([](Style& style) { style.pen.width = 0.5F; }), 0, Line{}});
+    page.elements.push_back({{340, 640, 180, 80}, styles.plain(), 0, false, Graphic{std::move(drawing)}});
+    page.elements.push_back(
+        {{40, 800, 515, 1}, styles.with([](Style& style) { style.pen.width = 0.5F; }), 0, false, Line{}});
     page.elements.push_back(text_element({40, 804, 200, 12}, styles.plain(), "Quote Q-1001"));
     page.elements.push_back(text_element({455, 804, 100, 12}, styles.plain(HorizontalAlign::Right),
                                          "Page " + std::to_string(number) + " of " + std::to_string(pages)));
