@@ -49,7 +49,8 @@ void Get_ModuleVersions(SessionState& state)
 const Value& company_default(SessionState& state, std::string_view column)
 {
     const auto& defaults = opened(state.gDefaults, "gDefaults");
-    if (defaults.at_eof()) throw fault::no_current_row("gDefaults");
+    const bool is_open = defaults.column_count() > 0;  // one that is not has no such column
+    if (is_open && defaults.at_eof()) throw fault::no_current_row("gDefaults");
     return defaults.value(column);
 }
 
