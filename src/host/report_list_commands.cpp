@@ -87,8 +87,7 @@ ExitStatus remove_report(Host& host, const EntryOptions& options)
                                            "\". \"velora-report lists\" shows what there is.");
     }
     state.gReportList.erase(found);
-    Delete_ProfileSection(state, "Report #" + std::to_string(state.gReportList.size() + 1));
-    Write_ReportList(state);
+    write_shorter_report_list(state);
     host.say("\"" + options.name + "\" is off the list of \"" + options.kind + "\". Its file stays.");
     return ExitStatus::Delivered;
 }

@@ -146,6 +146,13 @@ void replace_report_list(SessionState& state, size_t sections)
     profiles(state).change(INIFile(state, state.gWhichReport), change);
 }
 
+void write_shorter_report_list(SessionState& state)
+{
+    ProfileChange change = change_to(state.gReportList);
+    change.deleted_sections.push_back(report_section(state.gReportList.size() + 1));
+    profiles(state).change(INIFile(state, state.gWhichReport), change);
+}
+
 void write_default_list(ProfileFile& profiles, WhichReport kind, const std::string& path, const fs::path& definitions)
 {
     std::vector<ReportListEntry> entries;

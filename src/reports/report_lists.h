@@ -25,6 +25,8 @@ void Read_ReportList(SessionState& state);
 void Write_ReportList(SessionState& state);
 /// Deletes the sections of that many reports and writes `gReportList`, in one step.
 void replace_report_list(SessionState& state, size_t sections);
+/// Writes the list, which is shorter by one entry, in one step; what else its file says stays.
+void write_shorter_report_list(SessionState& state);
 
 /// Writes the list that a company begins with: the reports that the product ships for the kinds of that list, each by
 /// its full path in the folder of the definitions. A copy of the folder finds its own by `definition_path`.
