@@ -15,11 +15,6 @@ constexpr auto kMonths =
 constexpr auto kDays =
     std::to_array<std::string_view>({"monday", "tuesday", "wednesday", "thursday", "friday", "saturday", "sunday"});
 
-bool is_letter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 /// Puts the words of a date into its parts, one after the other.
 class WrittenDate {
 public:

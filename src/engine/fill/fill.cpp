@@ -85,10 +85,6 @@ private:
     size_t count_ = 0;
 };
 
-}  // namespace
-
-namespace {
-
 std::shared_ptr<void> fill_pages(Run& run)
 {
     auto filler = std::make_shared<Filler>(run);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "values/characters.h"
+
 namespace velora::engine {
 namespace {
 
@@ -147,11 +149,6 @@ std::optional<std::string> date_field(std::string_view run)
         default:
             return std::nullopt;
     }
-}
-
-constexpr bool is_letter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
 }  // namespace
