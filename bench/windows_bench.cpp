@@ -19,11 +19,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace velora;
-using Clock = std::chrono::steady_clock;
+using Steady = std::chrono::steady_clock;
 
-double milliseconds_since(Clock::time_point start)
+double milliseconds_since(Steady::time_point start)
 {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    return std::chrono::duration<double, std::milli>(Steady::now() - start).count();
 }
 
 /// A row for each line of the item list.
@@ -49,7 +49,7 @@ private:
 /// When the pages are painted for the first time.
 class FirstPaint final : public QObject {
 public:
-    explicit FirstPaint(Clock::time_point start) : start_(start) { qApp->installEventFilter(this); }
+    explicit FirstPaint(Steady::time_point start) : start_(start) { qApp->installEventFilter(this); }
     double after = -1;
     QAbstractScrollArea* area = nullptr;
 
@@ -66,7 +66,7 @@ private:
         return true;
     }
 
-    Clock::time_point start_;
+    Steady::time_point start_;
     bool painted_ = false;
 };
 
@@ -86,7 +86,7 @@ void scroll(QAbstractScrollArea& area, int steps, const char* how, int step)
     bar.setValue(0);
     QApplication::processEvents();
     for (int at = 0; at < steps; ++at) {
-        const auto start = Clock::now();
+        const auto start = Steady::now();
         bar.setValue(bar.value() + step);
         QApplication::processEvents();
         frames.push_back(milliseconds_since(start));
@@ -100,6 +100,11 @@ void scroll(QAbstractScrollArea& area, int steps, const char* how, int step)
 
 int main(int count, char** arguments)
 {
+    // Among other benchmarks, a filter of theirs that does not name this one passes it over.
+    const std::string_view first_word = count > 1 ? arguments[1] : "";
+    const bool is_filter = first_word.starts_with("--");
+    if (is_filter && first_word.find("windows") == std::string_view::npos) return 0;
+    if (is_filter) count = 1;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const size_t pages = count > 1 ? std::stoul(arguments[1]) : 10'000;
     const int steps = count > 2 ? std::stoi(arguments[2]) : 1'000;
@@ -109,7 +114,8 @@ int main(int count, char** arguments)
     const fs::path program = fs::canonical("/proc/self/exe");
     std::ostringstream out;
     const Surroundings around{out, out, [](const char*) { return std::string(); }, program, false};
-    run_command_line({"init", folder.string(), "--quiet"}, around);
+    const std::vector<std::string> init{"init", folder.string(), "--quiet"};
+    run_command_line(init, around);
     CommonOptions options;
     options.folder = folder.string();
     options.settings = (folder / "settings.ini").string();
@@ -120,7 +126,7 @@ int main(int count, char** arguments)
     report->SetDataSource(std::make_shared<ManyRows>(report->fields(), pages * kRowsOfAPage));
 
     std::printf("before: %ld MB\n", memory_of("VmRSS"));
-    const auto start = Clock::now();
+    const auto start = Steady::now();
     FirstPaint first(start);
     const auto view = report->View();
     std::printf("%zu pages: first on the screen after %.0f ms, the last laid out after %.0f ms\n", view->page_count(),
