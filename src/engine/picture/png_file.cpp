@@ -1,12 +1,11 @@
 #include "engine/picture/png_file.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <array>
-#include <new>
 #include <utility>
 #include <vector>
+
+#include "values/deflate.h"
 
 namespace velora::engine {
 namespace {
@@ -91,20 +90,7 @@ void append_chunk(std::string& out, std::string_view name, std::string_view byte
     append_number(out, static_cast<uint32_t>(bytes.size()));
     const size_t from = out.size();
     out.append(name).append(bytes);
-    const auto* data = reinterpret_cast<const Bytef*>(out.data() + from);
-    append_number(out, static_cast<uint32_t>(crc32(0, data, static_cast<uInt>(out.size() - from))));
-}
-
-std::string packed(const std::string& rows)
-{
-    constexpr int kFast = 1;
-    std::string out(compressBound(rows.size()), '\0');
-    uLongf size = out.size();
-    const auto* data = reinterpret_cast<const Bytef*>(rows.data());
-    if (compress2(reinterpret_cast<Bytef*>(out.data()), &size, data, rows.size(), kFast) != Z_OK)
-        throw std::bad_alloc();
-    out.resize(size);
-    return out;
+    append_number(out, archive_check(std::string_view(out).substr(from)));
 }
 
 /// Rows of palette entries, each behind the number of its filter: none. Empty when there are too many colours.
@@ -158,7 +144,7 @@ std::string png_file(uint32_t width, uint32_t height, char kind, const std::stri
     std::string out = "\x89PNG\r\n\x1A\n";
     append_chunk(out, "IHDR", head);
     if (!colors.empty()) append_chunk(out, "PLTE", colors);
-    append_chunk(out, "IDAT", packed(rows));
+    append_chunk(out, "IDAT", Deflater(Deflater::kFast).with_check(rows));
     append_chunk(out, "IEND", {});
     return out;
 }

@@ -1,7 +1,5 @@
 #include "engine/export/common/zip_file.h"
 
-#include <zlib.h>
-
 #include "values/fault.h"
 
 namespace velora::engine {
@@ -32,23 +30,6 @@ uint32_t packed_date(const std::optional<DateTime>& date)
     throw Fault(fault::kOverflow, "The document is too big.");
 }
 
-std::string deflated(std::string_view bytes)
-{
-    z_stream stream{};
-    constexpr int kRaw = -15, kMemory = 8;
-    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kRaw, kMemory, Z_DEFAULT_STRATEGY) != Z_OK) fail();
-    std::string out(deflateBound(&stream, bytes.size()), '\0');
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
-    stream.avail_in = static_cast<uInt>(bytes.size());
-    stream.next_out = reinterpret_cast<Bytef*>(out.data());
-    stream.avail_out = static_cast<uInt>(out.size());
-    const int ended = deflate(&stream, Z_FINISH);
-    out.resize(stream.total_out);
-    deflateEnd(&stream);
-    if (ended != Z_STREAM_END) fail();
-    return out;
-}
-
 }  // namespace
 
 ZipFile::ZipFile(AtomicFile& file, const std::optional<DateTime>& date) : file_(file), date_(packed_date(date)) {}
@@ -73,10 +54,9 @@ std::string ZipFile::head_of(const Part& part) const
 void ZipFile::add(std::string name, std::string_view bytes)
 {
     if (bytes.size() > kMost / 2 || parts_.size() >= kMostParts) fail();
-    const std::string packed = deflated(bytes);
+    const std::string_view packed = deflater_.bare(bytes);
     if (written_ + packed.size() > kMost / 2) fail();
-    const auto check = crc32(0, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size()));
-    parts_.push_back({std::move(name), static_cast<uint32_t>(check), static_cast<uint32_t>(packed.size()),
+    parts_.push_back({std::move(name), archive_check(bytes), static_cast<uint32_t>(packed.size()),
                       static_cast<uint32_t>(bytes.size()), static_cast<uint32_t>(written_)});
     const std::string head = "PK\x03\x04" + head_of(parts_.back()) + parts_.back().name;
     file_.write(head);

@@ -8,6 +8,7 @@
 
 #include "values/atomic_file.h"
 #include "values/date_time.h"
+#include "values/deflate.h"
 
 namespace velora::engine {
 
@@ -34,6 +35,7 @@ private:
     AtomicFile& file_;
     uint32_t date_;  ///< day and time of the format
     uint64_t written_ = 0;
+    Deflater deflater_{Deflater::kSmall};
     std::vector<Part> parts_;
 };
 

@@ -320,8 +320,8 @@ void StructureFinder::add_row(const Leaves& run, bool is_head, bool heads_row)
     };
     for (const Leaf& leaf : run) {
         const auto [first, span] = columns_of(leaf.place);
-        const auto meets = [&](const Cell& cell) {
-            return cell.first < first + span && first < cell.first + cell.span;
+        const auto meets = [first = first, end = first + span](const Cell& cell) {
+            return cell.first < end && first < cell.first + cell.span;
         };
         const auto met = std::ranges::find_if(cells, meets);
         if (met == cells.end()) {

@@ -1,7 +1,5 @@
 #include "engine/export/pdf/pdf_file.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -20,8 +18,6 @@
 namespace velora::engine {
 namespace {
 
-constexpr int kFast = 1;  // zlib's first level: pages are many, and the higher ones save little
-
 constexpr size_t kMostPacked = 200;  // objects in one stream: a reader unpacks all of them for one
 constexpr uint64_t kPacked = uint64_t{1} << 63;
 
@@ -32,29 +28,6 @@ uint64_t packed_place(PdfId stream, size_t index)
 }
 
 }  // namespace
-
-/// One deflate state for all streams.
-struct PdfFile::Deflater {
-    z_stream stream{};
-    std::string packed;
-
-    Deflater() { deflateInit(&stream, kFast); }
-    ~Deflater() { deflateEnd(&stream); }
-    Deflater(const Deflater&) = delete;
-    Deflater& operator=(const Deflater&) = delete;
-
-    std::string_view pack(std::string_view bytes)
-    {
-        deflateReset(&stream);
-        packed.resize(deflateBound(&stream, bytes.size()));
-        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));  // zlib only reads it
-        stream.avail_in = static_cast<uInt>(bytes.size());
-        stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-        stream.avail_out = static_cast<uInt>(packed.size());
-        if (deflate(&stream, Z_FINISH) != Z_STREAM_END) throw Fault(fault::kOverflow, "A part of the PDF is too big.");
-        return std::string_view(packed).substr(0, packed.size() - stream.avail_out);
-    }
-};
 
 /// Takes pieces over and writes them in a thread of its own.
 class PdfFile::Background {
@@ -140,10 +113,7 @@ private:
     std::thread thread_;  ///< last: it uses all the others
 };
 
-PdfFile::PdfFile(std::unique_ptr<AtomicFile> file)
-    : file_(std::move(file)), places_(1), deflater_(std::make_unique<Deflater>())
-{
-}
+PdfFile::PdfFile(std::unique_ptr<AtomicFile> file) : file_(std::move(file)), places_(1), deflater_(Deflater::kFast) {}
 
 PdfFile::~PdfFile() = default;
 
@@ -186,7 +156,7 @@ void PdfFile::write(const Piece& piece)
         case Kind::PackedStream:
             head_ = "/Filter/FlateDecode";
             head_ += piece.entries;
-            return write_stream(piece.id, head_, deflater_->pack(piece.bytes));
+            return write_stream(piece.id, head_, deflater_.with_check(piece.bytes));
         case Kind::RawStream:
             return write_stream(piece.id, piece.entries, piece.bytes);
     }

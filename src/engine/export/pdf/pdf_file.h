@@ -7,6 +7,7 @@
 
 #include "engine/page/page.h"
 #include "values/atomic_file.h"
+#include "values/deflate.h"
 
 namespace velora::engine {
 
@@ -37,7 +38,6 @@ public:
     void finish(PdfId catalog, PdfId info);
 
 private:
-    struct Deflater;
     class Background;
     enum class Kind : uint8_t { Object, PackedStream, RawStream };
     struct Piece {
@@ -70,7 +70,7 @@ private:
     std::vector<uint64_t> places_;  ///< by number; 0 while an object is not written; see `packed_place`
     uint64_t written_ = 0;
     uint64_t check_ = 0xCBF29CE484222325;  ///< of the streams
-    std::unique_ptr<Deflater> deflater_;
+    Deflater deflater_;
     std::string head_;
 
     std::unique_ptr<Background> background_;  ///< goes first
