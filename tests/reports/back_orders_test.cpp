@@ -138,11 +138,14 @@ TEST_F(BackOrders, OnlyItemLinesOfOpenTransferredOrdersCountThatAreNotFullyDeliv
     line(7, "deDType = 20", 3);
     quote(4, "QuoteStatusID = 9");
     line(8, "deDType = 20", 4);
-    quote(5);
+    product("INSERT INTO QuoteStatus (QuoteStatusID, qsCode, qsName) VALUES (6, 'P', 'Partly')");
+    quote(5, "QuoteStatusID = 6");
     line(9, "APItem = 'A'", 5);
     const auto& printed = rows("back-orders");
     EXPECT_EQ(shown(printed, "Quote Number"), (Texts{"Q5", "Q1"})) << "in the order of the items";
     EXPECT_EQ(shown(printed, "Detail Back Order"), (Texts{"6", "0.25"}));
+    EXPECT_EQ(shown(printed, "Status ID"), (Texts{"6", "4"})) << "each line has its own quote's";
+    EXPECT_EQ(shown(printed, "Status Name"), (Texts{"Partly", "Sent"}));
 }
 
 TEST_F(BackOrders, AllAmountsAreInTheCurrencyOfTheFirstRow)

@@ -16,10 +16,13 @@ class SlipEngine final : public ReportEngine {
 public:
     std::shared_ptr<OpenedReport> OpenReport(const std::string&) override
     {
-        return reports.emplace_back(std::make_shared<FakeReport>());
+        auto& report = reports.emplace_back(std::make_shared<FakeReport>());
+        if (reports.size() == refused) report->refuses = Fault(fault::kPathAccess, "disk");
+        return report;
     }
 
     std::vector<std::shared_ptr<FakeReport>> reports;
+    size_t refused = 0;  ///< the slip that does not go out, from 1; 0 for none
 };
 
 enum class Route : uint8_t { Paper, Window, File };
@@ -227,6 +230,8 @@ TEST(PickingSlip, NamesItsRangeAndGoesByItWithoutAnOrderNumber)
         EXPECT_EQ(shown(order.row(0), "Detail Range Desc"), c.shown[1]) << c.why;
         EXPECT_EQ(shown(order.row(0), "Accpac Order Number"), c.shown[1].substr(0, 30)) << c.why;
     }
+    order.set_up("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0").usual_lines().print(Route::Window);
+    EXPECT_EQ(shown(order.row(0, 1), "Accpac Order Number"), number + "EA") << "each line goes by its own range";
     order.set_up("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 1", kRanges).usual_lines();
     EXPECT_EQ(order.print(Route::Window), RunEnd::Failed) << "no range was loaded to name";
     order.set_up("mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 3").usual_lines().print(Route::Window);
@@ -252,6 +257,71 @@ TEST(PickingSlip, IsMarkedWhenAllSlipsWentOutAndSaysSoTheNextTime)
     EXPECT_EQ(broken.usual_lines().print(Route::Paper), RunEnd::Failed) << "the printer of the second is not there";
     EXPECT_EQ(broken.printed(), "4 > Dock 1; ");
     EXPECT_EQ(broken.stored("quPrPickSlip"), "0");
+}
+
+TEST(PickingSlip, OneThatDoesNotGoOutLeavesTheOrderUnmarkedAndAnEmptyOneDoesNot)
+{
+    for (const auto engine : {eDBSQLServer, eDBPervasive}) {
+        SlipCompany order(engine, "mdUseDLRange = 1, mdEachLoc = 3");
+        for (const size_t refused : {1, 2}) {
+            order.usual_lines().slips.refused = refused;
+            EXPECT_EQ(order.print(Route::File), RunEnd::Failed);
+            EXPECT_EQ(order.slips.reports.size(), 2U) << "the others go out";
+            EXPECT_EQ(order.stored("quPrPickSlip"), "0") << refused;
+            order.product("DELETE FROM Details");
+        }
+        order.slips.refused = 0;
+        order.set_up("mdUseDLRange = 1, mdEachLoc = 0").state().ports.numbers_outputs = true;
+        order.lines({"Line = 1, deDType = 20, APItem = 'ITEM', deDesc = '1', deLocation = 'WH'",
+                     "Line = 2, deDType = 20, APItem = 'ZDEL1111', deLocation = 'ZZ'"});
+        EXPECT_EQ(order.print(Route::File), RunEnd::Delivered) << order.box_text(0);
+        EXPECT_EQ(order.printed(), "1 > Office; ");
+        EXPECT_EQ(order.stored("quPrPickSlip"), "1");
+        EXPECT_THAT(order.state().log.notes(), testing::ElementsAre(testing::HasSubstr("Slip 2 of 2")));
+    }
+}
+
+TEST(PickingSlip, ANullLeavesItsFieldEmptyAndTheLineOnTheSlip)
+{
+    const std::string full =
+        "deDType = 20, APItem = 'ITEM', deDesc = 'x', deQuantity = 2, deQuotedPrice = 3.5, deConvFactor = 2, "
+        "deUofM = 'EA', deLocation = 'WH', dePickingSeq = '10', deLeadTime = 'a week', deShipDate = '2026-03-15'";
+    const std::map<std::string, std::vector<std::string>> kFieldsOf{
+        {"APItem", {"Detail Item Number", "Detail Quantity Available"}},
+        {"deDesc", {"Detail Desc"}},
+        {"deQuantity", {"Detail Quantity", "Detail Amount"}},
+        {"deQuotedPrice", {"Detail Unit Price", "Detail Amount"}},
+        {"deConvFactor", {"Detail Unit Price", "Detail Amount", "Detail Quantity Available"}},
+        {"deUofM", {"Detail Quote UofM"}},
+        {"deLocation",
+         {"Detail Range", "Detail Range Desc", "Accpac Order Number", "Detail Location", "Detail Location Desc",
+          "Detail Quantity Available"}},
+        {"dePickingSeq", {"Detail Picking Sequence"}},
+        {"deLeadTime", {"Detail Lead Time"}},
+    };
+    for (const auto engine : {eDBSQLServer, eDBPervasive}) {
+        SlipCompany order(engine, "mdUseDLRange = 0, mdPSSplit = 0, mdEachLoc = 0");
+        order.accounting(
+            "INSERT INTO IC0370 (LOCATION, [DESC]) VALUES ('WH', 'Warehouse');"
+            "INSERT INTO IC0290 (ITEMNO, LOCATION, AQTYONHAND, QTYSALORDR) VALUES ('ITEM', 'WH', 100, 7.5)");
+        order.line("Line = 1, " + full);
+        int line = 1;
+        for (const auto& [column, fields] : kFieldsOf) {
+            order.line("Line = " + std::to_string(++line) + ", " + full + ", " + column + " = NULL");
+        }
+        ASSERT_EQ(order.print(Route::Window), RunEnd::Delivered) << order.box_text(0);
+        const auto& rows = order.slips.reports.at(0)->rows;
+        ASSERT_EQ(rows.size(), kFieldsOf.size() + 1);
+        size_t at = 0;
+        for (const auto& [column, fields] : kFieldsOf) {
+            const auto& row = rows[++at];
+            for (const auto& [field, value] : rows[0]) {
+                if (field == "Detail Range" || shown(rows[0], field) == "<null>") continue;
+                const bool empty = std::ranges::count(fields, field) > 0;
+                EXPECT_EQ(shown(row, field), empty ? "<null>" : shown(rows[0], field)) << column << ": " << field;
+            }
+        }
+    }
 }
 
 TEST(PickingSlip, TellsWhatIsMissing)

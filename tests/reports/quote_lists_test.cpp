@@ -186,6 +186,19 @@ TEST_P(QuoteLists, WinLossHasEveryQuoteThatIsNotOpenAsTheCompanyNumbersIt)
     EXPECT_EQ(shown(rows("win-loss"), "Quote Number"), (Texts{"Q1", "Q2", "Q3"})) << "4 is open, 9 is no status";
 }
 
+TEST_P(QuoteLists, GoToThePrinterOfTheSettings)
+{
+    printers.printers = {{"drv", "Office", "P1"}, {"drv", "Dock 2", "P2"}};
+    settings.set("Morvane\\Velora", "TESTCO_Report", "Name", " Dock ");
+    quote(1, 3);
+    lost(1, 7);
+    for (const char* kind : {"win-loss", "lost-reasons", "overview"}) {
+        engine.report->printer.clear();
+        EXPECT_EQ(print(kind), RunEnd::Delivered) << kind << box_text(0);
+        EXPECT_EQ(engine.report->printer, "drv|Dock 2|P2") << kind;
+    }
+}
+
 TEST_P(QuoteLists, CriteriaSelectByCustomerAndByDayOfEntry)
 {
     quote(1, 2, "AccPacID = 'O''Brien; %', CustomerID = 5");
