@@ -86,7 +86,7 @@ public:
     virtual ~ReportEngine() = default;
 
     /// Holds for every report that is opened from now on.
-    virtual void Wish(OpeningWishes) {}
+    virtual void Wish(const OpeningWishes&) {}
 
     /// @throws Fault 20507 when the file is missing or is no definition, with the reason in `where`
     virtual std::shared_ptr<OpenedReport> OpenReport(const std::string& path) = 0;

@@ -221,9 +221,9 @@ public:
     {
     }
 
-    void Wish(OpeningWishes wishes) override
+    void Wish(const OpeningWishes& wishes) override
     {
-        wishes_ = std::move(wishes);
+        wishes_ = wishes;
         latest_ = {};
     }
 
