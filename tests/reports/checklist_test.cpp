@@ -146,8 +146,8 @@ TEST(Checklist, TakesAddressesAndNumberFromWhereTheCustomerLives)
           Case{"an own customer", AddressSource::OwnCustomer, "", "Customer.cuFullName", "Customer.cuFullName",
                "Customer.CustomerNumber"},
           Case{"saved, whatever the customer's keys hold", AddressSource::Saved,
-               "UPDATE Quote SET AccPacID = NULL, quShipToLoc = NULL, CustomerID = NULL",
-               "BillTo.btName", "ShipTo.stName", nullptr},
+               "UPDATE Quote SET AccPacID = NULL, quShipToLoc = NULL, CustomerID = NULL", "BillTo.btName",
+               "ShipTo.stName", nullptr},
           Case{"a bill-to of his own alone", AddressSource::OwnCustomer, "UPDATE Quote SET BillToID = 3",
                "BillTo.btName", "Customer.cuFullName", "Customer.CustomerNumber"}}) {
         ListedOrder order(eDBPervasive, "0", "", c.source);

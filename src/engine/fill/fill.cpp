@@ -144,7 +144,7 @@ Value parameter_from_text(const Report& report, std::string_view name, std::stri
     if (is_date(found->value_class)) {
         if (const auto date = written_date(text)) given = *date;
     }
-    const Value value = cell::to_value(cell::from(given, found->value_class));
+    Value value = cell::to_value(cell::from(given, found->value_class));
     const bool truth = found->value_class != ValueClass::Boolean || same_name(text, "true") || same_name(text, "false");
     if (!value.is_null() && truth) return value;
     throw DefinitionError({}, "",
