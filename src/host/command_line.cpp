@@ -80,6 +80,10 @@ ExitStatus run_command_line(std::span<const std::string> arguments, const Surrou
         auto words = with_help_as_option(arguments);
         std::ranges::reverse(words);  // as the parser takes them
         program.parse(std::move(words));
+    } catch (const CLI::CallForHelp& asked) {
+        if (!program.remaining().empty()) return complain_of_words(program, around);
+        program.exit(asked, around.out, around.err);
+        return ExitStatus::Delivered;
     } catch (const CLI::ParseError& error) {
         const bool asked_for = program.exit(error, around.out, around.err) == 0;
         return asked_for ? ExitStatus::Delivered : ExitStatus::Usage;

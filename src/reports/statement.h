@@ -18,10 +18,7 @@ class Outcome {
 public:
     Outcome(Value value) : value_(std::move(value)) {}  // a null lands in the pipe as fault 94
     template <class T>
-    requires std::constructible_from<Value, T> &&(!std::same_as<std::remove_cvref_t<T>, Value>)Outcome(T&& value)
-        : value_(std::forward<T>(value))
-    {
-    }
+    requires std::constructible_from<Value, T> &&(!std::same_as<T, Value>)Outcome(T value) : value_(std::move(value)) {}
 
     /// A cell that stands where it is until the statement is done, so that its text is copied once and not twice.
     static Outcome cell(const Value& cell)

@@ -177,7 +177,7 @@ std::optional<fs::path> subreport_file(const model::Definition& definition, cons
         names = {fs::path(name).replace_extension(".jrxml"), fs::path(name).replace_extension(".rpt")};
     std::error_code error;
     for (const auto& each : names) {
-        const auto file = file_beside(definition.folder, each);
+        auto file = file_beside(definition.folder, each);
         if (file && fs::is_regular_file(*file, error)) return file;
     }
     return std::nullopt;

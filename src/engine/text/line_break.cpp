@@ -36,10 +36,15 @@ constexpr auto kStates = std::to_array<State>({
 });
 // clang-format on
 
+constexpr size_t place_of(char state)
+{
+    return static_cast<uint8_t>(state);
+}
+
 constexpr auto make_index()
 {
     std::array<uint8_t, 128> index{};
-    for (size_t i = 0; i < kStates.size(); ++i) index[static_cast<size_t>(kStates[i].name)] = static_cast<uint8_t>(i);
+    for (size_t i = 0; i < kStates.size(); ++i) index[place_of(kStates[i].name)] = static_cast<uint8_t>(i);
     return index;
 }
 
@@ -49,7 +54,7 @@ constexpr auto kIndex = make_index();
 
 bool BreakRules::before(BreakClass kind)
 {
-    const char next = kStates[kIndex[static_cast<size_t>(state_)]].next[static_cast<size_t>(kind)];
+    const char next = kStates[kIndex[place_of(state_)]].next[static_cast<size_t>(kind)];
     const bool may_end = next < 'a';
     state_ = static_cast<char>(next | 0x20);
     return may_end;

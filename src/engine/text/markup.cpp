@@ -1,5 +1,6 @@
 #include "engine/text/markup.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <optional>
