@@ -291,6 +291,31 @@ RunEnd print_slip(ReportRun& run, Order& order, const SlipSplit& split)
     return run.route([&] { return document_name(pipe, "Picking Slip"); });
 }
 
+/// Prints the slips in turn, and says which of them went out where not all of them did.
+RunEnd print_slips(ReportRun& run, Order& order, SlipSplit& split)
+{
+    std::string went_out;
+    const auto tell_what_went_out = [&] {
+        if (went_out.empty()) return;
+        run.state().log.note("Of the " + std::to_string(split.slips()) + " slips of quote " +
+                             std::string(trimmed(run.state().gQuote.QuoteNumber)) + " went out: " + went_out + ".");
+    };
+    RunEnd end = RunEnd::NoData;
+    try {
+        for (size_t slip = 0; slip < split.slips(); ++slip) {
+            split.take(slip);
+            const RunEnd went = print_slip(run, order, split);
+            if (went != RunEnd::NoData && end != RunEnd::Failed) end = went;
+            if (went == RunEnd::Delivered) went_out += (went_out.empty() ? "" : ", ") + std::to_string(slip + 1);
+        }
+    } catch (...) {
+        tell_what_went_out();
+        throw;
+    }
+    if (end != RunEnd::Delivered) tell_what_went_out();
+    return end;
+}
+
 }  // namespace
 
 RunEnd Print_PickingSlip(SessionState& state, int32_t pQuoteID, const std::string& pReportString, bool pPreview,
@@ -306,12 +331,7 @@ RunEnd Print_PickingSlip(SessionState& state, int32_t pQuoteID, const std::strin
             return cancelled(state, "The required Location or Picking Slip ranges could not be found.");
         }
         Order order{pQuoteID, pQuantAsInt, SlipFields(pQuantAsInt), QuoteDocument{state}, quote_addresses(state)};
-        RunEnd end = RunEnd::NoData;
-        for (size_t slip = 0; slip < split.slips(); ++slip) {
-            split.take(slip);
-            const RunEnd went = print_slip(run, order, split);
-            if (went != RunEnd::NoData && end != RunEnd::Failed) end = went;
-        }
+        const RunEnd end = print_slips(run, order, split);
         run.mark(kMark, pQuoteID, end);
         return end;
     });

@@ -61,6 +61,7 @@ ReportRun::ReportRun(SessionState& state, const Builder& builder, const Delivery
     : state_(state),
       delivery_(delivery),
       statements_(state, builder.tolerated),
+      procedure_(builder.procedure),
       reads_between_outputs_(builder.reads_between_outputs),
       snapshot_{state.gConn ? state.gConn->begin_snapshot() : nullptr, accounting_snapshot(state)}
 {
@@ -158,8 +159,14 @@ void ReportRun::mark(const Mark& as, int32_t quote, RunEnd end)
     snapshot_.end();
     if (end != RunEnd::Delivered || !state_.ports.marks_as_printed) return;
     const std::string id = std::to_string(quote);
-    statements_.attempt(
-        "mark", [&] { execute(state_, std::string(as.sql_server) + id + ");", std::string(as.pervasive) + id + ")"); });
+    try {
+        statements_.attempt("mark", [&] {
+            execute(state_, std::string(as.sql_server) + id + ");", std::string(as.pervasive) + id + ")");
+        });
+    } catch (const std::exception& caught) {
+        Show_ReportError(state_, fault::of(caught), procedure_);
+        state_.log.note("The document went out, and the quote is not marked as printed.");
+    }
 }
 
 RunEnd run_report(SessionState& state, const Builder& builder, const Delivery& delivery,

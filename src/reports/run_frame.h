@@ -72,7 +72,7 @@ public:
         return reads_between_outputs_ && delivery_.export_it && state_.ports.numbers_outputs;
     }
     /// Marks the quote as printed, whichever way its document went; not one that went nowhere, and not where the host
-    /// prints without marks.
+    /// prints without marks. A database that refuses is told, and the document stays delivered.
     void mark(const Mark& as, int32_t quote, RunEnd end);
 
 private:
@@ -83,6 +83,7 @@ private:
     SessionState& state_;
     const Delivery& delivery_;
     Statements statements_;
+    std::string_view procedure_;
     bool reads_between_outputs_;
     size_t files_ = 0;
 

@@ -82,6 +82,12 @@ TEST(Confirmation, MarksTheQuoteOnceItWentOutAndSaysSoTheNextTime)
                       "Line = 2, deDType = 20, deIType = 10, APItem = 'X', deQuantity = 1, deConvFactor = 1, "
                       "dePriceList = 'STD', ItemID = 9, deQuotedPrice = -1, deDiscount = 0");
               }},
+             {"a database that refuses the mark", false, true, plain, RunEnd::Delivered, "0",
+              [](auto& order) {
+                  order.product(
+                      "CREATE TRIGGER shut BEFORE UPDATE OF quPrConfirm ON Quote BEGIN SELECT RAISE(ABORT, 'No.'); "
+                      "END");
+              }},
              {"a host that only looks", false, true, plain, RunEnd::Delivered, "0",
               [](auto& order) { order.state().ports.marks_as_printed = false; }},
              {"a file that cannot be written", false, true, plain, RunEnd::Failed, "0",

@@ -10,6 +10,9 @@ using test::FakeReport;
 using test::listed;
 using test::OrderCompany;
 using test::shown;
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::HasSubstr;
 
 /// Hands out a report of its own for each slip.
 class SlipEngine final : public ReportEngine {
@@ -257,6 +260,15 @@ TEST(PickingSlip, IsMarkedWhenAllSlipsWentOutAndSaysSoTheNextTime)
     EXPECT_EQ(broken.usual_lines().print(Route::Paper), RunEnd::Failed) << "the printer of the second is not there";
     EXPECT_EQ(broken.printed(), "4 > Dock 1; ");
     EXPECT_EQ(broken.stored("quPrPickSlip"), "0");
+    EXPECT_THAT(broken.state().log.notes(), Contains(HasSubstr("Of the 2 slips of quote 2 QuoteNumber went out: 1.")));
+
+    SlipCompany refused(eDBPervasive, "mdUseDLRange = 1, mdEachLoc = 3");
+    refused.usual_lines().product(
+        "CREATE TRIGGER shut BEFORE UPDATE OF quPrPickSlip ON Quote BEGIN SELECT RAISE(ABORT, 'No marks here.'); END");
+    EXPECT_EQ(refused.print(Route::Paper), RunEnd::Delivered) << "the slips lie in the printer";
+    ASSERT_EQ(refused.boxes().size(), 1U);
+    EXPECT_THAT(refused.box_text(0), AllOf(HasSubstr("No marks here."), HasSubstr("modPrint.Print_PickingSlip")));
+    EXPECT_THAT(refused.state().log.notes(), Contains(HasSubstr("is not marked")));
 }
 
 TEST(PickingSlip, OneThatDoesNotGoOutLeavesTheOrderUnmarkedAndAnEmptyOneDoesNot)
