@@ -11,6 +11,7 @@ from xml.etree import ElementTree
 
 import docx
 import openpyxl
+from docx.enum.style import WD_STYLE_TYPE
 from docx.oxml.ns import qn
 from openpyxl.utils.datetime import to_excel
 
@@ -91,6 +92,10 @@ def dump_document(path):
     print("document", path, document.core_properties.title, document.core_properties.author, sep="\t")
     for section in document.sections:
         print("section", section.page_width.twips, section.page_height.twips, sep="\t")
+    for style in document.styles:
+        if style.element.get(qn("w:default")) and style.type == WD_STYLE_TYPE.PARAGRAPH:
+            fonts = document.styles.element.find(".//" + qn("w:docDefaults") + "//" + qn("w:rFonts"))
+            print("style", style.name, fonts.get(qn("w:ascii")), sep="\t")
     page = 0
     for paragraph in document.paragraphs:
         frame = paragraph._p.find(qn("w:pPr") + "/" + qn("w:framePr"))

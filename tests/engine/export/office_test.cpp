@@ -1,3 +1,6 @@
+#include <array>
+#include <sstream>
+
 #include "engine/export/export_run.h"
 #include "engine/export/sample_pages.h"
 #include "engine/export/sample_quote.h"
@@ -128,13 +131,50 @@ TEST(Docx, TextsStandInFramesAtTheirPlaces)
     EXPECT_EQ(lines_of(lines, "section").size(), 2U);
     const auto frames = lines_of(lines, "frame");
     ASSERT_EQ(frames.size(), 3U);
-    EXPECT_TRUE(frames[0].starts_with("0|1440 2000 4080 ")) << frames[0];
+    EXPECT_TRUE(frames[0].starts_with("0|1440 2000 4000 ")) << frames[0];
     EXPECT_TRUE(frames[0].ends_with("|top left|DejaVu Sans 10 000000")) << frames[0];
-    // the line is 11.64 points high, and the box four wider on the side where the text does not stand
-    EXPECT_TRUE(frames[1].starts_with("0|1360 4567 4080 ")) << frames[1];
+    EXPECT_TRUE(frames[1].starts_with("0|1440 4567 4000 233|")) << frames[1] << ": the line is 11.64 points high";
     EXPECT_TRUE(frames[1].ends_with("|low & <right>|DejaVu Sans 10 1F3A5F bold")) << frames[1];
     EXPECT_TRUE(frames[2].starts_with("1|200 400 ")) << frames[2];
     EXPECT_NE(frames[2].find("|one\\ntwo\\nthree|"), std::string::npos) << frames[2];
+}
+
+/// The frame's place, x y width and height, in twentieths of a point.
+std::array<int, 4> place_of_frame(const std::string& line)
+{
+    std::array<int, 4> at{};
+    std::istringstream(line.substr(line.find('|') + 1)) >> at[0] >> at[1] >> at[2] >> at[3];
+    return at;
+}
+
+// A frame covers its neighbours where a program fills it, so it must not reach beyond its element; and frames are
+// filled white where paragraphs have no style.
+TEST(Docx, FramesOfNeighboursDoNotLieOverEachOther)
+{
+    Pages sample;
+    Style style = sample.style();
+    std::vector<Place> places;
+    for (const Rotation rotation : {Rotation::None, Rotation::Left, Rotation::Right, Rotation::UpsideDown}) {
+        for (const VerticalAlign down : {VerticalAlign::Top, VerticalAlign::Middle, VerticalAlign::Bottom}) {
+            for (const HorizontalAlign along :
+                 {HorizontalAlign::Left, HorizontalAlign::Center, HorizontalAlign::Right, HorizontalAlign::Justified}) {
+                style.rotation = rotation, style.vertical = down, style.horizontal = along;
+                const auto number = static_cast<int>(places.size());
+                places.push_back({20 + number % 12 * 41, 20 + number / 12 * 37, 41, 37});
+                sample.add_text(places.back(), "Eight", style);
+            }
+        }
+    }
+    sample.finish_page();
+    const auto lines = readers::docx_lines({run_export(sample.list(), "beside.docx")}).at(0);
+    EXPECT_EQ(lines_of(lines, "style"), std::vector<std::string>{"Normal|DejaVu Sans"});
+    const auto frames = lines_of(lines, "frame");
+    ASSERT_EQ(frames.size(), places.size());
+    for (size_t at = 0; at < frames.size(); ++at) {
+        const auto [x, y, width, height] = place_of_frame(frames[at]);
+        EXPECT_TRUE(x >= places[at].x * 20 && x + width <= (places[at].x + 41) * 20) << at << ": " << frames[at];
+        EXPECT_TRUE(y >= places[at].y * 20 && y + height <= (places[at].y + 37) * 20) << at << ": " << frames[at];
+    }
 }
 
 TEST(Csv, RowsStandBelowTheHeadsOfTheirColumnsAndValuesArePlain)

@@ -5,12 +5,6 @@
 #include "engine/export/common/page_walk.h"
 
 namespace velora::engine {
-namespace {
-
-/// Points by which a text box is larger than the text, so that a word processor's rounding cuts nothing off.
-constexpr float kSlack = 4;
-
-}  // namespace
 
 float line_height(const Text& text, const Style& style)
 {
@@ -18,7 +12,7 @@ float line_height(const Text& text, const Style& style)
     return measured_height(text, style);
 }
 
-PictureBox text_box(const Style& style, const Place& place, float text_height)
+PictureBox text_box(const Style& style, const Place& place, float text_height, float slack)
 {
     const TextArea area = text_area(style, place);
     const float free = std::max(0.0F, area.height - area.top - area.bottom - text_height);
@@ -26,10 +20,10 @@ PictureBox text_box(const Style& style, const Place& place, float text_height)
                        : style.vertical == VerticalAlign::Bottom ? free
                                                                  : 0;
     PictureBox lines{area.left, area.top + down, std::max(1.0F, area.width - area.left - area.right),
-                     text_height + kSlack};
-    if (style.horizontal == HorizontalAlign::Right) lines.x -= kSlack;
-    if (style.horizontal == HorizontalAlign::Center) lines.x -= kSlack / 2;
-    if (style.horizontal != HorizontalAlign::Justified) lines.width += kSlack;
+                     text_height + slack};
+    if (style.horizontal == HorizontalAlign::Right) lines.x -= slack;
+    if (style.horizontal == HorizontalAlign::Center) lines.x -= slack / 2;
+    if (style.horizontal != HorizontalAlign::Justified) lines.width += slack;
     const auto x = static_cast<float>(place.x), y = static_cast<float>(place.y);
     switch (style.rotation) {
         case Rotation::Left:

@@ -22,6 +22,17 @@ constexpr std::string_view kSpaces =
     " xmlns:pic=\"http://schemas.openxmlformats.org/drawingml/2006/picture\""
     " xmlns:wps=\"http://schemas.microsoft.com/office/word/2010/wordprocessingShape\"";
 
+/// The style that every paragraph has. Without one, frames are white boxes to some programs.
+std::string styles_part(const Document& document)
+{
+    std::string out(kXmlHead);
+    out.append("<w:styles").append(kSpaces).append("><w:docDefaults><w:rPrDefault>");
+    append_character_settings(out, document.default_font, kBlack);
+    return out +
+           "</w:rPrDefault></w:docDefaults><w:style w:type=\"paragraph\" w:default=\"1\" w:styleId=\"Normal\">"
+           "<w:name w:val=\"Normal\"/></w:style></w:styles>";
+}
+
 class DocxExporter : public PageSink {
 public:
     DocxExporter(std::unique_ptr<AtomicFile> file, const ExportContext& context)
@@ -137,10 +148,13 @@ void DocxExporter::end()
     out += "<w:p><w:pPr>" + std::string(kThinParagraph) + "</w:pPr>" + behind_ + "</w:p>" + section();
     out += "</w:body></w:document>";
     zip.add("word/document.xml", out);
-    if (!relations_.empty()) zip.add("word/_rels/document.xml.rels", relations_.xml());
+    relations_.add("styles", "styles.xml");
+    zip.add("word/styles.xml", styles_part(*document_));
+    zip.add("word/_rels/document.xml.rels", relations_.xml());
     pictures_.write(zip, "word");
     write_office_frame(zip, *document_, "word/document.xml",
-                       {{"word/document.xml", std::string(kTypes) + "document.main+xml"}});
+                       {{"word/document.xml", std::string(kTypes) + "document.main+xml"},
+                        {"word/styles.xml", std::string(kTypes) + "styles+xml"}});
     zip.finish();
     file_->finish();
 }

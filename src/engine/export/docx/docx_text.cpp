@@ -39,25 +39,60 @@ std::string bookmark_name(std::string_view anchor)
     return name.substr(0, 40);
 }
 
+/// Lines may run past the edges of their frame where they do not stand against them: frames that were wider than their
+/// texts would lie over each other.
+void append_slack(std::string& out, HorizontalAlign align)
+{
+    if (align == HorizontalAlign::Justified) return;
+    const float left = align == HorizontalAlign::Right    ? kTextSlack
+                       : align == HorizontalAlign::Center ? kTextSlack / 2
+                                                          : 0;
+    out += "<w:ind";
+    append_number_attribute(out, "w:left", -twips(left));
+    append_number_attribute(out, "w:right", -twips(kTextSlack - left));
+    out += "/>";
+}
+
 void append_paragraph_settings(std::string& out, const Text& text, const Style& style, const PictureBox& box)
 {
     out += "<w:pPr><w:framePr";
     append_number_attribute(out, "w:w", std::max(twips(box.width), 1L));
     append_number_attribute(out, "w:h", std::max(twips(box.height), 1L));
-    out += " w:hRule=\"exact\" w:wrap=\"none\" w:vAnchor=\"page\" w:hAnchor=\"page\"";
+    out += " w:hRule=\"atLeast\" w:wrap=\"none\" w:vAnchor=\"page\" w:hAnchor=\"page\"";
     // a place of zero would mean none
     const auto place = [](float at) { return twips(at) == 0 ? 1L : twips(at); };
     append_number_attribute(out, "w:x", place(box.x));
     append_number_attribute(out, "w:y", place(box.y));
     out += "/><w:spacing w:before=\"0\" w:after=\"0\"";
     append_number_attribute(out, "w:line", std::max(twips(line_height(text, style)), 1L));
-    out += " w:lineRule=\"exact\"/><w:jc";
+    out += " w:lineRule=\"exact\"/>";
+    append_slack(out, style.horizontal);
+    out += "<w:jc";
     append_attribute(out, "w:val", alignment(style.horizontal));
     out += "/>";
     if (style.rotation == Rotation::Left) out += "<w:textDirection w:val=\"btLr\"/>";
     if (style.rotation == Rotation::Right) out += "<w:textDirection w:val=\"tbRl\"/>";
     out += "</w:pPr>";
 }
+
+/// Characters of a line; tabs and line feeds are elements of their own.
+void append_characters(std::string& out, std::string_view text)
+{
+    while (!text.empty()) {
+        const size_t end = std::min(text.find_first_of("\t\n\r"), text.size());
+        if (end > 0) {
+            out += "<w:t xml:space=\"preserve\">";
+            append_xml_text(out, text.substr(0, end));
+            out += "</w:t>";
+        }
+        if (end == text.size()) return;
+        if (text[end] == '\t') out += "<w:tab/>";
+        if (text[end] == '\n') out += "<w:br/>";
+        text.remove_prefix(end + 1);
+    }
+}
+
+}  // namespace
 
 void append_character_settings(std::string& out, const Font& font, Color ink, const TextRun* run)
 {
@@ -87,32 +122,13 @@ void append_character_settings(std::string& out, const Font& font, Color ink, co
     out += "</w:rPr>";
 }
 
-/// Characters of a line; tabs and line feeds are elements of their own.
-void append_characters(std::string& out, std::string_view text)
-{
-    while (!text.empty()) {
-        const size_t end = std::min(text.find_first_of("\t\n\r"), text.size());
-        if (end > 0) {
-            out += "<w:t xml:space=\"preserve\">";
-            append_xml_text(out, text.substr(0, end));
-            out += "</w:t>";
-        }
-        if (end == text.size()) return;
-        if (text[end] == '\t') out += "<w:tab/>";
-        if (text[end] == '\n') out += "<w:br/>";
-        text.remove_prefix(end + 1);
-    }
-}
-
-}  // namespace
-
 void DocxText::append(std::string& out, const Text& text, const Style& style, const Place& place)
 {
     if (text.shown().empty()) return;
     const size_t lines = text.detail ? std::max<size_t>(1, text.detail->lines.size()) : 1;
     const float height = std::max(text.text_height, line_height(text, style) * static_cast<float>(lines));
     out += "<w:p>";
-    append_paragraph_settings(out, text, style, text_box(style, place, height));
+    append_paragraph_settings(out, text, style, text_box(style, place, height, 0));
     if (text.detail && !text.detail->anchor.name.empty()) {
         const std::string number = std::to_string(++bookmarks_);
         out += "<w:bookmarkStart w:id=\"" + number + "\" w:name=\"" + bookmark_name(text.detail->anchor.name) +

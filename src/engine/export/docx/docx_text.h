@@ -10,6 +10,10 @@ namespace velora::engine {
 inline constexpr std::string_view kThinParagraph =
     "<w:spacing w:before=\"0\" w:after=\"0\" w:line=\"20\" w:lineRule=\"exact\"/>";
 
+/// What letters look like.
+/// @param run  a part of a text that has a ground or a script of its own, or null
+void append_character_settings(std::string& out, const Font& font, Color ink, const TextRun* run = nullptr);
+
 /// Writes texts as paragraphs in frames at their places, line by line as they were measured.
 class DocxText {
 public:

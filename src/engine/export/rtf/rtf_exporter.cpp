@@ -136,7 +136,7 @@ void RtfExporter::text(const Text& text, const Style& style, const Place& place)
         content = fmt::format("{{\\*\\bkmkstart {0}}}{{\\*\\bkmkend {0}}}", name);
     }
     content += paragraphs(text, style);
-    shapes_.text(out_, text_box(style, place, height), style.rotation, content);
+    shapes_.text(out_, text_box(style, place, height, kTextSlack), style.rotation, content);
 }
 
 std::string_view alignment_word(HorizontalAlign align)
