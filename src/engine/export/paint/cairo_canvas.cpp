@@ -3,16 +3,12 @@
 #include <cstring>
 
 #include "engine/export/paint/bitmap.h"
-#include "engine/export/paint/cairo_handles.h"
+#include "engine/export/paint/cairo_faces.h"
 #include "engine/text/face.h"
 #include "values/fault.h"
 
 namespace velora::engine {
 namespace {
-
-struct DropLibrary {
-    void operator()(FT_Library library) const noexcept { FT_Done_FreeType(library); }
-};
 
 /// Cairo's own form of a picture: 32 bits for each point, colours times alpha.
 CairoSurface surface_of(const Bitmap& bitmap)
@@ -37,25 +33,9 @@ CairoSurface surface_of(const Bitmap& bitmap)
 }  // namespace
 
 struct CairoCache::State {
-    std::unique_ptr<FT_LibraryRec_, DropLibrary> library;
-    std::unordered_map<const Face*, CairoFontFace> faces;
+    CairoFaces faces{FT_LOAD_NO_HINTING};
     std::map<std::shared_ptr<const ImageData>, CairoSurface> pictures;
 
-    cairo_font_face_t* face(const Face& face)
-    {
-        CairoFontFace& known = faces[&face];
-        if (known) return known.get();
-        FT_Face outlines = nullptr;
-        if (FT_New_Face(library.get(), face.path().c_str(), static_cast<FT_Long>(face.index()), &outlines) != 0) {
-            throw Fault(fault::kFileNotFound, "The font file cannot be read: " + face.path().string());
-        }
-        known.reset(cairo().ft_font_face_create_for_ft_face(outlines, FT_LOAD_NO_HINTING));
-        // The face of the font library goes when cairo drops its own, which may be later than this cache.
-        static const cairo_user_data_key_t kOutlines{};
-        cairo().font_face_set_user_data(known.get(), &kOutlines, outlines,
-                                        [](void* data) { FT_Done_Face(static_cast<FT_Face>(data)); });
-        return known.get();
-    }
     cairo_surface_t* picture(const std::shared_ptr<const ImageData>& data)
     {
         const auto known = pictures.find(data);
@@ -65,13 +45,7 @@ struct CairoCache::State {
     }
 };
 
-CairoCache::CairoCache() : state_(std::make_unique<State>())
-{
-    FT_Library library = nullptr;
-    if (FT_Init_FreeType(&library) != 0) throw Fault(fault::kCannotCreate, "The font library cannot be started.");
-    state_->library.reset(library);
-}
-
+CairoCache::CairoCache() : state_(std::make_unique<State>()) {}
 CairoCache::~CairoCache() = default;
 
 void CairoCanvas::save()
@@ -150,7 +124,7 @@ void CairoCanvas::stroke(const Path& path, const Stroke& stroke)
 void CairoCanvas::glyphs(const GlyphRun& run)
 {
     set_color(run.color);
-    cairo().set_font_face(context_, cache_.state_->face(*run.face));
+    cairo().set_font_face(context_, cache_.state_->faces.of(*run.face));
     cairo().set_font_size(context_, run.size);
     std::vector<cairo_glyph_t> placed;
     placed.reserve(run.glyphs.size());

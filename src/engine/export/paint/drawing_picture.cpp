@@ -4,11 +4,9 @@
 #include FT_FREETYPE_H
 
 #include <cmath>
-#include <map>
 
-#include "engine/export/paint/cairo_handles.h"
+#include "engine/export/paint/cairo_faces.h"
 #include "engine/picture/png_file.h"
-#include "engine/text/face.h"
 #include "engine/text/font_store.h"
 
 namespace velora::engine {
@@ -16,10 +14,6 @@ namespace {
 
 constexpr double kPixelsPerPoint = 3;
 constexpr float kLargestSide = 4000;  ///< points
-
-struct DropFreeTypeFace {
-    void operator()(FT_Face face) const noexcept { FT_Done_Face(face); }
-};
 
 void set_color(cairo_t* context, Color color)
 {
@@ -60,7 +54,6 @@ void paint(cairo_t* context, const Shape& shape)
 
 void paint(cairo_t* context, const Label& label, cairo_font_face_t* face)
 {
-    if (face == nullptr) return;
     cairo().save(context);
     cairo().set_font_face(context, face);
     cairo().set_font_size(context, label.font.size);
@@ -90,36 +83,6 @@ std::string png_of(cairo_surface_t& surface)
 
 }  // namespace
 
-/// Opened font files. A face of cairo reads from its FreeType face, so it goes first.
-struct DrawingPictures::Faces {
-    Faces() { FT_Init_FreeType(&library); }
-    ~Faces()
-    {
-        cairo_faces.clear();
-        files.clear();
-        FT_Done_FreeType(library);
-    }
-    Faces(const Faces&) = delete;
-    Faces& operator=(const Faces&) = delete;
-
-    cairo_font_face_t* of(const Face& face)
-    {
-        auto& known = cairo_faces[&face];
-        if (!known) {
-            FT_Face file = nullptr;
-            if (FT_New_Face(library, face.path().c_str(), static_cast<FT_Long>(face.index()), &file) != 0)
-                return nullptr;
-            files.emplace_back(file);
-            known.reset(cairo().ft_font_face_create_for_ft_face(file, 0));
-        }
-        return known.get();
-    }
-
-    FT_Library library = nullptr;
-    std::vector<std::unique_ptr<FT_FaceRec, DropFreeTypeFace>> files;
-    std::map<const Face*, CairoFontFace> cairo_faces;
-};
-
 DrawingPictures::DrawingPictures(FontStore& fonts) : fonts_(fonts) {}
 DrawingPictures::~DrawingPictures() = default;
 
@@ -139,7 +102,7 @@ std::shared_ptr<const ImageData> DrawingPictures::painted(const Drawing& drawing
     const bool paintable =
         drawing.width > 0 && drawing.height > 0 && drawing.width <= kLargestSide && drawing.height <= kLargestSide;
     if (!paintable) return nullptr;
-    if (!faces_) faces_ = std::make_unique<Faces>();
+    if (!faces_) faces_ = std::make_unique<CairoFaces>(FT_LOAD_DEFAULT);
     const CairoSurface surface(
         cairo().image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(drawing.width * kPixelsPerPoint)),
                                      static_cast<int>(std::ceil(drawing.height * kPixelsPerPoint))));

@@ -7,6 +7,7 @@
 
 namespace velora::engine {
 
+class CairoFaces;
 class FontStore;
 
 /// Turns vector drawings into pictures, for formats that hold no vectors.
@@ -20,7 +21,6 @@ public:
     std::shared_ptr<const ImageData> picture(const Drawing& drawing, const Style& style);
 
 private:
-    struct Faces;
     [[nodiscard]] std::shared_ptr<const ImageData> painted(const Drawing& drawing, Color ground);
 
     FontStore& fonts_;
@@ -31,7 +31,7 @@ private:
         std::shared_ptr<const ImageData> picture;
     };
     std::deque<Painted> recent_;
-    std::unique_ptr<Faces> faces_;
+    std::unique_ptr<CairoFaces> faces_;
 };
 
 }  // namespace velora::engine
