@@ -8,6 +8,7 @@
 namespace velora::engine {
 namespace {
 
+constexpr double kThinnest = 1e-9;  // of the values themselves; closer ones cannot be told apart
 constexpr double kGreatest = 1e18;  // sums of many values; beyond it numbers are no longer readable
 
 /// The next round number: 1, 2, 2.5 or 5 times a power of ten.
@@ -22,25 +23,51 @@ double round_step(double least, bool whole)
     return 10 * power;
 }
 
+int decimals_of(double step)
+{
+    int decimals = 0;
+    for (; decimals < 6 && std::abs(step - std::round(step)) > 1e-9 * step; step *= 10) ++decimals;
+    return decimals;
+}
+
 }  // namespace
 
-ValueScale::ValueScale(double least, double most, int marks, bool whole)
+ValueScale::ValueScale(double least, double most, int marks, bool whole, bool zero)
+    : marks_(std::max(marks, 1)), whole_(whole)
 {
-    least = std::clamp(std::min(least, 0.0), -kGreatest, 0.0);
-    most = std::clamp(std::max(most, 0.0), 0.0, kGreatest);
-    if (least == most) most = 1;
-    step_ = round_step((most - least) / std::max(marks, 1), whole);
+    least = std::clamp(zero ? std::min(least, 0.0) : least, -kGreatest, kGreatest);
+    most = std::clamp(zero ? std::max(most, 0.0) : most, least, kGreatest);
+    const double size = std::max(std::abs(least), std::abs(most));
+    if (size == 0) {
+        most = 1;
+    } else if (most - least < size * kThinnest) {
+        least -= size / 2;
+        most += size / 2;
+    }
+    step_ = round_step((most - least) / marks_, whole);
     least_ = std::floor(least / step_ + 1e-9) * step_;
     most_ = std::ceil(most / step_ - 1e-9) * step_;
-    decimals_ = 0;
-    for (double step = step_; decimals_ < 6 && std::abs(step - std::round(step)) > 1e-9 * step; step *= 10) ++decimals_;
+    decimals_ = decimals_of(step_);
+}
+
+void ValueScale::limit(std::optional<double> least, std::optional<double> most)
+{
+    if (!least && !most) return;
+    const double low = least && std::isfinite(*least) ? *least : least_;
+    const double high = most && std::isfinite(*most) ? *most : most_;
+    if (!(high - low > kThinnest * std::max(std::abs(low), std::abs(high)))) return;
+    least_ = std::clamp(low, -kGreatest, kGreatest);
+    most_ = std::clamp(high, -kGreatest, kGreatest);
+    step_ = round_step((most_ - least_) / marks_, whole_);
+    decimals_ = decimals_of(step_);
 }
 
 std::vector<double> ValueScale::marks() const
 {
     std::vector<double> result;
-    const auto count = std::lround((most_ - least_) / step_);
-    for (long i = 0; i <= count; ++i) result.push_back(least_ + static_cast<double>(i) * step_);
+    const double first = std::ceil(least_ / step_ - 1e-9);
+    const auto count = static_cast<int>(std::floor(most_ / step_ + 1e-9) - first);
+    for (int i = 0; i <= count; ++i) result.push_back((first + i) * step_ + 0.0);  // no "-0"
     return result;
 }
 

@@ -1,16 +1,20 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace velora::engine {
 
-/// A value axis with round marks; zero is always on it.
+/// A value axis with round marks.
 class ValueScale {
 public:
     /// @param marks  about how many marks there is room for
     /// @param whole  marks stand at whole numbers only, for counts
-    ValueScale(double least, double most, int marks, bool whole = false);
+    /// @param zero  zero is on the axis in any case
+    ValueScale(double least, double most, int marks, bool whole = false, bool zero = true);
+    /// Sets an end of the axis to where it was asked for. Ends that would leave nothing between them stay.
+    void limit(std::optional<double> least, std::optional<double> most);
 
     [[nodiscard]] double least() const { return least_; }
     [[nodiscard]] double most() const { return most_; }
@@ -21,7 +25,8 @@ public:
 
 private:
     double least_, most_, step_;
-    int decimals_;
+    int marks_, decimals_;
+    bool whole_;
 };
 
 /// A number for people: grouped, with as many decimals as it needs, at most two.

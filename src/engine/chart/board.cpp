@@ -9,11 +9,12 @@
 namespace velora::engine {
 namespace {
 
-// Neighbours differ in lightness by so much that they are told apart in grey print.
+// No two are alike in grey print, and neighbours differ by more than a little: brightness 70, 176, 122, 210, 51, 227,
+// 87, 193, 36, 160, 104, 143 of 255.
 constexpr std::array kPalette = {
     Color{31, 78, 134, 255}, Color{244, 163, 64, 255},  Color{112, 138, 66, 255}, Color{190, 215, 240, 255},
-    Color{152, 38, 48, 255}, Color{240, 214, 110, 255}, Color{96, 74, 130, 255},  Color{150, 200, 190, 255},
-    Color{84, 84, 84, 255},  Color{222, 160, 170, 255}, Color{20, 110, 120, 255}, Color{200, 200, 200, 255},
+    Color{120, 20, 32, 255}, Color{250, 232, 140, 255}, Color{96, 74, 130, 255},  Color{158, 209, 199, 255},
+    Color{36, 36, 36, 255},  Color{214, 134, 150, 255}, Color{24, 136, 146, 255}, Color{143, 143, 143, 255},
 };
 
 }  // namespace

@@ -68,6 +68,8 @@ Color darker(Color color);
 inline constexpr Color kGridColor{217, 217, 217, 255};
 inline constexpr Color kAxisColor{102, 102, 102, 255};
 
+/// A pie's data with what would be too thin to be told apart put together as one slice at the end.
+ChartData with_small_slices_gathered(ChartData data);
 void draw_pie(ChartBoard& board, const ChartArea& area);
 /// Bars, lines and areas over a category axis.
 void draw_category_plot(ChartBoard& board, const ChartArea& area);

@@ -3,21 +3,21 @@
 
 #include "engine/chart/axis.h"
 #include "engine/chart/board.h"
+#include "engine/chart/plot_frame.h"
 
 namespace velora::engine {
 namespace {
 
 constexpr float kPointsPerMark = 28;  // room that one mark of the value axis takes
-constexpr float kTick = 3, kTextGap = 3;
 constexpr float kSlant = -std::numbers::pi_v<float> / 4;
+constexpr float kNumberGap = 3;     // from a bar's end to its number
+constexpr float kMarker = 2.5F;     // half of a sign's size
 constexpr float kBarShare = 0.75F;  // of the room of a category
 constexpr float kMostBar = 60;      // points; a single bar need not fill the page
-constexpr Pen kGrid{0.5F, LineStyle::Solid, kGridColor};
-constexpr Pen kAxis{0.75F, LineStyle::Solid, kAxisColor};
 
 bool is_stacked(ChartKind kind)
 {
-    return kind == ChartKind::StackedBar;
+    return kind == ChartKind::StackedBar || kind == ChartKind::StackedArea;
 }
 
 std::pair<double, double> value_range(const ChartData& data)
@@ -52,24 +52,22 @@ public:
         make_room();
         if (!area_.usable()) return;
         draw_axes();
-        switch (data_.kind) {
-            case ChartKind::Line:
-                return draw_lines();
-            case ChartKind::Area:
-                return draw_areas();
-            default:
-                return draw_bars();
-        }
+        draw_values();
+        for (const Number& number : numbers_) draw_number(number);
     }
 
 private:
-    [[nodiscard]] bool is_bar() const { return data_.kind == ChartKind::Bar || is_stacked(data_.kind); }
-    [[nodiscard]] ValueScale make_scale() const
-    {
-        const auto [least, most] = value_range(data_);
-        const float room = lying_ ? area_.width() / 2 : area_.height();
-        return {least, most, std::clamp(static_cast<int>(room / kPointsPerMark), 2, 10), shows_whole_numbers()};
-    }
+    /// A number that is to stand at the end of a bar or above a point.
+    struct Number {
+        std::string text;
+        Point end;
+        bool negative;
+        float gap;      ///< from the end
+        ChartArea bar;  ///< whose number it is
+    };
+
+    [[nodiscard]] bool is_bar() const { return data_.kind == ChartKind::Bar || data_.kind == ChartKind::StackedBar; }
+    [[nodiscard]] ValueScale make_scale() const;
     /// Marks between whole numbers would all look like their neighbours.
     [[nodiscard]] bool shows_whole_numbers() const
     {
@@ -91,17 +89,18 @@ private:
     }
     [[nodiscard]] float across(double value) const
     {
-        const auto share = static_cast<float>(scale_.share(value));
+        const auto share = static_cast<float>(std::clamp(scale_.share(value), 0.0, 1.0));
         return lying_ ? area_.left + share * area_.width() : area_.bottom - share * area_.height();
     }
 
     void make_room();
     void draw_axes();
     void draw_category_labels();
-    void draw_titles(const ChartArea& outer);
+    void draw_values();
     void draw_bars();
-    void draw_bar(size_t series, float from, float to, double start, double end);
-    void draw_value(double at, double value, float middle);
+    ChartArea draw_bar(size_t series, float from, float to, double start, double end);
+    void note_value(double at, double value, float middle, const ChartArea& bar = {});
+    void draw_number(const Number& number);
     void draw_lines();
     void draw_line_parts(size_t series, const Pen& pen);
     void draw_areas();
@@ -115,7 +114,42 @@ private:
     float left_edge_ = 0;   ///< of everything, labels included
     float mark_room_ = 0;   ///< longest label of the value axis
     float label_room_ = 0;  ///< longest category label
+    std::vector<Number> numbers_;
+    std::vector<ChartArea> taken_;  ///< by bars and by the numbers that are written
 };
+
+/// Numbers at the ends of bars have room on the axis.
+ValueScale Plot::make_scale() const
+{
+    auto [least, most] = value_range(data_);
+    const float room = lying_ ? area_.width() / 2 : area_.height();
+    if (data_.value_labels && is_bar() && area_.usable()) {
+        float longest = data_.label_font.size;
+        for (const double end : {least, most}) {
+            if (lying_) longest = std::max(longest, board_.text_width(chart_number(end), data_.label_font));
+        }
+        const double more = (most - least) * std::min((longest + kNumberGap + 1) / room, 0.3F);
+        if (least < 0 && !is_stacked(data_.kind)) least -= more;
+        if (most > 0) most += more;
+    }
+    const int marks = std::clamp(static_cast<int>(room / kPointsPerMark), 2, 10);
+    ValueScale scale(least, most, marks, shows_whole_numbers());
+    scale.limit(data_.least, data_.most);
+    return scale;
+}
+
+void Plot::draw_values()
+{
+    switch (data_.kind) {
+        case ChartKind::Line:
+            return draw_lines();
+        case ChartKind::Area:
+        case ChartKind::StackedArea:
+            return draw_areas();
+        default:
+            return draw_bars();
+    }
+}
 
 /// Takes room from the area for the axes' labels and titles.
 void Plot::make_room()
@@ -145,18 +179,7 @@ void Plot::make_room()
         label_room_ = slanted_ ? std::min(names, outer.height() * 0.5F) : slot();
         area_.bottom -= kTick + (slanted_ ? label_room_ * 0.71F + line * 0.71F : line);
     }
-    draw_titles(outer);
-}
-
-void Plot::draw_titles(const ChartArea& outer)
-{
-    const Font& font = data_.label_font;
-    const std::string& below = lying_ ? data_.value_axis : data_.category_axis;
-    const std::string& beside = lying_ ? data_.category_axis : data_.value_axis;
-    board_.label({area_.middle_x(), outer.bottom - font.size * 0.24F}, board_.fitted(below, font, area_.width()), font,
-                 HorizontalAlign::Center);
-    board_.label({outer.left + font.size * 0.93F, area_.middle_y()}, board_.fitted(beside, font, area_.height()), font,
-                 HorizontalAlign::Center, -std::numbers::pi_v<float> / 2);
+    draw_axis_titles(board_, area_, outer, below, beside);
 }
 
 void Plot::draw_axes()
@@ -209,28 +232,49 @@ void Plot::draw_category_labels()
     }
 }
 
-void Plot::draw_bar(size_t series, float from, float to, double start, double end)
+ChartArea Plot::draw_bar(size_t series, float from, float to, double start, double end)
 {
     const float low = across(start), high = across(end);
     const ChartArea bar = lying_ ? ChartArea{std::min(low, high), from, std::max(low, high), to}
                                  : ChartArea{from, std::min(low, high), to, std::max(low, high)};
     const Color color = board_.series_color(series);
     board_.rectangle(bar, color, {0.5F, LineStyle::Solid, darker(color)});
+    taken_.push_back(bar);
+    return bar;
 }
 
-/// The number at the end of a bar or above a point.
-void Plot::draw_value(double at, double value, float middle)
+void Plot::note_value(double at, double value, float middle, const ChartArea& bar)
 {
     if (!data_.value_labels) return;
-    const Font& font = data_.label_font;
     const float end = across(at);
-    const bool down = at < 0;
-    if (lying_) {
-        board_.middle_label({end + (down ? -3.0F : 3.0F), middle}, chart_number(value), font,
-                            down ? HorizontalAlign::Right : HorizontalAlign::Left);
-    } else {
-        board_.label({middle, down ? end + font.size : end - 3}, chart_number(value), font, HorizontalAlign::Center);
+    numbers_.push_back({chart_number(value), lying_ ? Point{end, middle} : Point{middle, end}, at < 0,
+                        kNumberGap + (data_.kind == ChartKind::Line && data_.markers ? kMarker : 0), bar});
+}
+
+/// A number is left out where it would stand on another one, on a bar that is not its own, or on the names of the axis.
+void Plot::draw_number(const Number& number)
+{
+    const Font& font = data_.label_font;
+    const float width = board_.text_width(number.text, font) + 1, gap = number.negative ? -number.gap : number.gap;
+    const float capitals = font.size * 0.73F;
+    const HorizontalAlign align = !lying_           ? HorizontalAlign::Center
+                                  : number.negative ? HorizontalAlign::Right
+                                                    : HorizontalAlign::Left;
+    Point at = lying_ ? Point{number.end.x + gap, number.end.y + capitals / 2}
+                      : Point{number.end.x, number.negative ? number.end.y - gap + capitals : number.end.y - gap};
+    const float left = !lying_ ? at.x - width / 2 : number.negative ? at.x - width : at.x;
+    const ChartArea place{left, at.y - font.size * 0.9F, left + width, at.y};
+    const auto meets = [&](const ChartArea& other) {
+        return place.left < other.right && other.left < place.right && place.top < other.bottom &&
+               other.top < place.bottom;
+    };
+    if (place.left < area_.left - 1 && lying_) return;
+    for (const ChartArea& other : taken_) {
+        const bool own = other.left == number.bar.left && other.top == number.bar.top;
+        if (!own && meets(other)) return;
     }
+    taken_.push_back(place);
+    board_.label(at, number.text, font, align);
 }
 
 void Plot::draw_bars()
@@ -246,11 +290,11 @@ void Plot::draw_bars()
             const float from = first + (is_stacked(data_.kind) ? 0 : static_cast<float>(series) * width);
             double& base = *value < 0 ? down : up;
             const double start = is_stacked(data_.kind) ? base : 0;
-            draw_bar(series, from, from + width, start, start + *value);
-            if (!is_stacked(data_.kind)) draw_value(*value, *value, from + width / 2);
+            const ChartArea bar = draw_bar(series, from, from + width, start, start + *value);
+            if (!is_stacked(data_.kind)) note_value(*value, *value, from + width / 2, bar);
             base += *value;
         }
-        if (is_stacked(data_.kind) && up > 0) draw_value(up, up + down, first + width / 2);
+        if (is_stacked(data_.kind) && up > 0) note_value(up, up + down, first + width / 2);
     }
 }
 
@@ -275,38 +319,40 @@ void Plot::draw_lines()
     constexpr std::array kWays = {LineStyle::Solid, LineStyle::Dashed, LineStyle::Dotted};
     for (size_t series = 0; series < data_.series.size(); ++series) {
         const Color color = board_.series_color(series);
-        draw_line_parts(series, {1.5F, kWays.at(series % kWays.size()), color});
+        if (data_.lines) draw_line_parts(series, {1.5F, kWays.at(series % kWays.size()), color});
         for (size_t category = 0; category < data_.categories.size(); ++category) {
             const auto value = chart_value(data_.series[series], category);
             if (!value) continue;
-            if (data_.markers) board_.marker({along(category), across(*value)}, series, color, 2.5F);
-            draw_value(*value, *value, along(category));
+            const Point at{along(category), across(*value)};
+            if (data_.markers) board_.marker(at, series, color, kMarker);
+            if (data_.markers) taken_.push_back({at.x - kMarker, at.y - kMarker, at.x + kMarker, at.y + kMarker});
+            note_value(*value, *value, along(category), taken_.empty() ? ChartArea{} : taken_.back());
         }
     }
 }
 
+/// Areas stand on each other where they are stacked, else each on zero.
 void Plot::draw_areas()
 {
     constexpr uint8_t kSeeThrough = 150;
-    for (size_t series = 0; series < data_.series.size(); ++series) {
+    const bool stacked = is_stacked(data_.kind);
+    std::vector<double> ground(data_.categories.size());
+    for (size_t series = 0; series < data_.series.size() && !ground.empty(); ++series) {
         Color fill = board_.series_color(series);
-        std::vector<Point> outline;
-        for (size_t category = 0; category < data_.categories.size(); ++category) {
-            const double value = chart_value(data_.series[series], category).value_or(0);
-            outline.push_back({along(category), across(value)});
-        }
-        if (outline.empty()) continue;
-        std::vector<Point> filled = outline;
-        filled.push_back({outline.back().x, across(0)});
-        filled.push_back({outline.front().x, across(0)});
-        const Color edge = darker(fill);
-        fill.alpha = data_.series.size() > 1 ? kSeeThrough : fill.alpha;
-        board_.polygon(std::move(filled), fill);
-        board_.polyline(outline, {1.25F, LineStyle::Solid, edge});
-        for (size_t category = 0; category < data_.categories.size(); ++category) {
+        std::vector<Point> edge, filled;
+        for (size_t category = 0; category < ground.size(); ++category) {
+            filled.push_back({along(category), across(ground[category])});
             const auto value = chart_value(data_.series[series], category);
-            if (value) draw_value(*value, *value, along(category));
+            const double top = ground[category] + value.value_or(0);
+            edge.push_back({along(category), across(top)});
+            if (value) note_value(top, *value, along(category));
+            if (stacked) ground[category] = top;
         }
+        filled.insert(filled.end(), edge.rbegin(), edge.rend());
+        const Color line = darker(fill);
+        fill.alpha = data_.series.size() > 1 && !stacked ? kSeeThrough : fill.alpha;
+        board_.polygon(std::move(filled), fill);
+        board_.polyline(edge, {1.25F, LineStyle::Solid, line});
     }
 }
 

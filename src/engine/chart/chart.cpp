@@ -149,12 +149,13 @@ std::string in_words(const ChartData& data)
 
 }  // namespace
 
-std::shared_ptr<const Drawing> draw_chart(const ChartData& data, float width, float height, Measurer& measurer)
+std::shared_ptr<const Drawing> draw_chart(const ChartData& given, float width, float height, Measurer& measurer)
 {
     auto drawing = std::make_shared<Drawing>();
     drawing->width = width;
     drawing->height = height;
-    drawing->description = in_words(data);
+    drawing->description = in_words(given);
+    const ChartData data = given.kind == ChartKind::Pie ? with_small_slices_gathered(given) : given;
     ChartBoard board(*drawing, measurer, data);
     ChartArea area{kMargin, kMargin, width - kMargin, height - kMargin};
     if (!area.usable()) return drawing;

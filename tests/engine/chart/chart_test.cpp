@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <set>
 
 #include "engine/chart/axis.h"
 #include "engine/text/font_store.h"
@@ -165,6 +166,114 @@ TEST_F(ChartTest, TheMarksOfTheValueAxisAreWrittenAsAsked)
     const auto texts = labels(data);
     EXPECT_NE(std::find(texts.begin(), texts.end(), "10 pcs"), texts.end());
     for (const auto& text : texts) EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << text;
+}
+
+TEST_F(ChartTest, NumbersAtBarsAndPointsDoNotStandOverEachOther)
+{
+    struct Box {
+        float left, right, top, bottom;
+    };
+    for (const ChartKind kind : {ChartKind::Bar, ChartKind::StackedBar, ChartKind::Line}) {
+        ChartData data;
+        data.kind = kind;
+        data.value_labels = true;
+        data.legend = false;
+        data.series = {{"a", {}, {}}, {"b", {}, {}}};
+        for (int at = 0; at < 40; ++at) {
+            data.categories.push_back("c");
+            data.series[0].values.emplace_back(500 + at * 37 % 101);
+            data.series[1].values.emplace_back(100 + at * 37 % 101);
+        }
+        labels(data);
+        std::vector<Box> numbers;
+        for (const auto& item : drawing->items) {
+            const auto* label = std::get_if<Label>(&item);
+            if (label == nullptr || label->align != HorizontalAlign::Center || label->text.size() < 3) continue;
+            const float half = measurer.width(label->text, label->font) / 2;
+            numbers.push_back(
+                {label->at.x - half, label->at.x + half, label->at.y - label->font.size * 0.8F, label->at.y});
+        }
+        EXPECT_GT(numbers.size(), 4U) << "some are shown";
+        for (size_t one = 0; one < numbers.size(); ++one) {
+            for (size_t other = one + 1; other < numbers.size(); ++other) {
+                const Box &a = numbers[one], &b = numbers[other];
+                EXPECT_FALSE(a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom)
+                    << static_cast<int>(kind) << ": " << one << " and " << other;
+            }
+        }
+    }
+}
+
+TEST_F(ChartTest, ColoursOfTheirOwnAreToldApartInGreyPrint)
+{
+    ChartData data;
+    data.categories = {"c"};
+    for (int at = 0; at < 12; ++at) data.series.push_back({"s", {1}, {}});
+    labels(data, 400, 300);
+    std::vector<double> greys;
+    for (const auto& item : drawing->items) {
+        const auto* shape = std::get_if<Shape>(&item);
+        if (shape == nullptr || !shape->filled) continue;
+        greys.push_back(0.299 * shape->fill.red + 0.587 * shape->fill.green + 0.114 * shape->fill.blue);
+    }
+    ASSERT_EQ(greys.size(), 24U) << "an entry of the legend and a bar each";
+    for (size_t one = 12; one < 24; ++one) {
+        if (one > 12) {
+            EXPECT_GT(std::abs(greys[one] - greys[one - 1]), 35) << one << " is not like the one before it";
+        }
+        for (size_t other = one + 1; other < 24; ++other) {
+            EXPECT_GT(std::abs(greys[one] - greys[other]), 12) << one << " and " << other;
+        }
+    }
+}
+
+TEST_F(ChartTest, StackedAreasStandOnEachOther)
+{
+    ChartData data = sample(ChartKind::StackedArea);
+    data.series[1].values[1] = 40;
+    EXPECT_THAT(labels(data), testing::Contains("80")) << "the axis goes up to 30 and 40";
+    const auto lower = filled({1, 1, 1, 255}), upper = filled({2, 2, 2, 255});
+    ASSERT_EQ(lower.size(), 2U) << "with the legend's";
+    const auto tops = [](const Shape& area) { return std::pair{area.path[3], area.path[2]}; };
+    EXPECT_EQ(tops(lower[1]), (std::pair{upper[1].path[0], upper[1].path[1]}));
+}
+
+TEST_F(ChartTest, TheValueAxisEndsWhereItIsAskedTo)
+{
+    ChartData data = sample(ChartKind::Bar);
+    data.least = 5;
+    data.most = 25;
+    EXPECT_THAT(labels(data), testing::AllOf(testing::Contains("25"), testing::Not(testing::Contains("30")),
+                                             testing::Not(testing::Contains("0"))));
+    expect_inside(300, 200);
+    data.most = 5;
+    EXPECT_THAT(labels(data), testing::Contains("30")) << "an axis of no length is none";
+}
+
+TEST_F(ChartTest, ThinSlicesAreGatheredWithTheirSumAndTheirNumber)
+{
+    ChartData data;
+    data.kind = ChartKind::Pie;
+    data.slice_label = "{0}={1}";
+    data.series = {{"", {}, {}}};
+    const auto add = [&](const char* name, double value) {
+        data.categories.emplace_back(name);
+        data.series[0].values.emplace_back(value);
+    };
+    for (const auto& [name, value] :
+         {std::pair{"thin", 1.5}, {"A", 60.0}, {"slim", 1.0}, {"B", 35.5}, {"fine", 1.75}}) {
+        add(name, value);
+    }
+    const auto shown = labels(data, 400, 300);
+    EXPECT_EQ(std::set<std::string>(shown.begin(), shown.end()),
+              (std::set<std::string>{"A", "B", "… (3)", "A=60", "B=35.50", "… (3)=4.25"}));
+    EXPECT_NE(drawing->description.find("slim 1"), std::string::npos) << "in words all are told";
+    data.categories.pop_back();
+    data.series[0].values.pop_back();
+    const auto two = labels(data, 400, 300);
+    EXPECT_NE(std::ranges::find(two, "slim=1"), two.end()) << "two thin ones would gain nothing";
+    for (int at = 0; at < 30; ++at) add("more", 40);
+    EXPECT_EQ(std::ranges::count(labels(data, 400, 300), "… (23)"), 1) << "11 and the rest";
 }
 
 }  // namespace
