@@ -31,17 +31,24 @@ namespace fs = std::filesystem;
 /// Servers refuse to run as root; a test that does hands the work to the user without rights.
 constexpr const char* kUser = "nobody";
 
+/// From below the ports that the system gives to outgoing connections, which could take one while its server is down;
+/// each test program looks from another place on.
 int free_port()
 {
-    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    ::bind(socket, reinterpret_cast<sockaddr*>(&address), size);
-    ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
-    ::close(socket);
-    return ntohs(address.sin_port);
+    constexpr int kFirst = 20'000, kCount = 12'000;
+    static int next = ::getpid() * 37;
+    for (int tries = 0; tries < kCount; ++tries) {
+        const int port = kFirst + next++ % kCount;
+        const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        address.sin_port = htons(static_cast<uint16_t>(port));
+        const bool is_free = ::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        ::close(socket);
+        if (is_free) return port;
+    }
+    throw std::runtime_error("no free port");
 }
 
 /// In memory where there is room: nothing of it has to last.
