@@ -114,7 +114,7 @@ private:
     std::vector<std::string> warnings_;
     FontStore fonts_;
     Measurer measurer_;
-    std::unique_ptr<Report> report_;
+    std::unique_ptr<CompiledReport> report_;
 };
 
 using Way = int64_t (Engine::*)(int64_t rows);

@@ -70,7 +70,7 @@ void fill_pages(benchmark::State& state, const std::string& group, const std::st
     xml.replace(xml.find("%GROUP%"), 7, group);
     xml.replace(xml.find("%FOOTER%"), 8, footer);
     std::vector<Warning> warnings;
-    const Report report(std::make_shared<model::Definition>(read_definition(xml, warnings)));
+    const CompiledReport report(std::make_shared<model::Definition>(read_definition(xml, warnings)));
     FontStore fonts(std::string(VELORA_SOURCE_DIR) + "/fonts");
     Measurer measurer(fonts);
     ManyRows table(static_cast<size_t>(state.range(0)));

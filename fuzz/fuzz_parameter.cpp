@@ -13,10 +13,10 @@ constexpr std::string_view kDefinition = R"(<jasperReport name="parameters">
     <parameter name="c" class="java.util.Date"/><parameter name="d" class="java.lang.Boolean"/>
     <parameter name="e" class="java.lang.Double"/><parameter name="f"/></jasperReport>)";
 
-Report report_with_parameters()
+CompiledReport report_with_parameters()
 {
     std::vector<Warning> warnings;
-    return Report(std::make_shared<model::Definition>(read_definition(kDefinition, warnings)));
+    return CompiledReport(std::make_shared<model::Definition>(read_definition(kDefinition, warnings)));
 }
 
 }  // namespace
@@ -25,7 +25,7 @@ Report report_with_parameters()
 /// byte is the parameter's name.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static const Report report = report_with_parameters();
+    static const CompiledReport report = report_with_parameters();
     const std::string_view given(reinterpret_cast<const char*>(data), size);
     try {
         static_cast<void>(parameter_from_text(report, given.substr(0, 1), given.substr(std::min<size_t>(1, size))));

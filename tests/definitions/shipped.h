@@ -115,7 +115,7 @@ inline std::vector<std::string> fill_shipped(const std::string& name, TableSourc
     static engine::Measurer measurer(fonts);
     std::vector<std::string> warnings;
     std::vector<engine::Warning> met;
-    const engine::Report report(
+    const engine::CompiledReport report(
         std::make_shared<engine::model::Definition>(engine::read_definition_file(definition_file(name), met)));
     for (const auto& warning : met) warnings.push_back(warning.line());
     warnings.insert(warnings.end(), report.warnings().begin(), report.warnings().end());

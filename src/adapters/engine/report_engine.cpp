@@ -34,7 +34,7 @@ struct CompiledDefinition {
 
     std::string path;
     State state;
-    std::shared_ptr<const engine::Report> report;
+    std::shared_ptr<const engine::CompiledReport> report;
     std::vector<std::string> warnings;
 };
 
@@ -204,7 +204,7 @@ private:
         if (std::find(warnings_.begin(), warnings_.end(), text) == warnings_.end()) warnings_.push_back(text);
     }
 
-    std::shared_ptr<const engine::Report> report_;
+    std::shared_ptr<const engine::CompiledReport> report_;
     std::vector<std::string> warnings_;
     std::shared_ptr<engine::FontStore> fonts_;
     engine::Measurer measurer_;

@@ -94,7 +94,8 @@ std::shared_ptr<void> fill_pages(Run& run)
 
 }  // namespace
 
-void fill(const Report& report, TableSource& table, Measurer& measurer, const FillOptions& options, PageSink& sink)
+void fill(const CompiledReport& report, TableSource& table, Measurer& measurer, const FillOptions& options,
+          PageSink& sink)
 {
     const ReportPlan& plan = report.plan();
     Document document;
@@ -128,7 +129,7 @@ void fill(const Report& report, TableSource& table, Measurer& measurer, const Fi
     run.fill(run);
 }
 
-Value parameter_from_text(const Report& report, std::string_view name, std::string_view text)
+Value parameter_from_text(const CompiledReport& report, std::string_view name, std::string_view text)
 {
     const auto& declared = report.definition().data.parameters;
     const auto& all = report.plan().parameters;
@@ -153,7 +154,7 @@ Value parameter_from_text(const Report& report, std::string_view name, std::stri
                               "\" is none");
 }
 
-std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options)
+std::map<std::string, Value, std::less<>> parameter_values(const CompiledReport& report, const FillOptions& options)
 {
     EmptyTable nothing;
     const Rows rows(report.plan(), nothing, options.parameters, {{}, options.surroundings, options.resources, {}}, {});

@@ -9,7 +9,7 @@
 
 #include "engine/expression/environment.h"
 #include "engine/page/page.h"
-#include "engine/plan/report.h"
+#include "engine/plan/compiled_report.h"
 #include "values/table_source.h"
 
 namespace velora::engine {
@@ -36,13 +36,14 @@ struct FillOptions {
 /// for nothing.
 ///
 /// @throws Fault of the table, and 20545 when the run was cancelled
-void fill(const Report& report, TableSource& table, Measurer& measurer, const FillOptions& options, PageSink& sink);
+void fill(const CompiledReport& report, TableSource& table, Measurer& measurer, const FillOptions& options,
+          PageSink& sink);
 
 /// The value of a parameter that a person typed, as the class that the definition gives it.
 /// @throws DefinitionError  for a parameter that the definition does not have, and a text that is none of its class
-Value parameter_from_text(const Report& report, std::string_view name, std::string_view text);
+Value parameter_from_text(const CompiledReport& report, std::string_view name, std::string_view text);
 
 /// The values that the parameters have in a run with these options; defaults where none is given.
-std::map<std::string, Value, std::less<>> parameter_values(const Report& report, const FillOptions& options);
+std::map<std::string, Value, std::less<>> parameter_values(const CompiledReport& report, const FillOptions& options);
 
 }  // namespace velora::engine

@@ -234,7 +234,7 @@ TEST(Opening, AnExpressionOutsideTheLanguageIsFoundBeforeAnyRowIsRead)
     const auto open = [](const std::string& expression) {
         std::vector<Warning> warnings;
         const TestReport report{detail(20, text_field(expression, 0, 20))};
-        const Report compiled(std::make_shared<model::Definition>(read_definition(report.xml(), warnings)));
+        const CompiledReport compiled(std::make_shared<model::Definition>(read_definition(report.xml(), warnings)));
     };
     EXPECT_THROW(open("System.exit(1)"), DefinitionError);
     EXPECT_THROW(open("$F{unknown}"), DefinitionError);

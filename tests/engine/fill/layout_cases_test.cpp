@@ -5,7 +5,7 @@
 #include <fstream>
 #include <set>
 
-#include "engine/plan/report.h"
+#include "engine/plan/compiled_report.h"
 #include "page_lines.h"
 #include "support.h"
 

@@ -99,7 +99,7 @@ TEST(Lists, RowsThatCannotBeReadLeaveThePlaceEmptyWithAWarning)
     std::vector<Warning> met;
     const std::string source = "<dataSourceExpression>$P{REPORT_CONTEXT}.rows()</dataSourceExpression>";
     const TestReport report{band("title", 10, list(run(source), "$F{name}", 10)), "", kHead};
-    const Report opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
+    const CompiledReport opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
     ASSERT_EQ(opened.warnings().size(), 1u);
     EXPECT_NE(opened.warnings()[0].find("takes its rows from"), std::string::npos);
     EXPECT_THROW(filled_with_people({band("title", 10, list("<datasetRun subDataset=\"gone\"/>", "1", 10)), "", kHead}),

@@ -66,7 +66,7 @@ inline Filled filled(const std::string& xml, TableSource& table, const FillOptio
     Filled result;
     FillOptions options = given;
     options.warn = [&](const std::string& text) { result.warnings.push_back(text); };
-    const Report report(std::make_shared<model::Definition>(read_definition(xml, met)));
+    const CompiledReport report(std::make_shared<model::Definition>(read_definition(xml, met)));
     PageList pages;
     fill(report, table, test_measurer(), options, pages);
     result.pages = std::move(pages.pages);

@@ -109,7 +109,7 @@ TEST(Opening, TellsWhatIsPassedOver)
         }) {
         std::vector<Warning> met;
         const TestReport report{detail(20, ""), "", c.head};
-        const Report opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
+        const CompiledReport opened(std::make_shared<model::Definition>(read_definition(report.xml(), met)));
         std::vector<std::string> told = opened.warnings();
         for (const auto& warning : met) told.push_back(warning.line());
         ASSERT_EQ(told.size(), 1u) << c.why;
@@ -189,7 +189,7 @@ TEST(Pages, GoOutAtOnceUnlessTheyWaitForAValue)
     const auto rows_at_pages = [](const char* time) {
         const TestReport report{band("pageHeader", 20, text_field("$V{PAGE_NUMBER}", 0, 20, time)) + detail(80, "")};
         std::vector<Warning> warnings;
-        const Report compiled(std::make_shared<model::Definition>(read_definition(report.xml(), warnings)));
+        const CompiledReport compiled(std::make_shared<model::Definition>(read_definition(report.xml(), warnings)));
         TestTable table(6);
         WatchingSink sink(table);
         fill(compiled, table, test_measurer(), {}, sink);

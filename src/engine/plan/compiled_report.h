@@ -13,11 +13,11 @@ namespace velora::engine {
 struct ReportPlan;
 
 /// A definition that is ready to be filled, any number of times and from several threads.
-class Report {
+class CompiledReport {
 public:
     /// Compiles every expression. @throws DefinitionError with element, place and reason
     /// @param lenient  leaves out the expressions that cannot be compiled, with a warning each
-    explicit Report(std::shared_ptr<const model::Definition> definition, bool lenient = false);
+    explicit CompiledReport(std::shared_ptr<const model::Definition> definition, bool lenient = false);
 
     [[nodiscard]] const model::Definition& definition() const;
     /// The fields that the definition declares, in its order.
@@ -37,7 +37,7 @@ private:
 /// @param lenient  leaves out the expressions that cannot be compiled, with a warning each
 /// @throws DefinitionError  when the file is missing, is no definition or holds expressions outside the language, which
 ///                          are told all at once
-std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings,
-                                    bool lenient = false);
+std::unique_ptr<CompiledReport> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings,
+                                            bool lenient = false);
 
 }  // namespace velora::engine

@@ -1,4 +1,4 @@
-#include "engine/plan/report.h"
+#include "engine/plan/compiled_report.h"
 
 #include "engine/plan/load.h"
 #include "engine/plan/make_plan.h"
@@ -27,7 +27,7 @@ Value::Type cell_type(ValueClass value_class)
 
 }  // namespace
 
-Report::Report(std::shared_ptr<const model::Definition> definition, bool lenient)
+CompiledReport::CompiledReport(std::shared_ptr<const model::Definition> definition, bool lenient)
     : plan_(make_plan(std::move(definition), lenient))
 {
     for (const auto& field : plan_->fields) {
@@ -35,20 +35,22 @@ Report::Report(std::shared_ptr<const model::Definition> definition, bool lenient
     }
 }
 
-const model::Definition& Report::definition() const
+const model::Definition& CompiledReport::definition() const
 {
     return *plan_->definition;
 }
 
-const std::vector<std::string>& Report::warnings() const
+const std::vector<std::string>& CompiledReport::warnings() const
 {
     return plan_->warnings;
 }
 
-std::unique_ptr<Report> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings, bool lenient)
+std::unique_ptr<CompiledReport> open_report(const std::filesystem::path& file, std::vector<std::string>& warnings,
+                                            bool lenient)
 {
     std::vector<Warning> met;
-    auto report = std::make_unique<Report>(std::make_shared<model::Definition>(load_definition(file, met)), lenient);
+    auto report =
+        std::make_unique<CompiledReport>(std::make_shared<model::Definition>(load_definition(file, met)), lenient);
     for (const auto& warning : met) {
         warnings.push_back(warning.line());
     }
