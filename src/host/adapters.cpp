@@ -6,6 +6,7 @@
 #include "adapters/cipher/password_cipher.h"
 #include "adapters/cups/printers.h"
 #include "adapters/ini/stores.h"
+#include "adapters/smtp/mail_transport.h"
 #include "adapters/terminal/clocks.h"
 #include "adapters/terminal/region.h"
 #include "host/host_error.h"
@@ -85,6 +86,10 @@ Adapters make_adapters(const CommonOptions& options, const Surroundings& around)
     made.profiles = ini_profiles();
     made.cipher = key_file_cipher((fs::path(settings).parent_path() / "Velora.key").string());
     made.printers = cups_printers();
+    made.database = open_database;
+    made.accounting = open_accounting;
+    made.mail_by = smtp_mail_transport;
+    if (around.adapt) around.adapt(made);
     return made;
 }
 

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "adapters/smtp/mail_server_rules.h"
 #include "adapters/terminal/terminal_user_interface.h"
 #include "host/options.h"
+#include "host/stores.h"
 #include "host/surroundings.h"
 #include "platform/mail_transport.h"
 #include "platform/printers.h"
@@ -25,7 +29,12 @@ struct Adapters {
     std::unique_ptr<ProfileFile> profiles;
     std::unique_ptr<PasswordCipher> cipher;
     std::unique_ptr<Printers> printers;
-    std::unique_ptr<MailTransport> mail;  ///< made when the company is opened, whose file says how
+    std::unique_ptr<MailTransport> mail;  ///< made when the company is opened
+
+    /// How a company is opened, as its file says.
+    std::function<std::shared_ptr<Connection>(const StorePlace&, std::chrono::seconds)> database;
+    std::function<std::shared_ptr<AccountingSession>(const StorePlace&, std::chrono::seconds)> accounting;
+    std::function<std::unique_ptr<MailTransport>(const Clock&, const MailServerRules&)> mail_by;
 };
 
 /// @throws UsageError for a region that is none, HostError for a messages file that cannot be written

@@ -52,7 +52,7 @@ void work(const Host& parent, const DocumentJobs& jobs, const std::vector<size_t
     FrameBuffer out_buffer(outbox, Kind::Out), err_buffer(outbox, Kind::Err);
     std::ostream out(&out_buffer), err(&err_buffer);
     const Surroundings& around = parent.around();
-    const Surroundings inner{out, err, around.environment, around.program, false};
+    const Surroundings inner{out, err, around.environment, around.program, false, around.adapt};
     CommonOptions options = parent.options();
     options.messages.clear();
     Host host(options, inner);

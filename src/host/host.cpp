@@ -4,7 +4,6 @@
 
 #include "adapters/engine/report_engine.h"
 #include "adapters/odbc_text/connection_string.h"
-#include "adapters/smtp/mail_transport.h"
 #include "adapters/sqlite/connection.h"
 #include "host/adapters.h"
 #include "host/open_windows.h"
@@ -189,9 +188,9 @@ void Host::open_company()
     if (options_.configure) options_.configure(config_);
     read_files(place);
     auto state = std::make_unique<SessionState>();
-    adapters_->mail = smtp_mail_transport(*adapters_->clock, config_.mail);
-    state->gConn = open_database({place, config_.database, "Database", around_}, config_.timeout);
-    state->gSess = open_accounting({place, config_.accounting, "Accounting", around_}, config_.timeout);
+    adapters_->mail = adapters_->mail_by(*adapters_->clock, config_.mail);
+    state->gConn = adapters_->database({place, config_.database, "Database", around_}, config_.timeout);
+    state->gSess = adapters_->accounting({place, config_.accounting, "Accounting", around_}, config_.timeout);
     require_company(*state->gSess, config_);
     state->gEngine = config_.engine;
     state->gSessUser = config_.user;

@@ -9,7 +9,7 @@ namespace velora {
 
 namespace {
 
-/// The currency as the accounting system knows it; what it reports of an unknown one is taken back.
+/// The currency as the accounting system knows it. The document goes out without it, with a note instead of a box.
 const CurrencyInfo* known_currency(SessionState& state, std::string_view code)
 {
     if (!state.gSess) return nullptr;
@@ -17,8 +17,10 @@ const CurrencyInfo* known_currency(SessionState& state, std::string_view code)
     const size_t errors = session.Errors().size();
     try {
         return &session.GetCurrency(code);
-    } catch (const Fault&) {
+    } catch (const Fault& caught) {
         session.Errors().resize(std::min(errors, session.Errors().size()));
+        state.log.note("Amounts are written as the definition says, since the currency \"" +
+                       std::string(trimmed(code)) + "\" could not be read: " + caught.description());
         return nullptr;
     }
 }

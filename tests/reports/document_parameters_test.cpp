@@ -64,7 +64,7 @@ TEST(DocumentParameters, NameTheTaxesThatAreInAPrice)
     EXPECT_EQ(parameters_of(company).at("Included Taxes"), Value("FED, PROV"));
 }
 
-TEST(DocumentParameters, AnUnknownCurrencyLeavesThemOutWithoutAWord)
+TEST(DocumentParameters, AnUnknownCurrencyLeavesThemOutWithANoteAndNoBox)
 {
     QuoteCompany company;
     auto& state = company.state();
@@ -75,6 +75,7 @@ TEST(DocumentParameters, AnUnknownCurrencyLeavesThemOutWithoutAWord)
     EXPECT_EQ(company.engine.report->parameters.at("Document Number"), Value("7"));
     EXPECT_EQ(state.gSess->Errors().size(), errors) << "no later box tells of it";
     EXPECT_THAT(company.boxes(), IsEmpty());
+    EXPECT_THAT(state.log.notes(), ::testing::ElementsAre(::testing::HasSubstr("the currency \"XXQ\" could not")));
     state.gCrReport.reset();
     set_document_parameters(state, "7", "CAD", {});
 }

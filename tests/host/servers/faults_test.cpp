@@ -111,8 +111,17 @@ TEST_F(Faults, AStoreThatIsNoneIsTold)
         };
         server->make_database("empty");
         const std::string empty = "odbc:" + server->connection("empty");
+        const auto nobody = [](const std::string& connection) {
+            const size_t user = connection.find("UID=") + 4;
+            return std::string(connection).replace(user, connection.find(';', user) - user, "nobody;PWD=hidden");
+        };
+        server->make_database("bare");
+        const std::string bare = server->connection("bare");
+        open_odbc(bare)->Execute("CREATE TABLE Quote (QuoteID INTEGER)");
         for (const auto& c :
-             {Case{"a database without the tables", empty, accounting, "exist"},
+             {Case{"a wrong login", nobody(store), accounting, "nobody"},
+              Case{"tables of another shape", "odbc:" + bare, accounting, "[Cc]olumn .qu[Tt]ax[Gg]roup"},
+              Case{"a database without the tables", empty, accounting, "exist"},
               Case{"an accounting store without them", store, empty, "CompanyInfo"},
               Case{"a database that is not there", "odbc:" + server->connection("nowhere"), accounting, "nowhere"},
               Case{"no such driver", "odbc:Driver={Nothing};Server=x;PWD=hidden", accounting, "of no use"},
@@ -120,9 +129,23 @@ TEST_F(Faults, AStoreThatIsNoneIsTold)
             write_config(folder, server->engine(), c.database, c.accounting);
             const Ran ran = run(in_company(folder, {"quote", "1"}));
             EXPECT_EQ(ran.status, 1) << c.why;
-            EXPECT_THAT(ran.err, HasSubstr(c.says)) << c.why;
+            EXPECT_THAT(ran.err, ::testing::ContainsRegex(c.says)) << c.why;
             EXPECT_THAT(ran.err, ::testing::Not(HasSubstr("hidden"))) << c.why;
         }
+    }
+}
+
+TEST_F(Faults, ADatabaseWithoutItsProceduresNamesTheOneThatIsMissing)
+{
+    for (const auto& server : test::running_servers()) {
+        if (server->engine() != "SQLServer") continue;  // the plain dialect calls none
+        const auto folder = moved(company(), *server);
+        const auto quote = in_company(folder, {"quote", "1", "--output", scratch("it.pdf").string()});
+        ASSERT_EQ(run(quote).status, 0);
+        open_odbc(server->connection("velora"))->Execute("DROP PROCEDURE sprQuoteOneID");
+        const Ran ran = run(quote);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.err, HasSubstr("sprQuoteOneID does not exist"));
     }
 }
 
