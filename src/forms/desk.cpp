@@ -84,6 +84,7 @@ void Desk::show_viewer(std::shared_ptr<PageView> pages, const std::string& capti
 frmViewer& Desk::begin_viewer(std::shared_ptr<PageView> pages)
 {
     const auto viewer = std::make_shared<frmViewer>(*this, ++viewers_, std::move(pages), "Report Viewer");
+    viewer->expect_more();
     show(viewer);
     return *viewer;
 }

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <numeric>
 
 #include "forms/form_desk.h"
 #include "forms/page_search.h"
@@ -21,6 +20,8 @@ namespace {
 constexpr double kWidth = 10395;
 constexpr int kHeight = 6450;
 constexpr double kTwipsPerPoint = 20;
+
+constexpr uint32_t kNeverCounted = UINT32_MAX;
 
 constexpr int kLeastZoom = 25;
 constexpr int kMostZoom = 800;
@@ -120,10 +121,31 @@ void frmViewer::refresh()
     moved.tell();
 }
 
+void frmViewer::expect_more()
+{
+    is_growing_ = true;
+    print.set_enabled(false);
+    export_pages.set_enabled(false);
+    moved.tell();
+}
+
 void frmViewer::pages_grew(bool all_there)
 {
-    if (all_there && pages_) tree_ = pages_->outline();
+    if (!pages_) return;
+    count_matches();
+    if (all_there) {
+        is_growing_ = false;
+        tree_ = pages_->outline();
+        print.set_enabled(true);
+        export_pages.set_enabled(true);
+    }
     moved.tell();
+}
+
+std::string frmViewer::position() const
+{
+    const std::string text = std::to_string(page_) + " / " + std::to_string(page_count());
+    return is_growing_ ? text + " so far" : text;
 }
 
 void frmViewer::go_to(size_t page)
@@ -160,12 +182,30 @@ void frmViewer::fit(bool whole_page)
 void frmViewer::search(const std::string& text)
 {
     searched_ = text;
-    found_on_ = pages_ ? count_on_pages(*pages_, text) : std::vector<size_t>{};
-    matches_ = std::accumulate(found_on_.begin(), found_on_.end(), size_t{0});
-    const auto here = found_on_.begin() + static_cast<std::ptrdiff_t>(found_on_.empty() ? 0 : page_ - 1);
-    const auto found = std::find_if(here, found_on_.end(), [](size_t count) { return count > 0; });
-    if (found != found_on_.end()) go_to(static_cast<size_t>(found - found_on_.begin()) + 1);
+    found_on_.clear();
+    matches_ = 0;
+    count_matches();
+    const size_t count = found_on_.size();
+    size_t page = page_ - 1;
+    while (page < count && found_on_[page].count == 0) ++page;
+    if (page < count) go_to(page + 1);
     moved.tell();
+}
+
+/// On the pages that came, or changed, since they were counted last.
+void frmViewer::count_matches()
+{
+    if (searched_.empty()) return;
+    const auto* painted = dynamic_cast<const PaintedPages*>(pages_.get());
+    found_on_.resize(page_count(), {0, kNeverCounted});
+    for (size_t page = 0; page < found_on_.size(); ++page) {
+        const uint32_t revision = painted != nullptr ? painted->revision(page) : 0;
+        PageMatches& found = found_on_[page];
+        if (found.revision == revision) continue;
+        matches_ -= found.count;
+        found = {count_on_page(*pages_, page, searched_), revision};
+        matches_ += found.count;
+    }
 }
 
 /// On to the next page that holds the text, round the end.
@@ -175,7 +215,7 @@ void frmViewer::find(bool forward)
     const size_t count = found_on_.size();
     size_t at = page_ - 1;
     do at = (forward ? at + 1 : at + count - 1) % count;
-    while (found_on_[at] == 0);
+    while (found_on_[at].count == 0);
     go_to(at + 1);
 }
 

@@ -35,8 +35,12 @@ public:
 
     void go_to(size_t page);
     void set_zoom(double percent);
+    /// Pages are still being made.
+    void expect_more();
     /// There are more pages now, or all of them.
     void pages_grew(bool all_there);
+    /// The page in sight, and of how many.
+    [[nodiscard]] std::string position() const;
     /// The part of the window that pages are fitted into, in points. As long as no window says otherwise it is that of
     /// the form as designed.
     void set_view_size(double width, double height) { view_ = {width, height}; }
@@ -70,6 +74,7 @@ private:
     void fit(bool whole_page);
     void search(const std::string& text);
     void find(bool forward);
+    void count_matches();
     void print_pages();
     void export_to_file();
 
@@ -80,10 +85,15 @@ private:
     int zoom_ = 100;
     PageView::Size view_;
     std::string searched_;
-    std::vector<size_t> found_on_;  ///< how often on each page
+    struct PageMatches {
+        size_t count = 0;
+        uint32_t revision = 0;  ///< of the page when they were counted
+    };
+    std::vector<PageMatches> found_on_;  ///< for each page
     size_t matches_ = 0;
     std::vector<OutlineEntry> tree_;
     std::string tree_label_ = "Contents";
+    bool is_growing_ = false;
     bool refreshing_ = false;
 };
 

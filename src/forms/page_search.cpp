@@ -17,15 +17,10 @@ size_t count_in(std::string_view page, std::string_view wanted)
 
 }  // namespace
 
-std::vector<size_t> count_on_pages(const PageView& pages, std::string_view text)
+size_t count_on_page(const PageView& pages, size_t page, std::string_view text)
 {
-    std::vector<size_t> counts(pages.page_count());
     const std::string wanted = lower_ascii(text);
-    if (trimmed(wanted).empty()) return counts;
-    for (size_t page = 0; page < counts.size(); ++page) {
-        counts[page] = count_in(lower_ascii(pages.page_text(page)), wanted);
-    }
-    return counts;
+    return trimmed(wanted).empty() ? 0 : count_in(lower_ascii(pages.page_text(page)), wanted);
 }
 
 std::vector<PageText::Letter> letters_found(const std::vector<PageText>& page, std::string_view text)

@@ -8,9 +8,8 @@
 
 namespace velora::forms {
 
-/// How often each page holds the text, letter case aside; a match ends before the next one begins. All are 0 for a
-/// blank text.
-std::vector<size_t> count_on_pages(const PageView& pages, std::string_view text);
+/// How often the page holds the text, letter case aside; a match ends before the next one begins. 0 for a blank text.
+size_t count_on_page(const PageView& pages, size_t page, std::string_view text);
 
 /// The letters of a page's texts that hold the text, in the same way.
 std::vector<PageText::Letter> letters_found(const std::vector<PageText>& page, std::string_view text);

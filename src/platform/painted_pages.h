@@ -33,6 +33,8 @@ public:
     virtual void paint(size_t page, double pixels_per_inch, const PixelArea& area) const = 0;
     /// In the order in which the texts of a page are read.
     [[nodiscard]] virtual std::vector<PageText> page_texts(size_t page) const = 0;
+    /// Another number each time when a page that was there has come to look different.
+    [[nodiscard]] virtual uint32_t revision(size_t /*page*/) const { return 0; }
 };
 
 }  // namespace velora

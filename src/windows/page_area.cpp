@@ -190,7 +190,7 @@ void PageArea::paint_page(QPainter& painter, size_t page, const QRect& place, co
     const auto last_row = static_cast<int>((shown.bottom() - place.top()) / side);
     for (int row = first_row; row <= last_row; ++row) {
         for (int column = first_column; column <= last_column; ++column) {
-            const PageTiles::Key key{page, resolution, column, row};
+            const PageTiles::Key key{page, resolution, column, row, painted()->revision(page)};
             QImage tile = tiles_.find(key);
             // What one frame has no time for stays white until the next.
             if (tile.isNull() && clock.elapsed() < kPaintingTime) tile = tiles_.paint(*painted(), key, size);
@@ -216,12 +216,16 @@ PageArea::TextsOfPage& PageArea::texts_of(size_t page)
 {
     if (texts_.size() >= kMostTexts && !texts_.contains(page)) texts_.clear();
     const auto [at, is_new] = texts_.try_emplace(page);
-    if (is_new && painted() != nullptr) at->second.texts = painted()->page_texts(page);
-    if (at->second.searched != searched_) {
-        at->second.searched = searched_;
-        at->second.found = forms::letters_found(at->second.texts, searched_);
+    auto& known = at->second;
+    const uint32_t revision = painted() != nullptr ? painted()->revision(page) : 0;
+    const bool is_amended = revision != known.revision;
+    if ((is_new || is_amended) && painted() != nullptr) known.texts = painted()->page_texts(page);
+    if (is_amended || known.searched != searched_) {
+        known.searched = searched_;
+        known.found = forms::letters_found(known.texts, searched_);
     }
-    return at->second;
+    known.revision = revision;
+    return known;
 }
 
 void PageArea::paint_marks(QPainter& painter, size_t page, const QPoint& corner)

@@ -42,6 +42,7 @@ private:
         std::vector<PageText> texts;
         std::vector<PageText::Letter> found;
         std::string searched;
+        uint32_t revision = 0;
     };
 
     void follow();

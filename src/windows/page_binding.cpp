@@ -35,7 +35,7 @@ PageBinding::PageBinding(BoundForm& form, forms::PageArea& control, PageArea& wi
 /// The page of how many, and how often the text was found.
 void PageBinding::show_status()
 {
-    QString status = QString("%1 / %2").arg(viewer_.page()).arg(viewer_.page_count());
+    QString status = shown(viewer_.position());
     if (!viewer_.searched().empty()) {
         status += QString("      %1: %2").arg(shown(viewer_.search_box.label())).arg(viewer_.matches());
     }
@@ -83,12 +83,18 @@ public:
 
 private:
     static constexpr int kMostPictures = 300;
+    struct Picture {
+        QPixmap pixmap;
+        uint32_t revision = 0;
+    };
 
     [[nodiscard]] QPixmap picture(size_t page) const
     {
-        if (const QPixmap* known = pictures_.object(page)) return *known;
         const auto* painted = viewer_ != nullptr ? dynamic_cast<const PaintedPages*>(viewer_->pages()) : nullptr;
         if (painted == nullptr) return {};
+        const uint32_t revision = painted->revision(page);
+        const Picture* known = pictures_.object(page);
+        if (known != nullptr && known->revision == revision) return known->pixmap;
         const auto size = viewer_->pages()->page_size();
         const double ratio = around_.devicePixelRatioF();
         const double scale = kWidth * ratio / size.width;
@@ -98,15 +104,15 @@ private:
         painted->paint(page, scale * kPointsPerInch,
                        {0, 0, drawn.width(), drawn.height(), reinterpret_cast<uint32_t*>(drawn.bits())});
         drawn.setDevicePixelRatio(ratio);
-        auto* kept = new QPixmap(QPixmap::fromImage(drawn));
+        auto* kept = new Picture{QPixmap::fromImage(drawn), revision};
         pictures_.insert(page, kept);
-        return *kept;
+        return kept->pixmap;
     }
 
     const forms::frmViewer* viewer_;
     QWidget& around_;
     int count_ = 0;
-    mutable QCache<size_t, QPixmap> pictures_;
+    mutable QCache<size_t, Picture> pictures_;
 };
 
 PageGuide::PageGuide(QWidget* parent)
@@ -158,6 +164,7 @@ void PageGuide::forget_viewer()
 void PageGuide::follow()
 {
     model_->follow();
+    list_->viewport()->update();  // pages that came before the last may look different now
     if (entries_ != viewer_->tree().size()) fill_tree();
     const auto at = model_->index(static_cast<int>(viewer_->page()) - 1, 0);
     if (list_->currentIndex() == at) return;

@@ -20,6 +20,7 @@ public:
         size_t page;
         int resolution;  ///< pixels for a hundred inches
         int column, row;
+        uint32_t revision = 0;  ///< of the page
         auto operator<=>(const Key&) const = default;
     };
 

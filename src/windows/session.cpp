@@ -4,7 +4,6 @@
 #include <QKeyEvent>
 #include <QSettings>
 
-#include "forms/controls/page_area.h"
 #include "windows/dialogs.h"
 #include "windows/texts.h"
 #include "windows/widget_hands.h"
@@ -87,13 +86,10 @@ void Session::let_people_cancel()
     --at_work_;
 }
 
-/// The button that cancels the work, and the pages that are coming.
+/// The button that cancels the work, and the viewer of the pages that are coming.
 bool Session::is_of_work(const FormWindow& window, const QObject& target) const
 {
-    if (&target == window.cancel_button()) return true;
-    const Binding* binding = window.binding_around(&target);
-    return &window.form() == usable_ && binding != nullptr &&
-           dynamic_cast<const forms::PageArea*>(&binding->control()) != nullptr;
+    return &target == window.cancel_button() || &window.form() == usable_;
 }
 
 /// What a person does elsewhere than on what belongs to the work waits for nothing: it is dropped. Escape, and closing

@@ -19,72 +19,59 @@ const engine::Anchor* anchor_of(const Element& element)
     return image != nullptr ? image->anchor.get() : nullptr;
 }
 
-std::vector<OutlineEntry> bookmarks(const engine::PageList& pages)
+bool is_bookmark(const engine::Anchor* anchor)
 {
-    std::vector<OutlineEntry> entries;
-    for (size_t page = 0; page < pages.pages.size(); ++page) {
-        engine::walk_elements(pages.pages[page].elements, [&](const Element& element, const engine::Place&) {
-            const auto* anchor = anchor_of(element);
-            if (anchor != nullptr && anchor->bookmark_level > 0) {
-                entries.push_back({anchor->name, page, anchor->bookmark_level});
-            }
-        });
-    }
-    return entries;
+    return anchor != nullptr && anchor->bookmark_level > 0;
 }
 
-/// Headings by group, the groups in the order in which they first appear: an outer one stands above an inner one.
-class Headings {
-public:
-    explicit Headings(const engine::PageList& pages) : sources_(*pages.document.sources) {}
+const engine::Source& source_of(const Element& element, const engine::Document& document)
+{
+    const auto& sources = *document.sources;
+    return sources[element.source < sources.size() ? element.source : 0];
+}
 
-    void look_at(const Element& element, size_t page)
-    {
-        const engine::Source& source = sources_[element.source < sources_.size() ? element.source : 0];
-        if (source.band != "groupHeader") {
-            open_.clear();
-            return;
-        }
-        const auto* text = std::get_if<engine::Text>(&element.content);
-        if (source.group == open_ || text == nullptr || text->shown().empty()) return;
-        open_ = source.group;
-        add(std::string(text->shown()), page);
-    }
-
-    std::vector<OutlineEntry> entries;
-
-private:
-    void add(std::string heading, size_t page)
-    {
-        auto group = std::ranges::find(groups_, open_, &Group::name);
-        if (group == groups_.end()) group = groups_.insert(group, {open_, ""});
-        const int level = static_cast<int>(group - groups_.begin()) + 1;
-        if (group->latest == heading) return;  // the header again, on the next page
-        group->latest = heading;
-        for (auto inner = std::next(group); inner != groups_.end(); ++inner) inner->latest.clear();
-        entries.push_back({std::move(heading), page, level});
-    }
-
-    struct Group {
-        std::string name;
-        std::string latest;
-    };
-    const std::vector<engine::Source>& sources_;
-    std::vector<Group> groups_;
-    std::string open_;  ///< the group whose header is walked through
-};
+constexpr std::string_view kGroupHeader = "groupHeader";
 
 }  // namespace
 
-std::vector<OutlineEntry> page_outline(const engine::PageList& pages)
+void PageOutline::look_at(const engine::Page& page, size_t number, const engine::Document& document)
 {
-    if (auto entries = bookmarks(pages); !entries.empty()) return entries;
-    Headings headings(pages);
-    for (size_t page = 0; page < pages.pages.size(); ++page) {
-        engine::walk_elements(pages.pages[page].elements,
-                              [&](const Element& element, const engine::Place&) { headings.look_at(element, page); });
+    engine::walk_elements(page.elements, [&](const Element& element, const engine::Place&) {
+        const auto* anchor = anchor_of(element);
+        if (is_bookmark(anchor)) bookmarks_.push_back({anchor->name, number, anchor->bookmark_level});
+        if (bookmarks_.empty()) look_for_heading(element, number, source_of(element, document));
+    });
+}
+
+void PageOutline::look_for_heading(const Element& element, size_t page, const engine::Source& source)
+{
+    if (source.band != kGroupHeader) {
+        open_.clear();
+        return;
     }
-    return std::move(headings.entries);
+    const auto* text = std::get_if<engine::Text>(&element.content);
+    if (source.group == open_ || text == nullptr || text->shown().empty()) return;
+    open_ = source.group;
+    add_heading(std::string(text->shown()), page);
+}
+
+void PageOutline::add_heading(std::string heading, size_t page)
+{
+    auto group = std::ranges::find(groups_, open_, &Group::name);
+    if (group == groups_.end()) group = groups_.insert(group, {open_, ""});
+    const int level = static_cast<int>(group - groups_.begin()) + 1;
+    if (group->latest == heading) return;  // the header again, on the next page
+    group->latest = heading;
+    for (auto inner = std::next(group); inner != groups_.end(); ++inner) inner->latest.clear();
+    headings_.push_back({std::move(heading), page, level});
+}
+
+bool PageOutline::hangs_on(const Element& element, const engine::Document& document)
+{
+    if (is_bookmark(anchor_of(element)) || source_of(element, document).band == kGroupHeader) return true;
+    const auto* frame = std::get_if<engine::Frame>(&element.content);
+    const auto inside = [&](const Element& child) { return hangs_on(child, document); };
+    return frame != nullptr && std::ranges::any_of(frame->children, inside);
 }
 
 }  // namespace velora

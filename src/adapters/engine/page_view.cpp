@@ -2,14 +2,13 @@
 
 #include <algorithm>
 
-#include "adapters/engine/page_copy.h"
-#include "adapters/engine/page_outline.h"
 #include "adapters/engine/scratch_file.h"
 #include "engine/export/common/page_walk.h"
 #include "engine/export/exporter.h"
 #include "engine/export/paint/letter_places.h"
 #include "engine/export/paint/page_picture.h"
 #include "engine/export/paint/page_raster.h"
+#include "engine/page/page_copy.h"
 #include "engine/text/font_store.h"
 #include "platform/painted_pages.h"
 #include "values/fault.h"
@@ -23,9 +22,22 @@ struct PlacedText {
     const engine::Text* text;
 };
 
+/// Line by line, each line from left to right.
+std::vector<PlacedText> texts_in_order(const engine::Page& page)
+{
+    std::vector<PlacedText> texts;
+    engine::walk_elements(page.elements, [&](const engine::Element& element, const engine::Place& place) {
+        const auto* text = std::get_if<engine::Text>(&element.content);
+        if (text && !text->shown().empty()) texts.push_back({place.y, place.x, text});
+    });
+    std::stable_sort(texts.begin(), texts.end(),
+                     [](const PlacedText& a, const PlacedText& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+    return texts;
+}
+
 class Pages : public PageView, public PaintedPages {
 public:
-    Pages(std::shared_ptr<engine::PageList> pages, std::shared_ptr<engine::FontStore> fonts,
+    Pages(std::shared_ptr<StoredPages> pages, std::shared_ptr<engine::FontStore> fonts,
           std::function<void(const PrintJob&)> print, PrintJob job)
         : pages_(std::move(pages)),
           fonts_(std::move(fonts)),
@@ -35,29 +47,32 @@ public:
     {
     }
 
-    [[nodiscard]] size_t page_count() const override { return pages_->pages.size(); }
+    [[nodiscard]] size_t page_count() const override { return pages_->pages().size(); }
     [[nodiscard]] std::string page_png(size_t page, double pixels_per_inch) const override;
     [[nodiscard]] std::string page_text(size_t page) const override;
     [[nodiscard]] Size page_size() const override
     {
-        return {static_cast<double>(pages_->document.page_width), static_cast<double>(pages_->document.page_height)};
+        return {static_cast<double>(pages_->document().page_width),
+                static_cast<double>(pages_->document().page_height)};
     }
-    [[nodiscard]] std::vector<OutlineEntry> outline() const override { return page_outline(*pages_); }
+    [[nodiscard]] std::vector<OutlineEntry> outline() const override { return pages_->outline(); }
     void Export(ExportFormat format, const std::string& path) const override;
     void PrintOut(const PrintWish& wish) const override;
     void paint(size_t page, double pixels_per_inch, const PixelArea& area) const override;
     [[nodiscard]] std::vector<PageText> page_texts(size_t page) const override;
-
-private:
-    /// Line by line, each line from left to right.
-    [[nodiscard]] std::vector<PlacedText> read(size_t page) const;
-    [[nodiscard]] const engine::Page& page(size_t number) const
+    [[nodiscard]] uint32_t revision(size_t page) const override
     {
-        if (number >= page_count()) throw fault::subscript(std::to_string(number));
-        return pages_->pages[number];
+        return page < page_count() ? pages_->pages().revision(page) : 0;
     }
 
-    std::shared_ptr<engine::PageList> pages_;
+private:
+    [[nodiscard]] std::shared_ptr<const engine::Page> page(size_t number) const
+    {
+        if (number >= page_count()) throw fault::subscript(std::to_string(number));
+        return pages_->pages().page(number);
+    }
+
+    std::shared_ptr<StoredPages> pages_;
     std::shared_ptr<engine::FontStore> fonts_;
     std::function<void(const PrintJob&)> print_;
     PrintJob job_;
@@ -66,15 +81,15 @@ private:
 
 std::string Pages::page_png(size_t number, double pixels_per_inch) const
 {
-    return engine::page_picture(pages_->document, page(number), pixels_per_inch, *fonts_);
+    return engine::page_picture(pages_->document(), *page(number), pixels_per_inch, *fonts_);
 }
 
 void Pages::Export(ExportFormat format, const std::string& path) const
 {
     const engine::ExportContext context{*fonts_, {}};
     const auto sink = engine::make_exporter(record_of(format).extension.substr(1), path, context);
-    sink->begin(pages_->document);
-    for (const engine::Page& page : pages_->pages) sink->page(copy_of(page));
+    sink->begin(pages_->document());
+    for (size_t number = 0; number < page_count(); ++number) sink->page(copy_of(*page(number)));
     sink->end();
 }
 
@@ -91,22 +106,11 @@ void Pages::PrintOut(const PrintWish& wish) const
     print_(job);
 }
 
-std::vector<PlacedText> Pages::read(size_t number) const
-{
-    std::vector<PlacedText> texts;
-    engine::walk_elements(page(number).elements, [&](const engine::Element& element, const engine::Place& place) {
-        const auto* text = std::get_if<engine::Text>(&element.content);
-        if (text && !text->shown().empty()) texts.push_back({place.y, place.x, text});
-    });
-    std::stable_sort(texts.begin(), texts.end(),
-                     [](const PlacedText& a, const PlacedText& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
-    return texts;
-}
-
 std::string Pages::page_text(size_t number) const
 {
     std::string all;
-    const std::vector<PlacedText> texts = read(number);
+    const auto page_read = page(number);
+    const std::vector<PlacedText> texts = texts_in_order(*page_read);
     for (size_t index = 0; index < texts.size(); ++index) {
         if (index > 0) all += texts[index].y == texts[index - 1].y ? '\t' : '\n';
         all += texts[index].text->shown();
@@ -116,14 +120,15 @@ std::string Pages::page_text(size_t number) const
 
 void Pages::paint(size_t number, double pixels_per_inch, const PixelArea& area) const
 {
-    raster_.paint(page(number), pixels_per_inch, area.x, area.y, area.width, area.height, area.pixels);
+    raster_.paint(*page(number), pixels_per_inch, area.x, area.y, area.width, area.height, area.pixels);
 }
 
 std::vector<PageText> Pages::page_texts(size_t number) const
 {
-    const auto places = engine::letter_places(page(number), *fonts_);
+    const auto page_read = page(number);
+    const auto places = engine::letter_places(*page_read, *fonts_);
     std::vector<PageText> texts;
-    for (const PlacedText& placed : read(number)) {
+    for (const PlacedText& placed : texts_in_order(*page_read)) {
         PageText text{std::string(placed.text->shown()), placed.y, {}};
         const auto found = places.find(placed.text);
         if (found != places.end()) {
@@ -137,8 +142,7 @@ std::vector<PageText> Pages::page_texts(size_t number) const
 
 }  // namespace
 
-std::shared_ptr<PageView> make_page_view(std::shared_ptr<engine::PageList> pages,
-                                         std::shared_ptr<engine::FontStore> fonts,
+std::shared_ptr<PageView> make_page_view(std::shared_ptr<StoredPages> pages, std::shared_ptr<engine::FontStore> fonts,
                                          std::function<void(const PrintJob&)> print, PrintJob job)
 {
     return std::make_shared<Pages>(std::move(pages), std::move(fonts), std::move(print), std::move(job));

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "engine/page/page.h"
+#include "adapters/engine/stored_pages.h"
 #include "platform/printers.h"
 #include "platform/report_engine.h"
 
@@ -13,10 +13,9 @@ namespace engine {
 class FontStore;
 }
 
-/// The pages of a finished run for a window.
+/// The pages of a run for a window, which may look at them while they are made.
 /// @param print  where there is a way to print; @param job  as the report goes onto paper
-std::shared_ptr<PageView> make_page_view(std::shared_ptr<engine::PageList> pages,
-                                         std::shared_ptr<engine::FontStore> fonts,
+std::shared_ptr<PageView> make_page_view(std::shared_ptr<StoredPages> pages, std::shared_ptr<engine::FontStore> fonts,
                                          std::function<void(const PrintJob&)> print, PrintJob job);
 
 }  // namespace velora

@@ -44,13 +44,13 @@ CompiledDefinition::State state_of(const std::string& path)
     return {fs::last_write_time(path, ignored), fs::file_size(path, ignored)};
 }
 
-/// Pages for a window, which may show the first before the last is made.
-class GrowingPages final : public engine::PageList {
+/// Tells a window of the pages of a run, from the first on.
+class ShownPages {
 public:
-    explicit GrowingPages(const EngineServices& services) : services_(services) {}
-    void page(engine::Page&& page) override
+    explicit ShownPages(const EngineServices& services) : services_(services) {}
+
+    void told_of_page()
     {
-        pages.push_back(std::move(page));
         if (!services_.on_first_page) return;
         if (std::exchange(is_shown_, true)) return services_.on_page();
         services_.on_first_page(view.lock());
@@ -60,7 +60,7 @@ public:
         if (is_shown_) services_.on_pages_end(all_there);
     }
 
-    std::weak_ptr<PageView> view;  ///< which holds these pages
+    std::weak_ptr<PageView> view;
 
 private:
     const EngineServices& services_;
@@ -117,16 +117,17 @@ public:
 
     std::shared_ptr<PageView> View() override
     {
-        const auto pages = std::make_shared<GrowingPages>(services_);
+        ShownPages shown(services_);
+        const auto pages = std::make_shared<StoredPages>([&shown] { shown.told_of_page(); });
         auto view = make_page_view(pages, fonts_, services_.print, job_);
-        pages->view = view;
+        shown.view = view;
         try {
             run(*pages);
         } catch (...) {
-            pages->ended(false);
+            shown.ended(false);
             throw;
         }
-        pages->ended(true);
+        shown.ended(true);
         return view;
     }
 

@@ -269,6 +269,51 @@ TEST_F(ReportEngineTest, AWindowIsToldOfPagesAsTheyAreMade)
     EXPECT_EQ(told, (std::vector<std::string>{"first of 1", "page 2", "all"}));
 }
 
+TEST_F(ReportEngineTest, APageThatWaitsForTheEndIsThereBeforeAndChanges)
+{
+    const auto late = [](const std::string& text, const std::string& time) {
+        return R"(<band height="20"><element kind="textField" x="0" y="0" width="100" height="20" evaluationGroup="G" )"
+               "evaluationTime=\"" +
+               time + "\"><expression>" + text + "</expression></element></band>";
+    };
+    const std::string path = definition("<group name=\"G\"><expression>$F{n} / 100</expression><groupHeader>" +
+                                        late("\"Sum \" + $V{G_COUNT}", "Group") + "</groupHeader></group><pageFooter>" +
+                                        late("\"of \" + $V{PAGE_NUMBER}", "Report") + "</pageFooter>");
+    std::shared_ptr<PageView> early;
+    std::vector<std::string> first_page;
+    std::vector<uint32_t> revisions;
+    EngineServices services;
+    const auto look = [&] {
+        if (const auto text = early->page_text(0); first_page.empty() || first_page.back() != text) {
+            first_page.push_back(text);
+            revisions.push_back(dynamic_cast<const PaintedPages&>(*early).revision(0));
+        }
+    };
+    services.on_first_page = [&](const std::shared_ptr<PageView>& pages) {
+        early = pages;
+        look();
+    };
+    services.on_page = look;
+    services.on_pages_end = [&](bool) { look(); };
+    const auto opened = engine(services);
+    const auto report = opened->OpenReport(path);
+    std::vector<int> numbers{101, 102, 103, 200};
+    for (int number = 300; number < 340; ++number) numbers.push_back(number);
+    report->SetDataSource(std::make_shared<Rows>(numbers));
+    const auto view = report->View();
+    EXPECT_EQ(first_page, (std::vector<std::string>{"101", "Sum 3\n101", "Sum 3\n101\nof 44"}));
+    EXPECT_EQ(revisions, (std::vector<uint32_t>{0, 1, 2}));
+    ASSERT_EQ(view->outline().size(), 3u);
+    EXPECT_EQ(view->outline()[0].text, "Sum 3");
+    EXPECT_EQ(view->outline()[2].page, 3u) << "the header stands below the last row of the group before";
+
+    const auto in_window = (folder_ / "window.xml").string(), direct = (folder_ / "direct.xml").string();
+    view->Export(ExportFormat::Xml, in_window);
+    report->SetDataSource(std::make_shared<Rows>(numbers));
+    report->Export(ExportFormat::Xml, direct);
+    EXPECT_EQ(content(in_window), content(direct)) << "what the window has is what a file has";
+}
+
 class BrokenRows : public Rows {
 public:
     BrokenRows() : Rows({1, 2, 3}) {}

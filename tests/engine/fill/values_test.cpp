@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "engine/fill/book/page_book.h"
+#include "engine/page/page_copy.h"
 #include "support.h"
 
 namespace velora::engine {
@@ -198,6 +200,75 @@ TEST(Pages, GoOutAtOnceUnlessTheyWaitForAValue)
     EXPECT_EQ(rows_at_pages(""), (std::vector<size_t>{3, 5, 6}));
     EXPECT_EQ(rows_at_pages("evaluationTime=\"Page\""), (std::vector<size_t>{3, 5, 6}));
     EXPECT_EQ(rows_at_pages("evaluationTime=\"Report\""), (std::vector<size_t>{6, 6, 6}));
+}
+
+/// Takes pages with values still to come, and each value when it is there.
+class OpenSink : public OpenPageSink {
+public:
+    explicit OpenSink(const TestTable& table) : table_(table) {}
+    void begin(const Document&) override {}
+    void page(Page&& page) override
+    {
+        rows_at_page.push_back(table_.read());
+        pages.push_back(std::move(page));
+        if (pages.size() == 1) first_as_it_came = listed(pages);
+    }
+    void amend(size_t page, uint32_t index, const Element& element) override
+    {
+        pages.at(page).elements.at(index) = copy_of(element);
+    }
+    void end() override {}
+
+    std::vector<Page> pages;
+    std::vector<size_t> rows_at_page;
+    std::string first_as_it_came;
+
+private:
+    const TestTable& table_;
+};
+
+TEST(Pages, GoOutOpenWhereTheirValuesMayComeLater)
+{
+    const auto field = [](const char* time) {
+        return text_field("$V{REPORT_COUNT} + \" of \" + $V{PAGE_NUMBER}", 0, 20,
+                          std::string("evaluationGroup=\"G\" evaluationTime=\"") + time + "\"");
+    };
+    const std::string frame =
+        R"(<element kind="frame" x="0" y="0" width="150" height="20">)" + field("Report") + "</element>";
+    const std::string group = "<group name=\"G\"><expression>$V{REPORT_COUNT} / 4</expression><groupHeader>" +
+                              band("band", 20, field("Group") + text_field("\"g\"", 0, 9)) + "</groupHeader></group>";
+    struct Case {
+        const char* why;
+        TestReport report;
+        std::vector<size_t> rows_at_page;
+        const char* first;
+    };
+    const auto page = [](const std::string& content) {
+        return band("pageHeader", 20, content) + detail(80, text_field("\"d\"", 0, 80));
+    };
+    for (const auto& c : {
+             Case{"the report's", {page(field("Report"))}, {3, 5, 6}, "@10+20 d@30+80 d@110+80\n"},
+             Case{"in a frame", {page(frame)}, {3, 5, 6}, "[ @0+20 ] d@30+80 d@110+80\n"},
+             Case{"two of a page, in turn", {page(field("Report") + field("Page"))}, {3, 5, 6}, nullptr},
+             Case{"a group's that reaches over pages", {page(""), "", group}, {}, nullptr},
+             Case{"the height of a page is known at its end",
+                  {page(field("Report")), "ignorePagination=\"true\""},
+                  {6},
+                  nullptr},
+         }) {
+        TestTable table(6);
+        std::vector<Warning> warnings;
+        const Report compiled(std::make_shared<model::Definition>(read_definition(c.report.xml(), warnings)));
+        OpenSink sink(table);
+        fill(compiled, table, test_measurer(), {}, sink);
+        EXPECT_EQ(listed(sink.pages), listed(filled(c.report, 6).pages)) << c.why;
+        if (!c.rows_at_page.empty()) {
+            EXPECT_EQ(sink.rows_at_page, c.rows_at_page) << c.why;
+        }
+        if (c.first != nullptr) {
+            EXPECT_EQ(sink.first_as_it_came, c.first) << c.why;
+        }
+    }
 }
 
 TEST(Pages, HeldBackComeOutAsTheyWere)

@@ -1,5 +1,7 @@
 #include "engine/fill/book/page_book.h"
 
+#include "engine/page/page_copy.h"
+
 namespace velora::engine {
 
 void PageBook::begin_page()
@@ -86,16 +88,18 @@ void PageBook::await(const Awaited& awaited, Waiting&& waiting)
     queue(awaited).waiting.push_back(std::move(waiting));
 }
 
+/// The element on the page that is it, or that it stands in.
+Element& PageBook::outermost(const Waiting& waiting)
+{
+    if (waiting.page == number_) return page_.elements[waiting.path.front()];
+    Held& page = held(waiting.page);
+    const auto at = std::lower_bound(page.open.begin(), page.open.end(), waiting.path.front());
+    return page.packed.kept[static_cast<size_t>(at - page.open.begin())];
+}
+
 Element* PageBook::find(const Waiting& waiting)
 {
-    Element* element = nullptr;
-    if (waiting.page == number_) {
-        element = &page_.elements[waiting.path.front()];
-    } else {
-        Held& held = held_[waiting.page - held_.front().number];
-        const auto at = std::lower_bound(held.open.begin(), held.open.end(), waiting.path.front());
-        element = &held.packed.kept[static_cast<size_t>(at - held.open.begin())];
-    }
+    Element* element = &outermost(waiting);
     for (size_t depth = 1; depth < waiting.path.size(); ++depth) {
         element = &std::get<Frame>(element->content).children[waiting.path[depth]];
     }
@@ -104,7 +108,7 @@ Element* PageBook::find(const Waiting& waiting)
 
 size_t& PageBook::waiting_on(uint64_t page)
 {
-    return page == number_ ? waiting_here_ : held_[page - held_.front().number].waiting;
+    return page == number_ ? waiting_here_ : held(page).waiting;
 }
 
 void PageBook::resolve(const Awaited& awaited, Moment moment)
@@ -116,8 +120,16 @@ void PageBook::resolve(const Awaited& awaited, Moment moment)
     for (auto& waiting : due) {
         waiting.resolver->resolve(waiting, *find(waiting), moment);
         --waiting_on(waiting.page);
+        amend(waiting);
     }
     if (!due.empty()) release();
+}
+
+/// A page that has gone out comes to look different.
+void PageBook::amend(const Waiting& waiting)
+{
+    if (waiting.page == number_ || !held(waiting.page).is_sent) return;
+    open_sink_->amend(waiting.page - 1, waiting.path.front(), outermost(waiting));
 }
 
 void PageBook::close_page()
@@ -126,28 +138,48 @@ void PageBook::close_page()
     usual_size_ = page_.elements.size();
     if (waiting_here_ == 0 && held_.empty() && !hold_all_) {
         send(std::move(page_));
+    } else if (open_sink_ != nullptr && !hold_all_) {
+        send_open_page();
     } else {
-        Held held;
-        held.number = number_;
-        held.waiting = waiting_here_;
-        for (const auto& queue : queues_) {
-            for (size_t index = queue.waiting.size(); index-- > 0 && queue.waiting[index].page == number_;) {
-                held.open.push_back(queue.waiting[index].path.front());
-            }
-        }
-        std::sort(held.open.begin(), held.open.end());
-        held.open.erase(std::unique(held.open.begin(), held.open.end()), held.open.end());
-        held.packed = packer_.pack(std::move(page_), held.open);
-        held_.push_back(std::move(held));
+        hold_page();
     }
     page_ = Page();
     waiting_here_ = 0;
 }
 
+/// The elements of the page in hand that wait or hold what waits, in order.
+std::vector<uint32_t> PageBook::waiting_here() const
+{
+    std::vector<uint32_t> open;
+    for (const auto& queue : queues_) {
+        for (size_t index = queue.waiting.size(); index-- > 0 && queue.waiting[index].page == number_;) {
+            open.push_back(queue.waiting[index].path.front());
+        }
+    }
+    std::sort(open.begin(), open.end());
+    open.erase(std::unique(open.begin(), open.end()), open.end());
+    return open;
+}
+
+void PageBook::hold_page()
+{
+    Held held{number_, {}, waiting_here(), waiting_here_, false};
+    held.packed = packer_.pack(std::move(page_), held.open);
+    held_.push_back(std::move(held));
+}
+
+void PageBook::send_open_page()
+{
+    Held held{number_, {}, waiting_here(), waiting_here_, true};
+    for (const uint32_t index : held.open) held.packed.kept.push_back(copy_of(page_.elements[index]));
+    held_.push_back(std::move(held));
+    send(std::move(page_));
+}
+
 void PageBook::release()
 {
     while (!hold_all_ && !held_.empty() && held_.front().waiting == 0) {
-        send(unpacker_.unpack(std::move(held_.front().packed)));
+        if (!held_.front().is_sent) send(unpacker_.unpack(std::move(held_.front().packed)));
         held_.pop_front();
     }
 }

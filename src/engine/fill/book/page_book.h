@@ -48,11 +48,23 @@ struct Waiting {
     std::shared_ptr<void> notes;  ///< what the part wants to remember until then
 };
 
+/// A sink to which a page comes as soon as it is full, with the places empty whose values come later.
+class OpenPageSink : public PageSink {
+public:
+    /// An element of a page that came has got its value.
+    /// @param page  from 0; @param index  of the element on the page
+    virtual void amend(size_t page, uint32_t index, const Element& element) = 0;
+};
+
 /// The pages of a run: the one that is being filled, and those behind it that wait for a value. What waits for
-/// nothing goes to the sink at once.
+/// nothing goes to the sink at once, and to an `OpenPageSink` the others too: then only the elements that
+/// wait stay here.
 class PageBook {
 public:
-    PageBook(PageSink& sink, Document& document) : sink_(sink), document_(document) {}
+    PageBook(PageSink& sink, Document& document)
+        : sink_(sink), open_sink_(dynamic_cast<OpenPageSink*>(&sink)), document_(document)
+    {
+    }
 
     /// Holds back all pages until `finish`; for a page whose height is known at the end only.
     void hold_all() { hold_all_ = true; }
@@ -91,6 +103,7 @@ private:
         PackedPage packed;
         std::vector<uint32_t> open;  ///< page indices of the first elements in `packed.kept`
         size_t waiting = 0;
+        bool is_sent = false;  ///< the sink has the page; `packed.kept` alone is here
     };
     struct Queue {
         Awaited awaited;
@@ -98,6 +111,12 @@ private:
     };
 
     void close_page();
+    void hold_page();
+    void send_open_page();
+    [[nodiscard]] std::vector<uint32_t> waiting_here() const;
+    Held& held(uint64_t page) { return held_[page - held_.front().number]; }
+    void amend(const Waiting& waiting);
+    Element& outermost(const Waiting& waiting);
     void release();
     void send(Page&& page);
     Queue& queue(const Awaited& awaited);
@@ -105,6 +124,7 @@ private:
     size_t& waiting_on(uint64_t page);
 
     PageSink& sink_;
+    OpenPageSink* open_sink_;  ///< null for one that wants finished pages only
     Document& document_;
     Page page_;
     uint64_t number_ = 0;
