@@ -62,6 +62,45 @@ private:
     std::string line_;
 };
 
+Fault no_writing()
+{
+    return Fault(fault::kPathAccess, "The file cannot be written: it is read-only");
+}
+
+/// Files that can be read and not be written.
+class LockedProfiles final : public ProfileFile {
+public:
+    explicit LockedProfiles(ProfileFile& files) : files_(files) {}
+    [[nodiscard]] bool exists(const std::string& path) const override { return files_.exists(path); }
+    [[nodiscard]] std::string read(const std::string& path, std::string_view section,
+                                   std::string_view key) const override
+    {
+        return files_.read(path, section, key);
+    }
+    void write(const std::string&, std::string_view, std::string_view, std::string_view) override
+    {
+        throw no_writing();
+    }
+    void delete_section(const std::string&, std::string_view) override { throw no_writing(); }
+
+private:
+    ProfileFile& files_;
+};
+
+class LockedSettings final : public SettingsStore {
+public:
+    explicit LockedSettings(SettingsStore& settings) : settings_(settings) {}
+    [[nodiscard]] std::string get(std::string_view application, std::string_view section, std::string_view key,
+                                  std::string_view otherwise) const override
+    {
+        return settings_.get(application, section, key, otherwise);
+    }
+    void set(std::string_view, std::string_view, std::string_view, std::string_view) override { throw no_writing(); }
+
+private:
+    SettingsStore& settings_;
+};
+
 class Player {
 public:
     Player(const ScriptCase& script, const fs::path& company, fs::path folder, fs::path windows)
@@ -154,6 +193,7 @@ private:
             {"list", &Player::write_list},     {"write", &Player::write_file},
             {"show", &Player::show},           {"printer", &Player::add_printer},
             {"mail", &Player::add_mail},       {"remove", &Player::remove_file},
+            {"lock", &Player::lock_files},     {"empty", &Player::empty_file},
         };
         const auto found = words.find(word);
         if (found == words.end()) throw std::runtime_error("unknown: " + text);
@@ -206,6 +246,15 @@ private:
         std::ofstream(path) << "text";
     }
     void remove_file(const std::string& path) { fs::remove_all(path); }
+    void empty_file(const std::string& path) { std::ofstream out(path, std::ios::trunc); }
+    /// From now on list files and settings can only be read.
+    void lock_files(const std::string&)
+    {
+        locked_profiles_.emplace(*state_->ports.profiles);
+        locked_settings_.emplace(*state_->ports.settings);
+        state_->ports.profiles = &*locked_profiles_;
+        state_->ports.settings = &*locked_settings_;
+    }
     /// "settings", "list NAME", "mail" or "pointer"
     void show(const std::string& what)
     {
@@ -264,12 +313,13 @@ private:
     }
     [[nodiscard]] std::string with_folder(const std::string& text) const
     {
-        return exchanged(text, "{folder}", folder_.string());
+        return exchanged(exchanged(text, "{folder}", folder_.string()), "{long}", long_name());
     }
     [[nodiscard]] std::string without_folder(const std::string& text) const
     {
-        return exchanged(text, folder_.string(), "{folder}");
+        return exchanged(exchanged(text, folder_.string(), "{folder}"), long_name(), "{long}");
     }
+    static std::string long_name() { return std::string(10'000, 'x'); }
 
     const ScriptCase& script_;
     fs::path folder_;
@@ -282,6 +332,8 @@ private:
     SessionState* state_ = nullptr;
     test::FakeMail mail_;
     HeldPrinters printers_;
+    std::optional<LockedProfiles> locked_profiles_;
+    std::optional<LockedSettings> locked_settings_;
 };
 
 }  // namespace
