@@ -9,7 +9,7 @@ namespace velora::engine {
 namespace {
 
 constexpr double kThinnest = 1e-9;  // of the values themselves; closer ones cannot be told apart
-constexpr double kGreatest = 1e18;  // sums of many values; beyond it numbers are no longer readable
+constexpr double kGreatest = 1e16;  // sums of many values; beyond it numbers are no longer readable
 
 /// The next round number: 1, 2, 2.5 or 5 times a power of ten.
 double round_step(double least, bool whole)

@@ -123,6 +123,11 @@ Color ChartBoard::slice_color(size_t category) const
     return category < data.slice_colors.size() ? data.slice_colors[category] : palette_color(category);
 }
 
+Color ChartBoard::interval_color(size_t interval) const
+{
+    return data.gauge.intervals[interval].color.value_or(palette_color(interval));
+}
+
 std::optional<double> chart_value(const ChartSeries& series, size_t category)
 {
     if (category >= series.values.size()) return std::nullopt;

@@ -51,6 +51,7 @@ public:
 
     [[nodiscard]] Color series_color(size_t series) const;
     [[nodiscard]] Color slice_color(size_t category) const;
+    [[nodiscard]] Color interval_color(size_t interval) const;  ///< of a gauge
 
 private:
     [[nodiscard]] Color palette_color(size_t index) const;
@@ -73,5 +74,11 @@ ChartData with_small_slices_gathered(ChartData data);
 void draw_pie(ChartBoard& board, const ChartArea& area);
 /// Bars, lines and areas over a category axis.
 void draw_category_plot(ChartBoard& board, const ChartArea& area);
+/// Points over a numeric or a time axis.
+void draw_xy_plot(ChartBoard& board, const ChartArea& area);
+/// The value of a gauge as it is written, a dash for none.
+std::string gauge_text(const ChartGauge& gauge);
+/// A dial or a tube with one value.
+void draw_gauge(ChartBoard& board, const ChartArea& area);
 
 }  // namespace velora::engine

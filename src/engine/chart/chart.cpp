@@ -18,17 +18,38 @@ struct LegendEntry {
     float width;  ///< of the text
 };
 
+bool is_gauge(const ChartData& data)
+{
+    return data.kind == ChartKind::Meter || data.kind == ChartKind::Thermometer;
+}
+
+/// What the chart has a colour for: slices, intervals that have a name, or series.
+std::vector<std::pair<std::string, Color>> named_colors(const ChartBoard& board)
+{
+    const ChartData& data = board.data;
+    std::vector<std::pair<std::string, Color>> names;
+    if (data.kind == ChartKind::Pie) {
+        for (size_t i = 0; i < data.categories.size(); ++i)
+            names.emplace_back(data.categories[i], board.slice_color(i));
+    } else if (is_gauge(data)) {
+        for (size_t i = 0; i < data.gauge.intervals.size(); ++i) {
+            const std::string& label = data.gauge.intervals[i].label;
+            if (!label.empty()) names.emplace_back(label, board.interval_color(i));
+        }
+    } else if (data.kind != ChartKind::Unknown) {
+        for (size_t i = 0; i < data.series.size(); ++i) names.emplace_back(data.series[i].name, board.series_color(i));
+    }
+    return names;
+}
+
 std::vector<LegendEntry> legend_entries(ChartBoard& board, float room)
 {
     std::vector<LegendEntry> entries;
-    const ChartData& data = board.data;
-    const bool pie = data.kind == ChartKind::Pie;
-    const size_t count = pie ? data.categories.size() : data.series.size();
-    for (size_t i = 0; i < count; ++i) {
-        const std::string& name = pie ? data.categories[i] : data.series[i].name;
-        std::string text = board.fitted(name, data.label_font, room - kSwatch - kSwatchGap);
-        const float width = board.text_width(text, data.label_font);
-        entries.push_back({std::move(text), pie ? board.slice_color(i) : board.series_color(i), width});
+    const Font& font = board.data.label_font;
+    for (const auto& [name, color] : named_colors(board)) {
+        std::string text = board.fitted(name, font, room - kSwatch - kSwatchGap);
+        const float width = board.text_width(text, font);
+        entries.push_back({std::move(text), color, width});
     }
     return entries;
 }
@@ -37,8 +58,9 @@ void draw_entry(ChartBoard& board, const LegendEntry& entry, size_t index, Point
 {
     const ChartData& data = board.data;
     const float half = kSwatch / 2;
-    if (data.kind == ChartKind::Line && data.markers) {
-        board.line({at.x, at.y}, {at.x + kSwatch, at.y}, {1.5F, LineStyle::Solid, entry.color});
+    const bool with_lines = data.kind == ChartKind::Line || data.kind == ChartKind::Xy;
+    if (with_lines && data.markers && !data.filled) {
+        if (data.lines) board.line({at.x, at.y}, {at.x + kSwatch, at.y}, {1.5F, LineStyle::Solid, entry.color});
         board.marker({at.x + half, at.y}, index, entry.color, half * 0.7F);
     } else {
         board.rectangle({at.x, at.y - half, at.x + kSwatch, at.y + half}, entry.color,
@@ -125,26 +147,71 @@ void draw_heading(ChartBoard& board, ChartArea& area, const std::string& text, c
     area.top += height + kGap / 2;
 }
 
-/// The chart in words, for those who cannot see it: its title and then each value with what it is of.
+/// The values of a series in words, each with what it is of.
+std::string series_in_words(const ChartData& data, const ChartSeries& series, size_t room)
+{
+    const auto mark = [&](double value) { return data.mark_text ? data.mark_text(value) : chart_number(value); };
+    const auto at = [&](double x) {
+        if (data.x_text) return data.x_text(x);
+        return data.dates && data.date_text ? data.date_text(x, "d MMM yyyy") : chart_number(x);
+    };
+    std::string words = data.kind != ChartKind::Pie && !series.name.empty() ? series.name + ":" : "";
+    const auto add = [&](const std::string& of, double value) {
+        if (!std::isfinite(value) || words.size() > room) return;
+        words += (words.empty() ? "" : words.back() == ':' ? " " : ", ") + of + " " + mark(value);
+    };
+    for (size_t i = 0; i < std::min(series.values.size(), data.categories.size()); ++i) {
+        if (series.values[i]) add(data.categories[i], *series.values[i]);
+    }
+    for (const XyPoint& point : series.points) {
+        if (words.size() > room) break;
+        if (std::isfinite(point.x)) add(at(point.x), point.y);
+    }
+    return words;
+}
+
+/// The chart in words, for those who cannot see it: its title and then what it shows.
 std::string in_words(const ChartData& data)
 {
     constexpr size_t kMost = 2000;  // bytes; nobody listens longer
     std::string words = data.title;
-    const auto mark = [&](double value) { return data.mark_text ? data.mark_text(value) : chart_number(value); };
+    const auto add = [&](const std::string& part) { words += (words.empty() ? "" : ". ") + part; };
+    if (is_gauge(data)) {
+        add(gauge_text(data.gauge));
+        return words;
+    }
     for (const ChartSeries& series : data.series) {
-        const bool named = data.kind != ChartKind::Pie && !series.name.empty();
-        std::string part = named ? series.name + ":" : "";
-        for (size_t i = 0; i < std::min(series.values.size(), data.categories.size()); ++i) {
-            const auto& value = series.values[i];
-            if (!value || !std::isfinite(*value)) continue;
-            part += (part.empty() || part.back() == ':' ? (part.empty() ? "" : " ") : ", ") + data.categories[i] + " " +
-                    mark(*value);
-            if (words.size() + part.size() > kMost) break;
-        }
+        const std::string part = series_in_words(data, series, kMost - std::min(words.size(), kMost));
         if (words.size() + part.size() > kMost) return words + " …";
-        words += (words.empty() ? "" : ". ") + part;
+        add(part);
     }
     return words;
+}
+
+/// In the place of a form that is not drawn stands its name.
+void draw_unknown(ChartBoard& board, const ChartArea& area)
+{
+    board.rectangle(area, kWhite, {0.75F, LineStyle::Dashed, kAxisColor});
+    board.middle_label({area.middle_x(), area.middle_y()},
+                       board.fitted(board.data.unknown, board.data.label_font, area.width()), board.data.label_font,
+                       HorizontalAlign::Center, kAxisColor);
+}
+
+void draw_plot(ChartBoard& board, const ChartArea& area)
+{
+    switch (board.data.kind) {
+        case ChartKind::Pie:
+            return draw_pie(board, area);
+        case ChartKind::Xy:
+            return draw_xy_plot(board, area);
+        case ChartKind::Meter:
+        case ChartKind::Thermometer:
+            return draw_gauge(board, area);
+        case ChartKind::Unknown:
+            return draw_unknown(board, area);
+        default:
+            return draw_category_plot(board, area);
+    }
 }
 
 }  // namespace
@@ -163,11 +230,7 @@ std::shared_ptr<const Drawing> draw_chart(const ChartData& given, float width, f
     draw_heading(board, area, data.subtitle, data.subtitle_font, data.subtitle_color);
     draw_legend(board, area);
     if (!area.usable()) return drawing;
-    if (data.kind == ChartKind::Pie) {
-        draw_pie(board, area);
-    } else {
-        draw_category_plot(board, area);
-    }
+    draw_plot(board, area);
     return drawing;
 }
 

@@ -203,6 +203,31 @@ struct ChartSeries {
     ExpressionText category;  ///< key of a pie slice, x of an xy series
     ExpressionText value;
     ExpressionText label;
+    bool in_order = true;  ///< points of an xy series are joined by their x, not as they come
+};
+
+/// What a point of a time series stands for; later rows of the same period take its place.
+enum class TimePeriod : uint8_t { Year, Quarter, Month, Week, Day, Hour, Minute, Second, Millisecond };
+
+struct DataRange {
+    ExpressionText low, high;
+};
+
+/// The plot of a dial or a tube.
+struct Gauge {
+    struct Interval {
+        std::string label;
+        std::optional<Color> color;
+        float alpha = 1;
+        DataRange range;
+    };
+    DataRange range;
+    std::vector<Interval> intervals;
+    std::string units;
+    std::string value_pattern;
+    std::optional<float> tick_interval;
+    int angle = 180;  ///< of a dial, in degrees
+    std::optional<Color> face, needle, ticks, value_color;
 };
 
 enum class LegendPosition : uint8_t { Bottom, Top, Left, Right };
@@ -228,6 +253,12 @@ struct Chart {
     ExpressionText category_axis_label;
     ExpressionText value_axis_label;
     std::string value_axis_pattern;
+    std::string category_axis_pattern;
+    ExpressionText value_axis_least, value_axis_most;
+    ExpressionText category_axis_least, category_axis_most;
+    bool show_lines = true, show_shapes = true;
+    TimePeriod period = TimePeriod::Day;
+    Gauge gauge;
     EvaluationTime evaluation = EvaluationTime::Now;
     std::string evaluation_group;
     Moment reset = Moment::Report;

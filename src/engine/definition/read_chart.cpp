@@ -72,6 +72,11 @@ constexpr auto kLegendRules = std::to_array<AttributeRule<Chart>>({
 
 constexpr auto kOrientations = std::to_array<Choice<bool>>({{"Horizontal", true}, {"Vertical", false}});
 
+constexpr auto kPeriods = std::to_array<Choice<TimePeriod>>({
+    {"Year", TimePeriod::Year}, {"Quarter", TimePeriod::Quarter}, {"Month", TimePeriod::Month},
+    {"Week", TimePeriod::Week}, {"Day", TimePeriod::Day}, {"Hour", TimePeriod::Hour}, {"Minute", TimePeriod::Minute},
+    {"Second", TimePeriod::Second}, {"Milisecond", TimePeriod::Millisecond}, {"Millisecond", TimePeriod::Millisecond}});
+
 constexpr auto kPlotRules = std::to_array<AttributeRule<Chart>>({
     {"showLabels",            set_flag<&Chart::show_labels>},
     {"orientation",           set_choice<&Chart::horizontal, kOrientations>},
@@ -82,8 +87,12 @@ constexpr auto kPlotRules = std::to_array<AttributeRule<Chart>>({
     {"circular",              set_nothing<Chart>},
     {"showTickLabels",        set_nothing<Chart>},
     {"showTickMarks",         set_nothing<Chart>},
-    {"showLines",             set_nothing<Chart>},
-    {"showShapes",            set_nothing<Chart>},
+    {"showLines",             set_flag<&Chart::show_lines>},
+    {"showShapes",            set_flag<&Chart::show_shapes>},
+    {"yAxisTickLabelMask",    set_text<&Chart::value_axis_pattern>},
+    {"xAxisTickLabelMask",    set_text<&Chart::category_axis_pattern>},
+    {"timeAxisTickLabelMask", set_text<&Chart::category_axis_pattern>},
+    {"categoryAxisTickLabelMask", set_nothing<Chart>},
     {"backcolor",             set_nothing<Chart>},
     {"backgroundAlpha",       set_nothing<Chart>},
     {"foregroundAlpha",       set_nothing<Chart>},
@@ -98,6 +107,54 @@ constexpr auto kPlotRules = std::to_array<AttributeRule<Chart>>({
     {"valueAxisLabelColor",        warn_axis_color},
     {"valueAxisTickLabelColor",    warn_axis_color},
     {"valueAxisLineColor",         warn_axis_color},
+    {"xAxisLabelColor",            warn_axis_color},
+    {"xAxisTickLabelColor",        warn_axis_color},
+    {"xAxisLineColor",             warn_axis_color},
+    {"yAxisLabelColor",            warn_axis_color},
+    {"yAxisTickLabelColor",        warn_axis_color},
+    {"yAxisLineColor",             warn_axis_color},
+    {"timeAxisLabelColor",         warn_axis_color},
+    {"timeAxisTickLabelColor",     warn_axis_color},
+    {"timeAxisLineColor",          warn_axis_color},
+    {"xAxisVerticalTickLabels",    set_nothing<Chart>},
+    {"yAxisVerticalTickLabels",    set_nothing<Chart>},
+    {"timeAxisVerticalTickLabels", set_nothing<Chart>},
+    {"valueAxisVerticalTickLabels", set_nothing<Chart>},
+    {"categoryAxisVerticalTickLabels", set_nothing<Chart>},
+});
+
+// A dial or a tube; the second name of each pair is that of the classic form.
+constexpr auto kGaugeRules = std::to_array<AttributeRule<Gauge>>({
+    {"units",                set_text<&Gauge::units>},
+    {"tickInterval",         set_number<&Gauge::tick_interval>},
+    {"tickCount",            set_nothing<Gauge>},
+    {"meterAngle",           set_whole<&Gauge::angle, 0, 360>},
+    {"angle",                set_whole<&Gauge::angle, 0, 360>},
+    {"meterColor",           set_color<&Gauge::face>},
+    {"meterBackgroundColor", set_color<&Gauge::face>},
+    {"needleColor",          set_color<&Gauge::needle>},
+    {"mercuryColor",         set_color<&Gauge::needle>},
+    {"tickColor",            set_color<&Gauge::ticks>},
+    {"shape",                set_nothing<Gauge>},
+    {"valueLocation",        set_nothing<Gauge>},
+    {"showValueLines",       set_nothing<Gauge>},
+});
+
+constexpr auto kIntervalRules = std::to_array<AttributeRule<Gauge::Interval>>({
+    {"label",           set_text<&Gauge::Interval::label>},
+    {"backgroundColor", set_color<&Gauge::Interval::color>},
+    {"color",           set_color<&Gauge::Interval::color>},
+    {"alpha",           set_number<&Gauge::Interval::alpha>},
+});
+
+constexpr auto kValueDisplayRules = std::to_array<AttributeRule<Gauge>>({
+    {"color", set_color<&Gauge::value_color>},
+    {"mask",  set_text<&Gauge::value_pattern>},
+});
+
+constexpr auto kRangeChildren = std::to_array<ChildRule<DataRange>>({
+    {"lowExpression",  read_expression<&DataRange::low>},
+    {"highExpression", read_expression<&DataRange::high>},
 });
 
 constexpr auto kDataRules = std::to_array<AttributeRule<Chart>>({
@@ -106,8 +163,13 @@ constexpr auto kDataRules = std::to_array<AttributeRule<Chart>>({
     {"resetGroup",     set_text<&Chart::reset_group>},
     {"incrementType",  set_choice<&Chart::increment, kMoments>},
     {"incrementGroup", set_text<&Chart::increment_group>},
+    {"timePeriod",     set_choice<&Chart::period, kPeriods>},
     {"maxCount",       set_nothing<Chart>},
     {"minPercentage",  set_nothing<Chart>},
+});
+
+constexpr auto kSeriesRules = std::to_array<AttributeRule<ChartSeries>>({
+    {"autoSort", set_flag<&ChartSeries::in_order>},
 });
 
 constexpr auto kSeriesChildren = std::to_array<ChildRule<ChartSeries>>({
@@ -115,9 +177,11 @@ constexpr auto kSeriesChildren = std::to_array<ChildRule<ChartSeries>>({
     {"categoryExpression",   read_expression<&ChartSeries::category>},
     {"keyExpression",        read_expression<&ChartSeries::category>},
     {"xValueExpression",     read_expression<&ChartSeries::category>},
+    {"xvalueExpression",     read_expression<&ChartSeries::category>},
     {"timePeriodExpression", read_expression<&ChartSeries::category>},
     {"valueExpression",      read_expression<&ChartSeries::value>},
     {"yValueExpression",     read_expression<&ChartSeries::value>},
+    {"yvalueExpression",     read_expression<&ChartSeries::value>},
     {"labelExpression",      read_expression<&ChartSeries::label>},
     {"itemHyperlink",        read_nothing<ChartSeries>},
     {"sectionHyperlink",     read_nothing<ChartSeries>},
@@ -156,6 +220,7 @@ void read_data(Chart& chart, Tag& tag)
         const auto name = child.name();
         if (std::ranges::find(kSeriesNames, name) != kSeriesNames.end()) {
             ChartSeries& series = chart.series.emplace_back();
+            child.read<ChartSeries>(kSeriesRules, series);
             child.each_child([&](Tag& part) { return read_child<ChartSeries>(kSeriesChildren, series, part); });
         } else if (name == "dataset") {
             read_data(chart, child);
@@ -194,13 +259,14 @@ void read_series_color(Chart& chart, Tag& tag)
     chart.colors[at] = out.color;
 }
 
+template <auto pattern>
 void read_axis_format(Chart& chart, Tag& tag)
 {
     const auto mask = tag.value("tickLabelMask");
-    if (!mask.empty()) chart.value_axis_pattern = mask;
+    if (!mask.empty()) chart.*pattern = mask;
     tag.ignore_all();
     tag.each_child([&](Tag& child) {
-        if (child.name() == "axisFormat") read_axis_format(chart, child);
+        if (child.name() == "axisFormat") read_axis_format<pattern>(chart, child);
         child.ignore_all();
         return true;
     });
@@ -218,6 +284,38 @@ void read_item_label(Chart& chart, Tag& tag)
 
 void read_plot(Chart& chart, Tag& tag);
 
+/// A range stands in the element itself or, in the classic form, in one inside it.
+void read_range(DataRange& range, Tag& tag)
+{
+    tag.each_child([&](Tag& child) {
+        if (child.name() != "dataRange") return read_child<DataRange>(kRangeChildren, range, child);
+        read_range(range, child);
+        return true;
+    });
+}
+
+void read_interval(Chart& chart, Tag& tag)
+{
+    auto& interval = chart.gauge.intervals.emplace_back();
+    tag.read<Gauge::Interval>(kIntervalRules, interval);
+    read_range(interval.range, tag);
+}
+
+/// The ranges of a tube have no names and no colours.
+void read_tube_range(Chart& chart, Tag& tag)
+{
+    read_range(chart.gauge.intervals.emplace_back().range, tag);
+}
+
+void read_value_display(Chart& chart, Tag& tag)
+{
+    tag.read<Gauge>(kValueDisplayRules, chart.gauge);
+    tag.each_child([&](Tag& child) {
+        child.ignore_all();
+        return child.name() == "font";
+    });
+}
+
 constexpr auto kPlotChildren = std::to_array<ChildRule<Chart>>({
     // clang-format off
     {"plot",                        read_plot},
@@ -228,25 +326,42 @@ constexpr auto kPlotChildren = std::to_array<ChildRule<Chart>>({
     {"timeAxisLabelExpression",     read_expression<&Chart::category_axis_label>},
     {"valueAxisLabelExpression",    read_expression<&Chart::value_axis_label>},
     {"yAxisLabelExpression",        read_expression<&Chart::value_axis_label>},
-    {"valueAxisFormat",             read_axis_format},
-    {"yAxisFormat",                 read_axis_format},
-    {"categoryAxisFormat",          read_nothing<Chart>},
-    {"xAxisFormat",                 read_nothing<Chart>},
-    {"timeAxisFormat",              read_nothing<Chart>},
+    {"valueAxisFormat",             read_axis_format<&Chart::value_axis_pattern>},
+    {"yAxisFormat",                 read_axis_format<&Chart::value_axis_pattern>},
+    {"categoryAxisFormat",          read_axis_format<&Chart::category_axis_pattern>},
+    {"xAxisFormat",                 read_axis_format<&Chart::category_axis_pattern>},
+    {"timeAxisFormat",              read_axis_format<&Chart::category_axis_pattern>},
     {"categoryAxisLabelFont",       warn_axis_font},
     {"categoryAxisTickLabelFont",   warn_axis_font},
     {"valueAxisLabelFont",          warn_axis_font},
     {"valueAxisTickLabelFont",      warn_axis_font},
-    {"domainAxisMinValueExpression", read_nothing<Chart>},
-    {"domainAxisMaxValueExpression", read_nothing<Chart>},
-    {"rangeAxisMinValueExpression", read_nothing<Chart>},
-    {"rangeAxisMaxValueExpression", read_nothing<Chart>},
+    {"xaxisLabelExpression",        read_expression<&Chart::category_axis_label>},
+    {"yaxisLabelExpression",        read_expression<&Chart::value_axis_label>},
+    {"xAxisLabelFont",              warn_axis_font},
+    {"xAxisTickLabelFont",          warn_axis_font},
+    {"yAxisLabelFont",              warn_axis_font},
+    {"yAxisTickLabelFont",          warn_axis_font},
+    {"timeAxisLabelFont",           warn_axis_font},
+    {"timeAxisTickLabelFont",       warn_axis_font},
+    {"domainAxisMinValueExpression", read_expression<&Chart::category_axis_least>},
+    {"domainAxisMaxValueExpression", read_expression<&Chart::category_axis_most>},
+    {"rangeAxisMinValueExpression", read_expression<&Chart::value_axis_least>},
+    {"rangeAxisMaxValueExpression", read_expression<&Chart::value_axis_most>},
+    {"dataRange",                   [](Chart& chart, Tag& tag) { read_range(chart.gauge.range, tag); }},
+    {"valueDisplay",                read_value_display},
+    {"tickLabelFont",               warn_axis_font},
+    {"meterInterval",               read_interval},
+    {"interval",                    read_interval},
+    {"lowRange",                    read_tube_range},
+    {"mediumRange",                 read_tube_range},
+    {"highRange",                   read_tube_range},
     // clang-format on
 });
 
 void read_plot(Chart& chart, Tag& tag)
 {
     tag.read<Chart>(kPlotRules, chart);
+    tag.read<Gauge>(kGaugeRules, chart.gauge);
     tag.each_child([&](Tag& child) { return read_child<Chart>(kPlotChildren, chart, child); });
 }
 
@@ -257,6 +372,7 @@ constexpr auto kChartChildren = std::to_array<ChildRule<Chart>>({
     {"categoryDataset",    read_data},
     {"xyDataset",          read_data},
     {"timeSeriesDataset",  read_data},
+    {"valueDataset",       read_data},
     {"plot",               read_plot},
     {"piePlot",            read_plot},
     {"pie3DPlot",          read_plot},
@@ -265,6 +381,9 @@ constexpr auto kChartChildren = std::to_array<ChildRule<Chart>>({
     {"linePlot",           read_plot},
     {"areaPlot",           read_plot},
     {"timeSeriesPlot",     read_plot},
+    {"scatterPlot",        read_plot},
+    {"meterPlot",          read_plot},
+    {"thermometerPlot",    read_plot},
     {"chartTitle",         read_wrapped<&Chart::title_font, kTitleRules>},
     {"chartSubtitle",      read_wrapped<&Chart::subtitle_font, kSubtitleRules>},
     {"chartLegend",        read_wrapped<&Chart::legend_font, kLegendRules>},

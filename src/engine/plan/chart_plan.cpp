@@ -15,9 +15,10 @@ constexpr KindName kKinds[] = {
     {"pie",        ChartKind::Pie},        {"pie3D",        ChartKind::Pie},
     {"bar",        ChartKind::Bar},        {"bar3D",        ChartKind::Bar},        {"xyBar", ChartKind::Bar},
     {"stackedBar", ChartKind::StackedBar}, {"stackedBar3D", ChartKind::StackedBar},
-    {"line",       ChartKind::Line},       {"xyLine",       ChartKind::Line},       {"timeSeries", ChartKind::Line},
-    {"scatter",    ChartKind::Line},
-    {"area",       ChartKind::Area},       {"stackedArea",  ChartKind::Area},       {"xyArea", ChartKind::Area},
+    {"line",       ChartKind::Line},       {"xyLine",       ChartKind::Xy},         {"timeSeries", ChartKind::Xy},
+    {"scatter",    ChartKind::Xy},         {"xyArea",       ChartKind::Xy},
+    {"area",       ChartKind::Area},       {"stackedArea",  ChartKind::StackedArea},
+    {"meter",      ChartKind::Meter},      {"thermometer",  ChartKind::Thermometer},
 };
 // clang-format on
 
@@ -49,6 +50,15 @@ std::unique_ptr<ChartPlan> plan_chart(const model::Chart& chart, const Names& na
     plan->subtitle = compiled(chart.subtitle);
     plan->category_axis = compiled(chart.category_axis_label);
     plan->value_axis = compiled(chart.value_axis_label);
+    const auto range = [&](const model::ExpressionText& low, const model::ExpressionText& high) {
+        return RangePlan{compiled(low), compiled(high)};
+    };
+    plan->value_ends = range(chart.value_axis_least, chart.value_axis_most);
+    plan->category_ends = range(chart.category_axis_least, chart.category_axis_most);
+    plan->gauge = range(chart.gauge.range.low, chart.gauge.range.high);
+    for (const auto& interval : chart.gauge.intervals) {
+        plan->intervals.push_back(range(interval.range.low, interval.range.high));
+    }
     plan->increment_when = of_row(chart.increment_when);
     for (const auto& series : chart.series) {
         plan->series.push_back(

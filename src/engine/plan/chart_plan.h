@@ -13,11 +13,18 @@ struct SeriesPlan {
     Expression series, category, value, label;
 };
 
+struct RangePlan {
+    Expression low, high;
+};
+
 /// A chart of a definition with its expressions compiled.
 struct ChartPlan {
     const model::Chart* chart = nullptr;
     Expression title, subtitle, category_axis, value_axis, increment_when;
     std::vector<SeriesPlan> series;
+    RangePlan value_ends, category_ends;  ///< of the axes
+    RangePlan gauge;
+    std::vector<RangePlan> intervals;  ///< of the gauge
     std::unique_ptr<NestedPlan> rows;  ///< of a sub-dataset; null when the rows of the report feed the chart
     int reset_group = kNoGroup;
     int increment_group = kNoGroup;

@@ -205,7 +205,8 @@ void PlanMaker::chart(PartPlan& part, const model::Chart& chart)
         plan_.shares_rows |= rows->own_rows;
     }
     if (!chart_kind(chart.type)) {
-        warn(part.element->place, "chart", "of the form '" + chart.type + "' is drawn with bars");
+        warn(part.element->place, "chart",
+             "of the form '" + chart.type + "' is not drawn; its name stands in its place");
     }
     part.chart = plan_chart(chart, names_, definition_, std::move(rows), opening_.refusals);
     part.link = link(chart.link);

@@ -13,8 +13,8 @@
 namespace velora::engine {
 namespace {
 
-constexpr ChartKind kKinds[] = {ChartKind::Pie, ChartKind::Bar, ChartKind::StackedBar, ChartKind::Line,
-                                ChartKind::Area};
+constexpr ChartKind kKinds[] = {ChartKind::Pie,  ChartKind::Bar,  ChartKind::StackedBar,
+                                ChartKind::Line, ChartKind::Area, ChartKind::StackedArea};
 
 struct Box {
     double left, top, right, bottom;

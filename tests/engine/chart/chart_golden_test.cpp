@@ -64,6 +64,28 @@ ChartData slices(std::vector<std::optional<double>> values)
     return data;
 }
 
+ChartData points()
+{
+    ChartData data;
+    data.kind = ChartKind::Xy;
+    data.category_axis = "Hours";
+    data.value_axis = "Units";
+    data.series = {{"Pump", {}, {}, {{1, 20}, {2.5, 28}, {4, 35}}},
+                   {"Fan", {}, {}, {{1, 44}, {3, 61.5}, {7, 52}}},
+                   {"Belt", {}, {}, {{2, 12}, {6, 18}, {8, 47}}}};
+    return data;
+}
+
+ChartData gauge(ChartKind kind)
+{
+    ChartData data;
+    data.kind = kind;
+    data.title = "Load";
+    data.gauge = {47.25, 0,  80, {{"Low", 0, 20, {}}, {"High", 60, 80, Color{200, 30, 60, 255}}}, "kN", "", 10, 200, {},
+                  {},    {}, {}};
+    return data;
+}
+
 std::vector<Sample> samples()
 {
     return {
@@ -138,6 +160,11 @@ std::vector<Sample> samples()
         {"a pie of one slice", slices({7})},
         {"a pie of many slices", slices({9, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1})},
         {"a pie of nothing", slices({0, std::nullopt})},
+        {"stacked areas", both_signs(ChartKind::StackedArea)},
+        {"points and lines", points()},
+        {"points alone", with(points(), [](ChartData& data) { data.lines = false; })},
+        {"a dial", gauge(ChartKind::Meter)},
+        {"a tube", gauge(ChartKind::Thermometer), 120, 180},
     };
 }
 

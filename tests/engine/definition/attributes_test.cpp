@@ -184,6 +184,52 @@ TEST(Attributes, AChartsDatasetKeepsItsMomentsSlicesAndColours)
     }
 }
 
+TEST(Attributes, PlotsOfPointsAndGaugesInBothForms)
+{
+    const std::string range = "<lowExpression>1</lowExpression><highExpression>9</highExpression>";
+    const auto current = only_element(
+        "<element kind='chart' chartType='meter'><dataset "
+        "kind='value'><valueExpression>$F{v}</valueExpression></dataset>"
+        "<plot units='km' meterAngle='200' tickInterval='5' needleColor='#FF0000' shape='dial'><dataRange>" +
+        range +
+        "</dataRange><valueDisplay color='#0000FF' mask='0.0'><font size='5'/></valueDisplay>"
+        "<interval label='Low' backgroundColor='#00FF00' alpha='0.5'><dataRange>" +
+        range + "</dataRange></interval></plot></element>");
+    const auto classic = only_element(
+        "<meterChart><chart><reportElement/></chart><valueDataset><valueExpression>$F{v}</valueExpression></"
+        "valueDataset>"
+        "<meterPlot units='km' angle='200' tickInterval='5' needleColor='#FF0000' shape='dial'><plot/><dataRange>" +
+        range +
+        "</dataRange><valueDisplay color='#0000FF' mask='0.0'><font size='5'/></valueDisplay>"
+        "<meterInterval label='Low' color='#00FF00' alpha='0.5'><dataRange>" +
+        range + "</dataRange></meterInterval></meterPlot></meterChart>");
+    for (const auto* element : {&current, &classic}) {
+        SCOPED_TRACE(element == &current ? "current" : "classic");
+        const auto& chart = body_of<Chart>(*element);
+        EXPECT_EQ(chart.series.at(0).value.text, "$F{v}");
+        const Gauge& gauge = chart.gauge;
+        EXPECT_EQ(gauge.units + " " + gauge.value_pattern, "km 0.0");
+        EXPECT_EQ(gauge.angle, 200);
+        EXPECT_EQ(gauge.tick_interval, 5.0F);
+        EXPECT_EQ(gauge.needle, (Color{255, 0, 0}));
+        EXPECT_EQ(gauge.value_color, (Color{0, 0, 255}));
+        EXPECT_EQ(gauge.range.low.text + gauge.range.high.text, "19");
+        ASSERT_EQ(gauge.intervals.size(), 1U);
+        EXPECT_EQ(gauge.intervals[0].label + gauge.intervals[0].range.high.text, "Low9");
+        EXPECT_EQ(gauge.intervals[0].color, (Color{0, 255, 0}));
+        EXPECT_EQ(gauge.intervals[0].alpha, 0.5F);
+    }
+    const auto points = only_element(
+        "<element kind='chart' chartType='scatter'><dataset kind='xy'><series autoSort='false'>"
+        "<xvalueExpression>$F{x}</xvalueExpression><yvalueExpression>$F{y}</yvalueExpression></series></dataset>"
+        "<plot showLines='false' xAxisTickLabelMask='0'><domainAxisMinValueExpression>2</domainAxisMinValueExpression>"
+        "<rangeAxisMaxValueExpression>7</rangeAxisMaxValueExpression></plot></element>");
+    const auto& chart = body_of<Chart>(points);
+    EXPECT_EQ(chart.series.at(0).category.text + chart.series[0].value.text, "$F{x}$F{y}");
+    EXPECT_FALSE(chart.series[0].in_order || chart.show_lines);
+    EXPECT_EQ(chart.category_axis_pattern + chart.category_axis_least.text + chart.value_axis_most.text, "027");
+}
+
 TEST(Attributes, ColoursInEveryWriting)
 {
     struct Case {

@@ -229,6 +229,39 @@ TEST(Charts, ShowTheRowsOfTheReportAndAreDrawnWhenTheyAreComplete)
     EXPECT_TRUE(labels.contains("c0") && labels.contains("c1") && labels.contains("sold"));
 }
 
+TEST(Charts, ATimeSeriesTakesTheLastRowOfEachPeriodInOrder)
+{
+    const std::string chart =
+        R"(<element kind="chart" chartType="timeSeries" x="0" y="0" width="180" height="100">)"
+        R"(<dataset kind="timeSeries" timePeriod="Month"><series><seriesExpression>"s"</seriesExpression>)"
+        R"(<timePeriodExpression>$F{d}</timePeriodExpression><valueExpression>$F{v}</valueExpression></series></dataset>)"
+        R"(<plot/></element>)";
+    const auto date = [](int month, int day) { return Value(*DateTime::from_ymd(2026, month, day)); };
+    TestTable table({{"d", Value::Type::Date}, {"v", Value::Type::Double}},
+                    {{date(3, 9), 7.0}, {date(1, 20), 1.0}, {date(1, 5), 2.0}, {Value(), 9.0}, {date(2, 1), Value()}});
+    const TestReport report{
+        band("summary", 100, chart), "",
+        "<field name=\"d\" class=\"java.util.Date\"/><field name=\"v\" class=\"java.lang.Double\"/>"};
+    const auto result = filled(report.xml(), table);
+    const auto& graphic = std::get<Graphic>(result.pages.at(0).elements.at(0).content);
+    EXPECT_EQ(graphic.drawing->description, "s: 1 Jan 2026 2, 1 Mar 2026 7");
+}
+
+TEST(Charts, AFormThatIsNotDrawnIsToldByName)
+{
+    const std::string chart = R"(<element kind="chart" chartType="gantt" x="0" y="0" width="180" height="100">)"
+                              R"(<dataset kind="category"/><plot/></element>)";
+    const TestReport written{band("title", 100, chart)};
+    std::vector<Warning> met;
+    const Report opened(std::make_shared<model::Definition>(read_definition(written.xml(), met)));
+    ASSERT_EQ(opened.warnings().size(), 1U);
+    EXPECT_NE(opened.warnings()[0].find("'gantt' is not drawn"), std::string::npos) << opened.warnings()[0];
+    const auto result = filled(written, 1);
+    const auto& drawing = *std::get<Graphic>(result.pages.at(0).elements.at(0).content).drawing;
+    ASSERT_EQ(drawing.items.size(), 2U);
+    EXPECT_EQ(std::get<Label>(drawing.items[1]).text, "gantt");
+}
+
 TEST(Opening, AnExpressionOutsideTheLanguageIsFoundBeforeAnyRowIsRead)
 {
     const auto open = [](const std::string& expression) {

@@ -1,5 +1,7 @@
 #include "engine/fill/parts/chart_part.h"
 
+#include <algorithm>
+
 #include "engine/expression/pattern.h"
 #include "engine/fill/parts/nested_fill.h"
 #include "engine/fill/rows/arithmetic.h"
@@ -26,23 +28,88 @@ void lay(Font& font, const model::FontAttributes& own)
     if (own.italic) font.italic = *own.italic;
 }
 
+std::optional<double> number_of(const Expression& expression, const Environment& environment)
+{
+    if (!expression) return std::nullopt;
+    const Value value = expression.evaluate(environment);
+    if (value.is_null()) return std::nullopt;
+    if (const auto* date = value.get_if<DateTime>()) return static_cast<double>(date->unix_milliseconds());
+    return as_double(value);
+}
+
+DateTime date_at(double time)
+{
+    return DateTime::from_unix_milliseconds(static_cast<int64_t>(time));
+}
+
+/// The beginning of the period in which a time falls.
+DateTime period_start(const DateTime& time, model::TimePeriod period)
+{
+    const auto at = time.parts();
+    const auto day = [](int year, int month) { return DateTime::from_ymd(year, month, 1).value_or(DateTime()); };
+    constexpr int kMinute = 60, kHour = 3600;
+    const int second = time.second_of_day();
+    switch (period) {
+        case model::TimePeriod::Year:
+            return day(at.year, 1);
+        case model::TimePeriod::Quarter:
+            return day(at.year, (at.month - 1) / 3 * 3 + 1);
+        case model::TimePeriod::Month:
+            return day(at.year, at.month);
+        case model::TimePeriod::Week:
+            return {time.serial_day() - (time.weekday() + 6) % 7, 0};
+        case model::TimePeriod::Day:
+            return time.date_only();
+        case model::TimePeriod::Hour:
+            return {time.serial_day(), second / kHour * kHour};
+        case model::TimePeriod::Minute:
+            return {time.serial_day(), second / kMinute * kMinute};
+        case model::TimePeriod::Second:
+        case model::TimePeriod::Millisecond:
+            break;
+    }
+    return time;
+}
+
+/// Where a point stands on the x axis; none for what is neither a number nor a time.
+std::optional<double> x_of(const Value& value, const model::Chart& chart)
+{
+    if (chart.type == "timeSeries") {
+        const auto date = date_in(value);
+        if (!date) return std::nullopt;
+        return static_cast<double>(period_start(*date, chart.period).unix_milliseconds());
+    }
+    if (value.is_null()) return std::nullopt;
+    if (const auto* date = value.get_if<DateTime>()) return static_cast<double>(date->unix_milliseconds());
+    return as_double(value);
+}
+
 }  // namespace
 
-bool ChartFeed::is_pie() const
+ChartFeed::ChartFeed(const ChartPlan& plan)
+    : plan_(plan), kind_(chart_kind(plan.chart->type).value_or(ChartKind::Unknown))
 {
-    return chart_kind(plan_.chart->type) == ChartKind::Pie;
+}
+
+ChartFeed::Point ChartFeed::point_of(const SeriesPlan& series, const Environment& now) const
+{
+    const Value value = series.value.evaluate(now);
+    Point point;
+    if (!value.is_null()) point.value = as_double(value);
+    if (kind_ != ChartKind::Pie) point.series = series.series.text(now).value_or(std::string());
+    if (kind_ == ChartKind::Xy) {
+        point.x = x_of(series.category.evaluate(now), *plan_.chart);
+    } else {
+        point.category = series.category.text(now).value_or(std::string());
+    }
+    return point;
 }
 
 void ChartFeed::count(const Environment& now)
 {
     row_.clear();
     if (plan_.increment_when && !plan_.increment_when.is_true(now)) return;
-    for (const auto& series : plan_.series) {
-        const Value value = series.value.evaluate(now);
-        row_.push_back({is_pie() ? std::string() : series.series.text(now).value_or(std::string()),
-                        series.category.text(now).value_or(std::string()),
-                        value.is_null() ? std::nullopt : std::optional(as_double(value))});
-    }
+    for (const auto& series : plan_.series) row_.push_back(point_of(series, now));
     if (plan_.chart->increment != ReportPart::None && !plan_.rows) return;
     for (const auto& point : row_) {
         add(point);
@@ -51,13 +118,25 @@ void ChartFeed::count(const Environment& now)
 
 void ChartFeed::add(const Point& point)
 {
-    const auto [category, new_category] = category_index_.try_emplace(point.category, categories_.size());
-    if (new_category) categories_.push_back(point.category);
-    const auto [series, new_series] = series_index_.try_emplace(point.series, series_.size());
-    if (new_series) series_.push_back({point.series, {}, {}});
-    auto& values = series_[series->second].values;
-    if (values.size() <= category->second) values.resize(category->second + 1);
-    values[category->second] = point.value;
+    if (kind_ == ChartKind::Meter || kind_ == ChartKind::Thermometer) {
+        value_ = point.value;
+        return;
+    }
+    const auto [series, is_new] = series_index_.try_emplace(point.series, series_.size());
+    if (is_new) series_.push_back({point.series, {}, {}});
+    add_to(series_[series->second], point);
+}
+
+void ChartFeed::add_to(ChartSeries& series, const Point& point)
+{
+    if (kind_ == ChartKind::Xy) {
+        if (point.x && point.value) series.points.push_back({*point.x, *point.value});
+        return;
+    }
+    const auto [category, is_new] = category_index_.try_emplace(point.category, categories_.size());
+    if (is_new) categories_.push_back(point.category);
+    if (series.values.size() <= category->second) series.values.resize(category->second + 1);
+    series.values[category->second] = point.value;
 }
 
 void ChartFeed::begin(ReportPart part, const std::vector<bool>& changed)
@@ -74,6 +153,7 @@ void ChartFeed::begin(ReportPart part, const std::vector<bool>& changed)
     series_.clear();
     category_index_.clear();
     series_index_.clear();
+    value_.reset();
 }
 
 void ChartFeed::take_waiting()
@@ -91,7 +171,8 @@ void ChartFeed::describe(ChartData& data, const Environment& environment, const 
     const auto text = [&](const Expression& expression) {
         return expression.text(environment).value_or(std::string());
     };
-    data.kind = chart_kind(chart.type).value_or(ChartKind::Bar);
+    data.kind = kind_;
+    data.unknown = chart.type;
     data.title = text(plan_.title);
     data.subtitle = text(plan_.subtitle);
     data.category_axis = text(plan_.category_axis);
@@ -111,9 +192,78 @@ void ChartFeed::describe(ChartData& data, const Environment& environment, const 
     lay(data.title_font, chart.title_font);
     lay(data.subtitle_font, chart.subtitle_font);
     lay(data.label_font, chart.legend_font);
-    if (chart.value_axis_pattern.empty()) return;
-    const auto pattern = std::make_shared<Pattern>(chart.value_axis_pattern, environment.surroundings());
-    data.mark_text = [pattern](double mark) { return pattern->format(Value(mark)); };
+    describe_axes(data, environment);
+    describe_gauge(data, environment);
+}
+
+void ChartFeed::describe_axes(ChartData& data, const Environment& environment) const
+{
+    const model::Chart& chart = *plan_.chart;
+    const auto& surroundings = environment.surroundings();
+    data.lines = chart.show_lines && (chart.type != "xyArea");
+    data.markers = chart.show_shapes && chart.type != "xyArea";
+    data.filled = chart.type == "xyArea";
+    data.dates = chart.type == "timeSeries";
+    data.least = number_of(plan_.value_ends.low, environment);
+    data.most = number_of(plan_.value_ends.high, environment);
+    data.x_least = number_of(plan_.category_ends.low, environment);
+    data.x_most = number_of(plan_.category_ends.high, environment);
+    data.date_text = [surroundings](double time, std::string_view written) {
+        return Pattern(written, surroundings).format(Value(date_at(time)));
+    };
+    if (!chart.value_axis_pattern.empty()) {
+        const auto pattern = std::make_shared<Pattern>(chart.value_axis_pattern, surroundings);
+        data.mark_text = [pattern](double mark) { return pattern->format(Value(mark)); };
+    }
+    if (!chart.category_axis_pattern.empty()) {
+        const auto pattern = std::make_shared<Pattern>(chart.category_axis_pattern, surroundings);
+        const bool dates = data.dates;
+        data.x_text = [pattern, dates](double x) { return pattern->format(dates ? Value(date_at(x)) : Value(x)); };
+    }
+}
+
+void ChartFeed::describe_gauge(ChartData& data, const Environment& environment) const
+{
+    const model::Gauge& gauge = plan_.chart->gauge;
+    ChartGauge& shown = data.gauge;
+    shown.value = value_;
+    shown.low = number_of(plan_.gauge.low, environment).value_or(shown.low);
+    shown.high = number_of(plan_.gauge.high, environment).value_or(shown.high);
+    for (size_t at = 0; at < plan_.intervals.size(); ++at) {
+        const auto& written = gauge.intervals[at];
+        auto color = written.color;
+        if (color) color->alpha = static_cast<uint8_t>(std::clamp(written.alpha, 0.0F, 1.0F) * 255);
+        shown.intervals.push_back({written.label, number_of(plan_.intervals[at].low, environment).value_or(shown.low),
+                                   number_of(plan_.intervals[at].high, environment).value_or(shown.high), color});
+    }
+    shown.units = gauge.units;
+    if (!gauge.value_pattern.empty() && value_) {
+        shown.text = Pattern(gauge.value_pattern, environment.surroundings()).format(Value(*value_));
+        if (!gauge.units.empty()) shown.text += " " + gauge.units;
+    }
+    if (gauge.tick_interval) shown.tick = *gauge.tick_interval;
+    shown.angle = static_cast<float>(gauge.angle);
+    shown.face = gauge.face;
+    shown.needle = gauge.needle;
+    shown.ticks = gauge.ticks;
+    shown.text_color = gauge.value_color;
+}
+
+/// Points by their x; of a time series the last one of each period.
+void ChartFeed::sort_points(ChartData& data) const
+{
+    const bool as_they_come = std::ranges::any_of(plan_.chart->series, [](const auto& each) { return !each.in_order; });
+    if (as_they_come && !data.dates) return;
+    for (ChartSeries& series : data.series) {
+        std::ranges::stable_sort(series.points, {}, &XyPoint::x);
+        if (!data.dates) continue;
+        std::vector<XyPoint> last;
+        for (const XyPoint& point : series.points) {
+            if (last.empty() || last.back().x != point.x) last.push_back(point);
+            last.back() = point;
+        }
+        series.points = std::move(last);
+    }
 }
 
 ChartData ChartFeed::data(const Environment& environment, const Style& style) const
@@ -125,6 +275,7 @@ ChartData ChartFeed::data(const Environment& environment, const Style& style) co
     for (auto& series : data.series) {
         series.values.resize(categories_.size());
     }
+    sort_points(data);
     const auto& colors = plan_.chart->colors;  // without alpha: not stated
     if (data.kind == ChartKind::Pie) {
         const auto stated = [](const Color& color) { return color.alpha != 0; };

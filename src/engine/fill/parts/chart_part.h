@@ -11,7 +11,7 @@ namespace velora::engine {
 /// the place of the one before.
 class ChartFeed {
 public:
-    explicit ChartFeed(const ChartPlan& plan) : plan_(plan) {}
+    explicit ChartFeed(const ChartPlan& plan);
 
     /// Takes the row that has just been counted.
     void count(const Environment& now);
@@ -26,18 +26,25 @@ private:
     struct Point {
         std::string series, category;
         std::optional<double> value;
+        std::optional<double> x{};  ///< of an xy chart, instead of a category
     };
 
+    [[nodiscard]] Point point_of(const SeriesPlan& series, const Environment& now) const;
     void add(const Point& point);
+    void add_to(ChartSeries& series, const Point& point);
     void take_waiting();
-    [[nodiscard]] bool is_pie() const;
     void describe(ChartData& data, const Environment& environment, const Style& style) const;
+    void describe_axes(ChartData& data, const Environment& environment) const;
+    void describe_gauge(ChartData& data, const Environment& environment) const;
+    void sort_points(ChartData& data) const;
 
     const ChartPlan& plan_;
+    ChartKind kind_;
     std::vector<Point> row_;  ///< of the last row, to be added when its time comes
     std::vector<std::string> categories_;
     std::vector<ChartSeries> series_;
     std::map<std::string, size_t, std::less<>> category_index_, series_index_;
+    std::optional<double> value_;  ///< of a gauge
 };
 
 /// A chart, drawn when its data are complete.
