@@ -253,7 +253,7 @@ TEST(Charts, AFormThatIsNotDrawnIsToldByName)
                               R"(<dataset kind="category"/><plot/></element>)";
     const TestReport written{band("title", 100, chart)};
     std::vector<Warning> met;
-    const Report opened(std::make_shared<model::Definition>(read_definition(written.xml(), met)));
+    const CompiledReport opened(std::make_shared<model::Definition>(read_definition(written.xml(), met)));
     ASSERT_EQ(opened.warnings().size(), 1U);
     EXPECT_NE(opened.warnings()[0].find("'gantt' is not drawn"), std::string::npos) << opened.warnings()[0];
     const auto result = filled(written, 1);

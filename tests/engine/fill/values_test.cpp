@@ -258,7 +258,7 @@ TEST(Pages, GoOutOpenWhereTheirValuesMayComeLater)
          }) {
         TestTable table(6);
         std::vector<Warning> warnings;
-        const Report compiled(std::make_shared<model::Definition>(read_definition(c.report.xml(), warnings)));
+        const CompiledReport compiled(std::make_shared<model::Definition>(read_definition(c.report.xml(), warnings)));
         OpenSink sink(table);
         fill(compiled, table, test_measurer(), {}, sink);
         EXPECT_EQ(listed(sink.pages), listed(filled(c.report, 6).pages)) << c.why;
