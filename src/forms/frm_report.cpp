@@ -219,7 +219,7 @@ void frmReport::show_order_reports_in_use()
         mnuPopupSub[12].set_visible(false);
         return;
     }
-    const auto is_flag = [](const std::optional<double>& number) { return number == 0 || number == 1; };
+    const auto is_flag = [](const std::optional<double>& number) { return number && (*number == 0 || *number == 1); };
     if (!is_flag(slips) || !is_flag(confirmations)) return;  // other values change nothing
     chkPickSlip.set_visible(slips == 1);
     chkConfirm.set_visible(confirmations == 1);
