@@ -69,6 +69,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     try {
         static_cast<void>(velora::read_host_config(folder.path));
     } catch (const velora::HostError&) {
+        // refused in words
+    } catch (const velora::Fault&) {
+        if (bytes_of(file) != text) __builtin_trap();
     }
     return 0;
 }

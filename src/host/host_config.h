@@ -28,7 +28,7 @@ struct HostConfig {
     [[nodiscard]] std::string ini_text() const;
 };
 
-/// @throws HostError naming the folder, file or key and what it should be
+/// @throws HostError naming the folder, file or key and what it should be, Fault 75 for a file that is no text
 HostConfig read_host_config(const std::filesystem::path& folder);
 
 /// The file that a "sqlite:" connection string means. @throws HostError for another kind, naming `key`

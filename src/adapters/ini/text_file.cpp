@@ -92,12 +92,26 @@ public:
         if (start == std::string_view::npos) return true;
         const std::string_view text = line.substr(start);
         if (text.front() == ';' || text.front() == '#') return true;
-        if (text.front() != '[') return in_section_ && text.find('=') != std::string_view::npos;
-        in_section_ = text.find(']') != std::string_view::npos;
+        if (text.front() != '[') return in_section_ && has_key(text);
+        in_section_ = is_section(text);
         return in_section_;
     }
 
 private:
+    static bool has_key(std::string_view text)
+    {
+        const size_t sign = text.find('=');
+        return sign != std::string_view::npos && sign > 0;
+    }
+    /// With a name, and nothing behind it that would be lost.
+    static bool is_section(std::string_view text)
+    {
+        constexpr std::string_view kBlanks = " \t";
+        const size_t end = text.find(']');
+        return end != std::string_view::npos && text.find_first_not_of(kBlanks, 1) < end &&
+               text.find_first_not_of(kBlanks, end + 1) == std::string_view::npos;
+    }
+
     bool in_section_ = false;
 };
 

@@ -92,6 +92,9 @@ TEST(IniNames, WhatIsNotUnderstoodIsReadAsFarAsItGoesAndNeverRewritten)
              {"a section that does not close", "; a list\n[Reports\nNumber=1\n[Good]\nName=x\n", "line 2 "},
              {"lines without a sign", "[Good]\r\nName=x\r\n\r\none\r\n", "line 4 "},
              {"keys before the first section", "Name=y\n[Good]\nName=x\n", "line 1 "},
+             {"a section without a name", "[Good]\nName=x\n[ ]\nOther=z\n", "line 3 "},
+             {"words behind a section", "[Good] of mine\nName=x\n", "line 1 "},
+             {"a value without a key", "[Good]\nName=x\n =z\n", "line 3 "},
          }) {
         const auto path = scratch.write("broken.ini", c.content);
         EXPECT_EQ(lists->read(path, "Good", "Name"), "x") << c.why;
