@@ -15,8 +15,9 @@ forms::MakeToolkit load(const std::filesystem::path& module)
 {
     if (!std::filesystem::exists(module)) {
         throw HostError(kTitle, "This installation has no windows: the file \"" + module.string() +
-                                    "\" is missing. It is built where Qt 6 is installed. All other commands work "
-                                    "without it.");
+                                    "\" is missing. It is built where Qt 6 is installed; the Debian package of it is "
+                                    "velora-report-windows. "
+                                    "All other commands work without it.");
     }
     void* library = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL);
     void* made = library != nullptr ? dlsym(library, forms::kMakeToolkit) : nullptr;
