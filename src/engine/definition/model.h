@@ -390,8 +390,8 @@ struct Group {
     Position place;
 };
 
-/// What stands for a text that the resource bundle lacks.
-enum class MissingResource : uint8_t { Null, Empty, Key };
+/// What stands for a text that the resource bundle lacks. Error: nothing does, the report ends there.
+enum class MissingResource : uint8_t { Null, Empty, Key, Error };
 
 /// Query, fields and variables of the report itself or of a sub-dataset.
 struct Dataset {

@@ -43,12 +43,8 @@ model::ElementBody read_component(Tag& tag);
 inline constexpr auto kMissingResources =
     std::to_array<Choice<model::MissingResource>>({{"Null", model::MissingResource::Null},
                                                    {"Empty", model::MissingResource::Empty},
-                                                   {"Key", model::MissingResource::Key}});
-inline void set_missing_resource(model::Dataset& data, const Attribute& attribute)
-{
-    if (attribute.text() == "Error") return attribute.warn("a text that is missing stays empty");
-    set_choice<&model::Dataset::when_resource_missing, kMissingResources>(data, attribute);
-}
+                                                   {"Key", model::MissingResource::Key},
+                                                   {"Error", model::MissingResource::Error}});
 
 inline constexpr auto kEvaluationTimes =
     std::to_array<Choice<model::EvaluationTime>>({{"Now", model::EvaluationTime::Now},

@@ -65,7 +65,7 @@ constexpr auto kSortRules = std::to_array<AttributeRule<SortField>>({
 constexpr auto kDatasetRules = std::to_array<AttributeRule<Dataset>>({
     {"name",                    set_text<&Dataset::name>},
     {"resourceBundle",          set_text<&Dataset::resource_bundle>},
-    {"whenResourceMissingType", set_missing_resource},
+    {"whenResourceMissingType", set_choice<&Dataset::when_resource_missing, kMissingResources>},
     {"scriptletClass",          [](Dataset&, const Attribute& a) { a.warn("scriptlets are not run"); }},
 });
 // clang-format on

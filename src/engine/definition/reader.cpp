@@ -52,7 +52,7 @@ constexpr auto kReportRules = std::to_array<AttributeRule<Definition>>({
 
 constexpr auto kDataRules = std::to_array<AttributeRule<Dataset>>({
     {"resourceBundle",          set_text<&Dataset::resource_bundle>},
-    {"whenResourceMissingType", set_missing_resource},
+    {"whenResourceMissingType", set_choice<&Dataset::when_resource_missing, kMissingResources>},
     {"scriptletClass",          [](Dataset&, const Attribute& a) { a.warn("scriptlets are not run"); }},
 });
 

@@ -274,6 +274,31 @@ TEST(Opening, AnExpressionOutsideTheLanguageIsFoundBeforeAnyRowIsRead)
     EXPECT_NO_THROW(open("1 + 1"));
 }
 
+TEST(Words, WhatTheBundleLacksIsReplacedAsTheDefinitionSays)
+{
+    struct Case {
+        const char *type, *shown;
+    };
+    const auto shown = [](const std::string& type) {
+        const TestReport report{detail(20, text_field("$R{there} + \"|\" + $R{gone}", 0, 20)),
+                                "whenResourceMissingType=\"" + type + "\""};
+        TestTable table(1);
+        FillOptions options;
+        options.resources = {{"there", "here"}};
+        const auto result = filled(report.xml(), table, options);
+        return std::string(std::get<Text>(result.pages.at(0).elements.at(0).content).shown());
+    };
+    for (const auto& c : {Case{"Null", "here|null"}, Case{"Empty", "here|"}, Case{"Key", "here|gone"}}) {
+        EXPECT_EQ(shown(c.type), c.shown) << c.type;
+    }
+    try {
+        shown("Error");
+        FAIL() << "nothing may stand for it";
+    } catch (const DefinitionError& error) {
+        EXPECT_NE(std::string(error.what()).find("'gone'"), std::string::npos) << error.what();
+    }
+}
+
 TEST(Opening, TextsOfAResourceBundleAreReadByTheirRules)
 {
     const auto texts = read_properties(

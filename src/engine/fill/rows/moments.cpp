@@ -1,5 +1,7 @@
 #include "engine/fill/rows/moments.h"
 
+#include "engine/expression/definition_error.h"
+
 namespace velora::engine {
 
 std::optional<std::string> MomentEnvironment::resource(std::string_view key) const
@@ -10,6 +12,11 @@ std::optional<std::string> MomentEnvironment::resource(std::string_view key) con
             return std::string(key);
         case model::MissingResource::Empty:
             return std::string();
+        case model::MissingResource::Error:
+            throw DefinitionError({}, "",
+                                  "the report's words lack '" + std::string(key) +
+                                      "', and \"whenResourceMissingType\" is Error; add it to the .properties file of "
+                                      "the resource bundle, or set the attribute to Key, Empty or Null");
         case model::MissingResource::Null:
             break;
     }
