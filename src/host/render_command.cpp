@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <filesystem>
@@ -56,9 +57,29 @@ std::optional<fs::path> sample_beside(const RenderOptions& options)
     return fs::is_regular_file(file, none) ? std::optional(file) : std::nullopt;
 }
 
+/// Tells of a first line that names fields of the definition and was taken for a row.
+void hint_at_head(Host& host, HeldTable& table, const OpenedReport& report)
+{
+    const auto& declared = report.fields();
+    if (!table.next()) return;
+    for (size_t at = 0; at < table.fields().size(); ++at) {
+        const auto* cell = table.cell(at).get_if<std::string>();
+        if (cell == nullptr || std::ranges::find(declared, *cell, &TableSource::Field::name) == declared.end())
+            continue;
+        host.around().err << "the first line of the data names the field '" << *cell
+                          << "'; with --csv-head it is read as the names of the fields\n";
+        break;
+    }
+    table.rewind();
+}
+
 Data data_for(Host& host, const RenderOptions& options, const OpenedReport& report)
 {
-    if (!options.csv.empty()) return held(read_csv(options.csv, options.csv_head));
+    if (!options.csv.empty()) {
+        HeldTable table = read_csv(options.csv, options.csv_head);
+        if (!options.csv_head) hint_at_head(host, table, report);
+        return held(std::move(table));
+    }
     if (!options.json.empty()) return held(read_pipe_json(options.json));
     if (!options.rows && report.brings_its_own_data()) return {};
     if (const auto sample = sample_beside(options)) return held(read_pipe_json(*sample));

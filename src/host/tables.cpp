@@ -70,7 +70,8 @@ std::vector<Value> row_of(const json& cells, const std::vector<TableSource::Fiel
 /// A list that the form asks for. @throws std::runtime_error when it is not there
 const json& list_of(const json& pipe, const char* name)
 {
-    if (!pipe.is_object()) throw std::runtime_error("it is no object");
+    if (!pipe.is_object())
+        throw std::runtime_error("it is neither a list of rows nor an object with \"fields\" and \"rows\"");
     const auto found = pipe.find(name);
     if (found != pipe.end() && found->is_array()) return *found;
     throw std::runtime_error("it has no list \"" + std::string(name) + "\"");

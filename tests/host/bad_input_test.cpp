@@ -224,6 +224,19 @@ TEST_F(BadInput, AFieldThatTheDataLackIsNamed)
     }
 }
 
+TEST_F(BadInput, ALineOfNamesThatWasTakenForARowIsTold)
+{
+    write_text(scratch("one.jrxml"), R"(<jasperReport name="one" pageWidth="400" pageHeight="200" columnWidth="400"
+        leftMargin="0" rightMargin="0" topMargin="0" bottomMargin="0"><field name="Item" class="java.lang.String"/>
+        <detail><band height="20"/></detail></jasperReport>)");
+    write_text(scratch("rows.csv"), "No,Item\n1,Nut\n");
+    std::vector<std::string> command{"render",   scratch("one.jrxml").string(), "--csv", scratch("rows.csv").string(),
+                                     "--output", scratch("o.txt").string()};
+    EXPECT_THAT(run(command).err, AllOf(HasSubstr("names the field 'Item'"), HasSubstr("--csv-head")));
+    command.emplace_back("--csv-head");
+    EXPECT_EQ(run(command).err, "");
+}
+
 TEST_F(BadInput, DataThatAreBrokenInTheMiddleLeaveTheEarlierFile)
 {
     const std::string file = scratch("o.txt").string();

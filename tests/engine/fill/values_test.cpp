@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "engine/fill/book/page_book.h"
@@ -86,6 +87,19 @@ TEST(Rows, CellsAreReadAsTheClassThatTheFieldDeclares)
 {
     TestTable table({{"n", Value::Type::Text}}, {{Value("12")}, {Value("no number")}, {Value(7.9)}});
     EXPECT_EQ(shown(kFields, "$F{n} + 1", std::move(table)), "13 null 8 ");
+}
+
+TEST(Rows, ACellThatIsNoneOfItsFieldsClassIsToldOnceAndABlankOneNever)
+{
+    const std::string long_text = "é" + std::string(60, 'x');
+    TestTable table({{"n", Value::Type::Text}, {"g", Value::Type::Text}, {"d", Value::Type::Text}},
+                    {{Value("12"), Value("x"), Value(" ")},
+                     {Value("many"), Value(5), Value("2026-02-28")},
+                     {Value("few"), Value(), Value(long_text)}});
+    const TestReport report{detail(20, ""), "", kFields + R"(<field name="d" class="java.util.Date"/>)"};
+    EXPECT_THAT(filled(report.xml(), table).warnings,
+                testing::ElementsAre("the field 'n' is of the class Integer, and \"many\" is none; it stays empty",
+                                     testing::HasSubstr("'d' is of the class Date, and \"éxxx")));
 }
 
 TEST(Opening, TellsWhatIsPassedOver)

@@ -2,6 +2,8 @@
 
 #include "engine/fill/rows/arithmetic.h"
 #include "engine/fill/rows/row_sort.h"
+#include "values/text.h"
+#include "values/utf8.h"
 
 namespace velora::engine {
 
@@ -10,6 +12,8 @@ Rows::Rows(const ReportPlan& plan, TableSource& table, const ParameterValues& pa
     : plan_(plan),
       table_(table),
       shared_(std::move(shared)),
+      warn_(warn),
+      told_(plan.fields.size()),
       fields_(plan.fields.size()),
       old_fields_(plan.fields.size()),
       variables_(plan.variables),
@@ -18,13 +22,13 @@ Rows::Rows(const ReportPlan& plan, TableSource& table, const ParameterValues& pa
       estimated_(fields_, variables_.estimates(), shared_)
 {
     shared_.when_resource_missing = plan.definition->data.when_resource_missing;
-    bind(table, warn);
+    bind(table);
     fill_parameters(parameters);
     table_.rewind();
     sort();
 }
 
-void Rows::bind(TableSource& table, const std::function<void(const std::string&)>& warn)
+void Rows::bind(TableSource& table)
 {
     for (const auto& field : plan_.fields) {
         const auto column_of = [&](const std::string& name) {
@@ -36,8 +40,8 @@ void Rows::bind(TableSource& table, const std::function<void(const std::string&)
         };
         int column = column_of(field.name);
         if (column < 0) column = column_of(field.csv_column);
-        if (column < 0 && !field.optional && !table.fields().empty() && warn) {
-            warn("the data have no field '" + field.name + "'; it stays empty");
+        if (column < 0 && !field.optional && !table.fields().empty() && warn_) {
+            warn_("the data have no field '" + field.name + "'; it stays empty");
         }
         columns_.push_back(column);
     }
@@ -87,8 +91,25 @@ void Rows::take_row()
             fields_[field] = cell;
         } else {
             fields_[field] = coerced(cell, value_class);
+            if (fields_[field].is_null() && !cell.is_null()) tell_lost(field, cell);
         }
     }
+}
+
+/// A value that cannot be one of its field's class is told, the first one of each field.
+void Rows::tell_lost(size_t field, const Value& cell)
+{
+    constexpr size_t kMost = 40;  // bytes that are shown
+    const auto* text = cell.get_if<std::string>();
+    if (!warn_ || told_[field] || (text != nullptr && trimmed(*text).empty())) return;
+    told_[field] = true;
+    const FieldPlan& plan = plan_.fields[field];
+    std::string shown = to_text(cell);
+    size_t end = 0;
+    while (end < shown.size() && end <= kMost) end += utf8_at(shown, end).size;
+    if (end < shown.size()) shown = shown.substr(0, end) + "…";
+    warn_("the field '" + plan.name + "' is of the class " + std::string(class_name(plan.value_class)) + ", and \"" +
+          shown + "\" is none; it stays empty");
 }
 
 bool Rows::advance()

@@ -15,7 +15,7 @@ using ParameterValues = std::map<std::string, Value, std::less<>>;
 /// The rows of a run in the order that they are printed in, with the row before and the variables.
 class Rows {
 public:
-    /// @param warn  told of fields that the table lacks
+    /// @param warn  told of fields that the table lacks, and of values that are none of their field's class
     Rows(const ReportPlan& plan, TableSource& table, const ParameterValues& parameters,
          MomentEnvironment::Shared surroundings, const std::function<void(const std::string&)>& warn);
 
@@ -43,16 +43,19 @@ public:
     void begin(model::Moment part, const std::vector<bool>& changed) { variables_.begin(part, changed, now_); }
 
 private:
-    void bind(TableSource& table, const std::function<void(const std::string&)>& warn);
+    void bind(TableSource& table);
     void fill_parameters(const ParameterValues& given);
     void sort();
     bool advance();
     void take_row();
+    void tell_lost(size_t field, const Value& cell);
 
     const ReportPlan& plan_;
     TableSource& table_;
     MomentEnvironment::Shared shared_;
     std::vector<int> columns_;  ///< by field; -1 when the table lacks it
+    std::function<void(const std::string&)> warn_;
+    std::vector<bool> told_;  ///< by field: of a value that is none of its class
     std::vector<Value> fields_, old_fields_;
     Variables variables_;
     MomentEnvironment now_, old_, estimated_;
