@@ -31,6 +31,18 @@ bool is_open_stream(const fs::path& link)
     return !error && folder.native().starts_with("/proc/");
 }
 
+/// A writer to what the name stands for. What this process holds open itself goes on where it stands: opened anew, a
+/// file behind standard output would have two writers that do not know of each other.
+int open_stream(const fs::path& place)
+{
+    std::error_code error;
+    const std::string number = place.filename().string();
+    const bool own = fs::equivalent(folder_of(place), "/proc/self/fd", error) && !number.empty() &&
+                     number.find_first_not_of("0123456789") == std::string::npos && number.size() < 9;
+    return own ? ::fcntl(std::stoi(number), F_DUPFD_CLOEXEC, 0)
+               : ::open(place.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+}
+
 /// Where the links of a name lead, also when nothing is there yet.
 fs::path behind_links(const fs::path& name)
 {
@@ -138,8 +150,8 @@ void AtomicFile::take_place()
 
 void AtomicFile::pour_into_target()
 {
-    const int descriptor = ::open(place_.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    const File into(descriptor < 0 ? nullptr : ::fdopen(descriptor, "ab"));
+    const int descriptor = open_stream(place_);
+    const File into(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb"));
     if (!into) fail(errno);
     std::rewind(file_.get());
     std::string buffer(kBuffer, '\0');

@@ -135,6 +135,19 @@ TEST_F(Files, TheLongestNamesAreWrittenAndCutBetweenCharactersMeanwhile)
     EXPECT_THAT(names_in(folder), ElementsAre(name));
 }
 
+TEST_F(Files, WhatIsHeldOpenGoesOnWhereItStands)
+{
+    const fs::path target = folder / "stream.txt";
+    const int stream = ::open(target.c_str(), O_RDWR | O_CREAT, 0600);
+    ASSERT_EQ(::write(stream, "before ", 7), 7);
+    for (const char* folder_of_streams : {"/dev/fd/", "/proc/self/fd/"}) {
+        write_file(folder_of_streams + std::to_string(stream), "report ");
+    }
+    ASSERT_EQ(::write(stream, "after", 5), 5);
+    ::close(stream);
+    EXPECT_EQ(text_of(target), "before report report after");
+}
+
 TEST_F(Files, AnEarlierFileHandsOnItsPermissionsAndItsOwner)
 {
     const fs::path target = folder / "private.txt";
