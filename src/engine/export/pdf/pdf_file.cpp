@@ -10,6 +10,7 @@
 #include <mutex>
 #include <thread>
 
+#include "engine/export/common/xml_text.h"
 #include "engine/export/pdf/pdf_protection.h"
 #include "values/fault.h"
 #include "values/hex.h"
@@ -177,8 +178,18 @@ void PdfFile::object(PdfId id, std::string_view body)
 
 void PdfFile::packed_object(PdfId id, std::string_view body)
 {
+    begin_packed_object(id) += body;
+    end_packed_object();
+}
+
+std::string& PdfFile::begin_packed_object(PdfId id)
+{
     packed_.emplace_back(id, packed_bodies_.size());
-    packed_bodies_ += body;
+    return packed_bodies_;
+}
+
+void PdfFile::end_packed_object()
+{
     packed_bodies_ += '\n';
     if (packed_.size() == kMostPacked) write_packed();
 }
@@ -190,7 +201,10 @@ void PdfFile::write_packed()
     std::string content;
     for (size_t index = 0; index < packed_.size(); ++index) {
         const auto& [object, begin] = packed_[index];
-        content += std::to_string(object) + " " + std::to_string(begin) + " ";
+        append_number(content, object);
+        content += ' ';
+        append_number(content, begin);
+        content += ' ';
         packed_places_.emplace_back(object, packed_place(id, index));
     }
     const std::string entries =
@@ -330,6 +344,12 @@ void append_pdf_utf16(std::string& out, std::string_view text)
 std::string pdf_reference(PdfId id)
 {
     return std::to_string(id) + " 0 R";
+}
+
+void append_pdf_reference(std::string& out, PdfId id)
+{
+    append_number(out, id);
+    out += " 0 R";
 }
 
 }  // namespace velora::engine

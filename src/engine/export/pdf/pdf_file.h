@@ -31,6 +31,9 @@ public:
     void object(PdfId id, std::string_view body);
     /// A small object that is written together with others, deflated. It must be no stream.
     void packed_object(PdfId id, std::string_view body);
+    /// The same for a body that is appended to what this answers with, until the next call of anything here.
+    std::string& begin_packed_object(PdfId id);
+    void end_packed_object();
     /// A stream, deflated. `entries` are further entries of its dictionary.
     void stream(PdfId id, std::string_view entries, std::string_view bytes);
     /// A stream whose bytes are already encoded as `entries` say.
@@ -85,5 +88,6 @@ void append_pdf_utf16(std::string& out, std::string_view text);
 /// A literal string in parentheses.
 std::string pdf_literal(std::string_view bytes);
 std::string pdf_reference(PdfId id);
+void append_pdf_reference(std::string& out, PdfId id);
 
 }  // namespace velora::engine

@@ -1,6 +1,7 @@
 #include "engine/export/pdf/pdf_tags.h"
 
 #include "engine/export/common/short_number.h"
+#include "engine/export/common/xml_text.h"
 
 namespace velora::engine {
 namespace {
@@ -8,8 +9,17 @@ namespace {
 std::string references(const std::vector<PdfId>& ids)
 {
     std::string list;
-    for (const PdfId id : ids) list += pdf_reference(id) + " ";
+    for (const PdfId id : ids) {
+        append_pdf_reference(list, id);
+        list += ' ';
+    }
     return list;
+}
+
+void append_head(std::string& out, std::string_view type, PdfId parent)
+{
+    out.append("<</S/").append(type).append("/P ");
+    append_pdf_reference(out, parent);
 }
 
 std::string type_of(const StructurePart& part)
@@ -84,7 +94,7 @@ bool PdfTags::is_heard(size_t index) const
 {
     const PartRole role = structure_.parts[index].role;
     const bool by_content = role == PartRole::Paragraph || role == PartRole::Heading || role == PartRole::Figure;
-    return !by_content || !content_[index].marks.empty() || !content_[index].annotations.empty();
+    return !by_content || content_[index].first_mark != kNone || !content_[index].annotations.empty();
 }
 
 bool PdfTags::is_linked_figure(size_t index) const
@@ -92,11 +102,17 @@ bool PdfTags::is_linked_figure(size_t index) const
     return structure_.parts[index].role == PartRole::Figure && content_[index].link != 0;
 }
 
+/// The element that stands for the part in the tree.
+PdfId PdfTags::id_of(size_t index) const
+{
+    return is_linked_figure(index) ? content_[index].link : content_[index].id;
+}
+
 /// Makes the part a kid of its parent.
 void PdfTags::join(size_t index)
 {
     const StructurePart& part = structure_.parts[index];
-    const PdfId id = is_linked_figure(index) ? content_[index].link : content_[index].id;
+    const PdfId id = id_of(index);
     if (part.role == PartRole::Table) {
         close_table();
         table_.id = id;
@@ -108,21 +124,28 @@ void PdfTags::join(size_t index)
     } else if (part.parent >= 0) {
         Content& parent = content_[static_cast<size_t>(part.parent)];
         content.parent = parent.id;
-        parent.kids.push_back(id);
+        const auto kid = static_cast<int32_t>(index);
+        (parent.first_kid == kNone ? parent.first_kid : content_[static_cast<size_t>(parent.last_kid)].next_kid) = kid;
+        parent.last_kid = kid;
     } else {
         content.parent = document_.id;
         document_.kids.push_back(id);
     }
 }
 
-std::string PdfTags::content_of(const Content& content, PdfId page) const
+void PdfTags::append_marks(std::string& out, const Content& content) const
 {
-    std::string kids;
-    for (const size_t mark : content.marks) kids += std::to_string(mark) + " ";
-    for (const PdfId annotation : content.annotations) {
-        kids += "<</Type/OBJR/Pg " + pdf_reference(page) + "/Obj " + pdf_reference(annotation) + ">>";
+    for (int32_t mark = content.first_mark; mark != kNone; mark = next_mark_[static_cast<size_t>(mark)]) {
+        append_number(out, mark);
+        out += ' ';
     }
-    return kids;
+}
+
+void PdfTags::append_annotations(std::string& out, const Content& content, PdfId page)
+{
+    for (const PdfId annotation : content.annotations) {
+        out += "<</Type/OBJR/Pg " + pdf_reference(page) + "/Obj " + pdf_reference(annotation) + ">>";
+    }
 }
 
 void PdfTags::write_part(size_t index, PdfId page)
@@ -130,31 +153,57 @@ void PdfTags::write_part(size_t index, PdfId page)
     const StructurePart& part = structure_.parts[index];
     if (part.role == PartRole::Table) return;  // when it is complete
     const Content& content = content_[index];
-    const PdfId parent = content.parent;
+    if (content.link != 0) return write_linked_part(index, page);
+    std::string& out = file_.begin_packed_object(content.id);
+    append_head(out, type_of(part), content.parent);
+    if (part.role == PartRole::Figure || part.role == PartRole::HeadCell || part.span > 1) {
+        out += entries_of(part, page_height_);
+    }
+    if (content.first_mark != kNone) {
+        out += "/Pg ";
+        append_pdf_reference(out, page);
+    }
+    if (content.first_mark != kNone || content.first_kid != kNone) {
+        out += "/K[";
+        append_marks(out, content);
+        for (int32_t kid = content.first_kid; kid != kNone; kid = content_[static_cast<size_t>(kid)].next_kid) {
+            append_pdf_reference(out, id_of(static_cast<size_t>(kid)));
+            out += ' ';
+        }
+        out += ']';
+    }
+    out += ">>";
+    file_.end_packed_object();
+}
+
+/// A link stands inside a text that it makes up, and around a figure.
+void PdfTags::write_linked_part(size_t index, PdfId page)
+{
+    const StructurePart& part = structure_.parts[index];
+    const Content& content = content_[index];
     const std::string on_page = "/Pg " + pdf_reference(page);
     const std::string entries = entries_of(part, page_height_);
-    if (content.link == 0) {
-        write_element(content.id, type_of(part), parent, content.marks.empty() ? entries : entries + on_page,
-                      content_of(content, page) + references(content.kids));
-        return;
-    }
+    std::string marks, annotations;
+    append_marks(marks, content);
+    append_annotations(annotations, content, page);
     if (is_linked_figure(index)) {
-        Content inside = content;
-        inside.annotations.clear();
-        write_element(content.id, "Figure", content.link, entries + on_page, content_of(inside, page));
-        inside = content;
-        inside.marks.clear();
-        write_element(content.link, "Link", parent, on_page,
-                      pdf_reference(content.id) + " " + content_of(inside, page));
+        write_element(content.id, "Figure", content.link, entries + on_page, marks);
+        write_element(content.link, "Link", content.parent, on_page, pdf_reference(content.id) + " " + annotations);
         return;
     }
-    write_element(content.id, type_of(part), parent, entries, pdf_reference(content.link));
-    write_element(content.link, "Link", content.id, on_page, content_of(content, page));
+    write_element(content.id, type_of(part), content.parent, entries, pdf_reference(content.link));
+    write_element(content.link, "Link", content.id, on_page, marks + annotations);
 }
 
 std::string PdfTags::end_page(PdfId page, const std::vector<int32_t>& marks)
 {
-    for (size_t mark = 0; mark < marks.size(); ++mark) content_[static_cast<size_t>(marks[mark])].marks.push_back(mark);
+    next_mark_.assign(marks.size(), kNone);
+    for (size_t at = 0; at < marks.size(); ++at) {
+        Content& content = content_[static_cast<size_t>(marks[at])];
+        const auto mark = static_cast<int32_t>(at);
+        (content.first_mark == kNone ? content.first_mark : next_mark_[static_cast<size_t>(content.last_mark)]) = mark;
+        content.last_mark = mark;
+    }
     for (size_t index = 0; index < content_.size(); ++index) {
         if (is_heard(index)) join(index);
     }
@@ -166,7 +215,8 @@ std::string PdfTags::end_page(PdfId page, const std::vector<int32_t>& marks)
     for (const int32_t part : marks) {
         const Content& content = content_[static_cast<size_t>(part)];
         const bool in_link = content.link != 0 && !is_linked_figure(static_cast<size_t>(part));
-        owners += pdf_reference(in_link ? content.link : content.id) + " ";
+        append_pdf_reference(owners, in_link ? content.link : content.id);
+        owners += ' ';
     }
     const PdfId list = file_.reserve();
     file_.packed_object(list, "[" + owners + "]");
@@ -177,10 +227,12 @@ std::string PdfTags::end_page(PdfId page, const std::vector<int32_t>& marks)
 void PdfTags::write_element(PdfId id, std::string_view type, PdfId parent, const std::string& entries,
                             const std::string& kids)
 {
-    std::string body = "<</S/";
-    body.append(type).append("/P ").append(pdf_reference(parent)).append(entries);
-    if (!kids.empty()) body.append("/K[").append(kids).append("]");
-    file_.packed_object(id, body + ">>");
+    std::string& out = file_.begin_packed_object(id);
+    append_head(out, type, parent);
+    out += entries;
+    if (!kids.empty()) out.append("/K[").append(kids).append("]");
+    out += ">>";
+    file_.end_packed_object();
 }
 
 void PdfTags::close_table()

@@ -30,20 +30,26 @@ private:
         PdfId id = 0;
         std::vector<PdfId> kids;
     };
+    static constexpr int32_t kNone = -1;
+
+    /// What the tree has of a part. Marks and kids are chains, since nearly all parts have one or none.
     struct Content {
         PdfId id = 0, parent = 0;
         PdfId link = 0;  ///< the element around its content when it is linked
-        std::vector<size_t> marks;
+        int32_t first_mark = kNone, last_mark = kNone;
+        int32_t first_kid = kNone, last_kid = kNone, next_kid = kNone;  ///< parts of the page
         std::vector<PdfId> annotations;
-        std::vector<PdfId> kids;
     };
 
     void close_table();
     void join(size_t index);
     void write_part(size_t index, PdfId page);
+    void write_linked_part(size_t index, PdfId page);
     void write_element(PdfId id, std::string_view type, PdfId parent, const std::string& entries,
                        const std::string& kids);
-    [[nodiscard]] std::string content_of(const Content& content, PdfId page) const;
+    void append_marks(std::string& out, const Content& content) const;
+    static void append_annotations(std::string& out, const Content& content, PdfId page);
+    [[nodiscard]] PdfId id_of(size_t index) const;
     [[nodiscard]] bool is_heard(size_t index) const;
     [[nodiscard]] bool is_linked_figure(size_t index) const;
 
@@ -51,7 +57,8 @@ private:
     StructureFinder finder_;
     double page_height_ = 0;
     PageStructure structure_;
-    std::vector<Content> content_;  ///< of the page's parts
+    std::vector<Content> content_;    ///< of the page's parts
+    std::vector<int32_t> next_mark_;  ///< by mark: the part's next one
     Open document_, table_;
     PdfId root_;
     std::vector<PdfId> keys_;  ///< what each key of the parent tree leads to
