@@ -2,6 +2,12 @@
 
 #include <memory>
 
+#include "forms/desk.h"
+#include "forms/frm_print.h"
+#include "forms/frm_report.h"
+#include "forms/frm_viewer.h"
+#include "host/host.h"
+#include "host/open_windows.h"
 #include "host/program.h"
 #include "support/print_shop.h"
 
@@ -40,6 +46,62 @@ TEST_F(Printing, ThePagesArriveAsTheyAreExportedUnderTheDocumentsName)
     const std::string pages = file_text(exported);
     EXPECT_TRUE(shop_->arrived("10052", pages.size()) == pages) << "other pages arrived";
     EXPECT_THAT(shop_->told("media"), ::testing::Not(::testing::IsEmpty()));
+}
+
+/// Pages into viewers, as windows do it.
+class PagesInViewers final : public UserInterface {
+public:
+    explicit PagesInViewers(forms::Desk& desk) : desk_(desk) {}
+    void show(const MessageBox& box) override { boxes += box.text; }
+    void show_pages(std::shared_ptr<PageView> pages, const std::string& caption) override
+    {
+        desk_.show_viewer(std::move(pages), caption);
+    }
+    std::string boxes;
+
+private:
+    forms::Desk& desk_;
+};
+
+TEST_F(Printing, PagesAndCopiesOfTheDialogArrive)
+{
+    CommonOptions options;
+    options.folder = company().string();
+    options.settings = scratch("settings.ini").string();
+    options.today = DateTime::from_iso("2026-06-15");
+    std::ostringstream out;
+    const Surroundings around{out, out, [](const char*) { return std::string(); },
+                              fs::path(VELORA_SOURCE_DIR) / "velora-report", false};
+    Host host(options, around);
+    SessionState& state = host.company();
+    forms::Desk desk(state);
+    PagesInViewers user(desk);
+    state.ports.user = &user;
+    state.ports.windows = &desk;
+    desk.asks_for_printing = true;
+    desk.run_until_unloaded = [](forms::Form& form) {
+        auto& dialog = dynamic_cast<forms::frmPrint&>(form);
+        const auto& printers = dialog.cboPrinter.items();
+        const auto office = std::ranges::find(printers, "Office", &forms::DropDown::Item::text);
+        dialog.cboPrinter.choose(static_cast<int>(office - printers.begin()));
+        dialog.optPages.press();
+        dialog.tbxPages.type("2-3");
+        dialog.tbxCopies.type("2");
+        dialog.lvbOK.press();
+    };
+    const size_t before = shop_->count();
+    host_calls(state).open_reports(eRptQuote, 52);
+    desk.report()->lstReports.choose(0);
+    desk.report()->tlbPreview.press();
+    auto* viewer = dynamic_cast<forms::frmViewer*>(desk.find("frmViewer 1"));
+    ASSERT_NE(viewer, nullptr) << user.boxes;
+    viewer->print.press();
+    EXPECT_THAT(shop_->arrived("quote", 1000), ::testing::StartsWith("%PDF-")) << user.boxes;
+    EXPECT_THAT(shop_->told("page-ranges"), ::testing::Contains("(rangeOfInteger) 2-3"));
+    EXPECT_THAT(shop_->told("copies"), ::testing::Contains("(integer) 2"));
+    EXPECT_EQ(shop_->count(), before + 1);
+    desk.close_all();
+    state.ports.windows = nullptr;
 }
 
 TEST_F(Printing, APrinterThatDoesNotPrintIsABoxWithItsWords)
