@@ -24,15 +24,6 @@ int64_t signed_payload(uint64_t cell)
     return static_cast<int64_t>(cell << 8) >> 8;
 }
 
-void set_text(Value& into, std::string_view text)
-{
-    if (auto* held = const_cast<std::string*>(into.get_if<std::string>())) {
-        held->assign(text);  // the memory of the row before serves again
-    } else {
-        into = Value(text);
-    }
-}
-
 }  // namespace
 
 void PipeRows::add(std::span<const uint16_t> changed, std::span<const Value> row)
@@ -115,7 +106,7 @@ void PipeRows::decode(uint64_t cell, Value& into) const
         case Value::Type::Text: {
             uint16_t length = 0;
             std::memcpy(&length, texts_.at(payload), sizeof length);
-            set_text(into, {texts_.at(payload) + sizeof length, length});
+            into.assign({texts_.at(payload) + sizeof length, length});
             break;
         }
         default:

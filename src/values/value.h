@@ -41,6 +41,16 @@ public:
         return std::get_if<T>(&data_);
     }
 
+    /// Takes a text; where it holds one, the memory of that serves again.
+    void assign(std::string_view text)
+    {
+        if (auto* held = std::get_if<std::string>(&data_)) {
+            held->assign(text);
+        } else {
+            data_.emplace<std::string>(text);
+        }
+    }
+
     bool operator==(const Value&) const = default;
 
 private:
