@@ -77,9 +77,22 @@ void frmViewer::wire()
     act(copy, "Copy", "Copy the marked text", [this] {
         if (marked_text && state_.ports.user != nullptr) state_.ports.user->copy_text(marked_text());
     });
+    print.shortcut = "Ctrl+P";
+    export_pages.shortcut = "Ctrl+E";
+    find_next.shortcut = "F3";
+    find_previous.shortcut = "Shift+F3";
+    zoom_in.shortcut = "Ctrl++";
+    zoom_out.shortcut = "Ctrl+-";
+    wire_boxes();
+}
+
+/// A box takes what is typed when Enter is pressed, and gives the focus back to the pages.
+void frmViewer::wire_boxes()
+{
     const auto typed = [this](TextBox& box, const char* label, std::function<void(const std::string&)> take) {
         box.set_label(label);
         box.on_enter = true;
+        box.on_key(std::string(kGiveUpKey), "caxrViewer_LeaveBox", [this] { enter(caxrViewer); });
         box.change.handle("caxrViewer_Typed", [this, &box, take = std::move(take)] {
             if (!refreshing_) take(box.text());
         });

@@ -68,6 +68,7 @@ public:
 
 private:
     void wire();
+    void wire_boxes();
     void act(ToolButton& button, const char* caption, const char* tip, std::function<void()> action);
     void refresh();
     void step_zoom(int direction);

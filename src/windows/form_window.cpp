@@ -1,24 +1,16 @@
 #include "windows/form_window.h"
 
-#include <QAction>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QSettings>
-#include <QSignalBlocker>
 #include <QStatusBar>
-#include <QToolBar>
 
 #include "forms/controls/buttons.h"
-#include "forms/controls/text_box.h"
 #include "windows/binder.h"
-#include "windows/icons.h"
 #include "windows/key_names.h"
 #include "windows/page_binding.h"
 #include "windows/texts.h"
@@ -43,21 +35,12 @@ QWidget* make_own(const QString& name, QWidget* parent)
     return nullptr;
 }
 
-const std::string& caption_of(const forms::Control& control)
-{
-    const auto* captioned = dynamic_cast<const forms::Captioned*>(&control);
-    const auto* button = dynamic_cast<const forms::Button*>(&control);
-    if (captioned != nullptr) return captioned->caption();
-    return button != nullptr ? button->caption() : control.label();
-}
-
 }  // namespace
 
 FormWindow::FormWindow(WindowOwner& owner, forms::Form& form) : owner_(owner), form_(form)
 {
     lay_out();
-    add_menus();
-    add_tool_bar();
+    actions_ = std::make_unique<FormActions>(*this, owner, form);
     bind_controls();
     assign_mnemonics();
     for (const auto& binding : bindings_) binding->show();
@@ -84,11 +67,10 @@ void FormWindow::detach()
     if (owner_.places() != nullptr && isVisible()) owner_.places()->setValue(sort_of(form_), saveGeometry());
     form_.changed.forget(watch_);
     form_.focus_changed.forget(focus_watch_);
-    for (const auto& [control, watch] : action_watches_) control->changed.forget(watch);
+    actions_->detach();
     for (const auto& binding : bindings_) binding->detach();  // they may be at work
     by_widget_.clear();
     by_control_.clear();
-    actions_.clear();
 }
 
 bool FormWindow::shows_pages() const
@@ -115,87 +97,6 @@ void FormWindow::bind_controls()
         by_control_.emplace(control, binding.get());
         bindings_.push_back(std::move(binding));
     }
-}
-
-QAction* FormWindow::add_action(QMenu& menu, forms::Control& control)
-{
-    auto* action = menu.addAction(QString());
-    action->setObjectName(shown(control.name()));
-    const auto refresh = [action, &control] {
-        const auto* entry = dynamic_cast<const forms::MenuEntry*>(&control);
-        action->setSeparator(entry != nullptr && entry->is_separator());
-        action->setText(action->isSeparator() ? QString() : with_mnemonic(caption_of(control), {}));
-        if (entry != nullptr) action->setShortcut(QKeySequence(shown(entry->shortcut)));
-        action->setVisible(control.visible());
-        action->setEnabled(control.enabled());
-    };
-    refresh();
-    action_watches_.emplace_back(&control, control.changed.watch(refresh));
-    connect(action, &QAction::triggered, this, [this, &control] {
-        if (!detached_) owner_.act([&] { dynamic_cast<forms::Clickable&>(control).press(); });
-    });
-    actions_.emplace(&control, action);
-    return action;
-}
-
-void FormWindow::add_menus()
-{
-    for (const auto& menu : form_.menus) {
-        auto* shown_menu = menuBar()->addMenu(shown(menu.caption));
-        for (auto* entry : menu.entries) add_action(*shown_menu, *entry);
-    }
-    if (form_.popup.entries.empty()) return;
-    popup_ = new QMenu(this);
-    for (auto* entry : form_.popup.entries) add_action(*popup_, *entry)->setShortcut({});
-}
-
-/// Buttons, and between them the boxes for which the layout has no place, in the order of the form.
-void FormWindow::add_tool_bar()
-{
-    if (form_.toolbar.empty()) return;
-    statusBar()->setSizeGripEnabled(false);
-    constexpr size_t kManyButtons = 8;
-    tool_bar_ = addToolBar(QString());
-    tool_bar_->setObjectName("toolbar");
-    tool_bar_->setMovable(false);
-    tool_bar_->setContextMenuPolicy(Qt::PreventContextMenu);
-    tool_bar_->setToolButtonStyle(form_.toolbar.size() > kManyButtons ? Qt::ToolButtonIconOnly
-                                                                      : Qt::ToolButtonTextUnderIcon);
-    for (forms::Control* control : form_.controls()) {
-        if (auto* button = dynamic_cast<forms::ToolButton*>(control)) add_tool(*button);
-        const bool is_box = dynamic_cast<forms::TextBox*>(control) != nullptr;
-        if (is_box && findChild<QWidget*>(shown(control->name())) == nullptr) add_tool_box(*control);
-    }
-}
-
-void FormWindow::add_tool(forms::ToolButton& button)
-{
-    auto* action = new QAction(tool_bar_);
-    action->setObjectName(shown(button.name()));
-    const auto refresh = [this, action, &button] {
-        action->setText(with_mnemonic(button.caption(), {}));
-        action->setToolTip(shown(button.tip().empty() ? button.caption() : button.tip()));
-        action->setIcon(icon_of(button.name(), palette()));
-        action->setVisible(button.visible());
-        action->setEnabled(button.enabled());
-    };
-    refresh();
-    action_watches_.emplace_back(&button, button.changed.watch(refresh));
-    connect(action, &QAction::triggered, this, [this, &button] {
-        if (!detached_) owner_.act([&] { button.press(); });
-    });
-    tool_bar_->addAction(action);
-    actions_.emplace(&button, action);
-}
-
-void FormWindow::add_tool_box(const forms::Control& box)
-{
-    constexpr int kLetters = 14;
-    auto* widget = new QLineEdit(tool_bar_);
-    widget->setObjectName(shown(box.name()));
-    widget->setPlaceholderText(shown(box.label()));
-    widget->setFixedWidth(fontMetrics().averageCharWidth() * kLetters);
-    tool_bar_->addWidget(widget);
 }
 
 /// Labels that are no controls themselves say what the form says of the control beside them, notes its tip.
@@ -231,7 +132,7 @@ void FormWindow::show_form()
 
 void FormWindow::show_progress(size_t done, size_t total)
 {
-    if (tool_bar_ == nullptr) return;  // a dialog has no status line
+    if (actions_->tool_bar() == nullptr) return;  // a dialog has no status line
     if (progress_ == nullptr) add_progress();
     constexpr size_t kSteps = 1000;
     progress_->setRange(0, total > 0 ? static_cast<int>(kSteps) : 0);
@@ -278,12 +179,6 @@ Binding* FormWindow::binding_around(const QObject* object) const
         if (found != by_widget_.end()) return found->second;
     }
     return nullptr;
-}
-
-QAction* FormWindow::action_of(const forms::Control& control) const
-{
-    const auto found = actions_.find(&control);
-    return found == actions_.end() ? nullptr : found->second;
 }
 
 void FormWindow::show_status(const QString& status)
@@ -336,18 +231,12 @@ bool FormWindow::take(QObject& target, QEvent& event)
             return dynamic_cast<QMouseEvent&>(event).button() == Qt::LeftButton && take_press(target);
         case QEvent::ContextMenu: {
             const auto* binding = binding_around(&target);
-            if (popup_ == nullptr || (binding != nullptr && binding->has_own_menu())) return false;
-            show_popup(dynamic_cast<QContextMenuEvent&>(event).globalPos());
-            return true;
+            if (binding != nullptr && binding->has_own_menu()) return false;
+            return actions_->show_popup(dynamic_cast<QContextMenuEvent&>(event).globalPos());
         }
         default:
             return false;
     }
-}
-
-void FormWindow::show_popup(const QPoint& at)
-{
-    popup_->popup(at);
 }
 
 bool FormWindow::take_key(QObject& target, QKeyEvent& event)
@@ -418,16 +307,9 @@ void FormWindow::closeEvent(QCloseEvent* event)
 void FormWindow::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && !detached_) refresh_icons();
-}
-
-void FormWindow::refresh_icons()
-{
+    if (event->type() != QEvent::PaletteChange || detached_) return;
     for (const auto& binding : bindings_) binding->show();
-    if (tool_bar_ == nullptr) return;
-    for (QAction* action : tool_bar_->actions()) {
-        if (!action->icon().isNull()) action->setIcon(icon_of(action->objectName().toStdString(), palette()));
-    }
+    actions_->refresh_icons();
 }
 
 }  // namespace velora::windows

@@ -5,15 +5,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "forms/controls/buttons.h"
 #include "forms/controls/form.h"
 #include "windows/binding.h"
 #include "windows/bound_form.h"
+#include "windows/form_actions.h"
 #include "windows/window_owner.h"
 
-class QMenu;
 class QProgressBar;
-class QToolBar;
 
 namespace velora::windows {
 
@@ -34,9 +32,7 @@ public:
     [[nodiscard]] Binding* binding_of(const forms::Control& control) const;
     /// The one whose widget it is, or stands in.
     [[nodiscard]] Binding* binding_around(const QObject* object) const;
-    [[nodiscard]] QAction* action_of(const forms::Control& control) const;
-    [[nodiscard]] QToolBar* tool_bar() const { return tool_bar_; }
-    [[nodiscard]] QMenu* popup() const { return popup_; }
+    [[nodiscard]] FormActions& actions() const { return *actions_; }
 
     [[nodiscard]] QWidget* widget_of(const forms::Control& control) const override;
     bool enter(forms::Control& control) override;
@@ -44,7 +40,6 @@ public:
     void follow_focus();
     void without_focus_moves(const std::function<void()>& change) override;
     void show_status(const QString& status) override;
-    void show_popup(const QPoint& at);
     /// How far long work is, with a button to cancel it; `total` is 0 where nobody knows. It goes with the hourglass.
     void show_progress(size_t done, size_t total);
     [[nodiscard]] const QObject* cancel_button() const { return cancel_; }
@@ -60,31 +55,20 @@ private:
     void lay_out();
     [[nodiscard]] bool shows_pages() const;
     void bind_controls();
-    void name_labels();
-    void add_menus();
-    void add_tool_bar();
-    void add_tool(forms::ToolButton& button);
-    void add_tool_box(const forms::Control& box);
     void assign_mnemonics();
     void show_form();
-    void refresh_icons();
     void add_progress();
-    QAction* add_action(QMenu& menu, forms::Control& control);
     bool take_key(QObject& target, QKeyEvent& event);
-    bool take_shortcut(Binding* binding, const QString& name);
     void step_focus(bool forward);
     bool take_focus_in(QObject& target, QFocusEvent& event);
     bool take_press(QObject& target);
 
     WindowOwner& owner_;
     forms::Form& form_;
+    std::unique_ptr<FormActions> actions_;
     std::vector<std::unique_ptr<Binding>> bindings_;
     std::unordered_map<const QObject*, Binding*> by_widget_;
     std::unordered_map<const forms::Control*, Binding*> by_control_;
-    std::unordered_map<const forms::Control*, QAction*> actions_;
-    std::vector<std::pair<forms::Control*, size_t>> action_watches_;
-    QToolBar* tool_bar_ = nullptr;
-    QMenu* popup_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QObject* cancel_ = nullptr;
     size_t watch_ = 0, focus_watch_ = 0;

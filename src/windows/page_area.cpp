@@ -335,7 +335,7 @@ void PageArea::wheelEvent(QWheelEvent* event)
     event->accept();
 }
 
-/// Keys that every viewer has.
+/// Keys that mean something else in the boxes, and so are not shortcuts of the buttons.
 void PageArea::keyPressEvent(QKeyEvent* event)
 {
     if (viewer_ == nullptr) return;
@@ -343,12 +343,8 @@ void PageArea::keyPressEvent(QKeyEvent* event)
     const forms::ToolButton* button = nullptr;
     if (event->key() == Qt::Key_Escape) return form_->act([&] { viewer_->unload(); });
     if (event->matches(QKeySequence::Copy)) button = &viewer_->copy;
-    if (event->matches(QKeySequence::FindNext)) button = &viewer_->find_next;
-    if (event->matches(QKeySequence::FindPrevious)) button = &viewer_->find_previous;
+    // The plus, with Shift or without, as the keyboard has it.
     if (with_control && (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal)) button = &viewer_->zoom_in;
-    if (with_control && event->key() == Qt::Key_Minus) button = &viewer_->zoom_out;
-    if (event->matches(QKeySequence::Print)) button = &viewer_->print;
-    if (with_control && event->key() == Qt::Key_E) button = &viewer_->export_pages;
     if (event->key() == Qt::Key_Home) button = &viewer_->first;
     if (event->key() == Qt::Key_End) button = &viewer_->last;
     if (button != nullptr) return form_->act([&] { button->press(); });

@@ -1,5 +1,7 @@
 #include "windows/texts.h"
 
+#include "forms/controls/buttons.h"
+
 namespace velora::windows {
 
 QString with_mnemonic(const std::string& caption, QChar letter)
@@ -51,6 +53,14 @@ void paint_back(QWidget& widget, forms::Back back)
     QPalette palette;
     if (is_face) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     widget.setPalette(is_face ? palette : QPalette());
+}
+
+const std::string& caption_of(const forms::Control& control)
+{
+    const auto* captioned = dynamic_cast<const forms::Captioned*>(&control);
+    const auto* button = dynamic_cast<const forms::Button*>(&control);
+    if (captioned != nullptr) return captioned->caption();
+    return button != nullptr ? button->caption() : control.label();
 }
 
 }  // namespace velora::windows

@@ -34,4 +34,7 @@ void name_for_readers(QWidget& widget, const std::string& name, const std::strin
 
 void paint_back(QWidget& widget, forms::Back back);
 
+/// What a person reads on the control, or beside it.
+const std::string& caption_of(const forms::Control& control);
+
 }  // namespace velora::windows

@@ -32,12 +32,21 @@ QWidget* make_widget(QWidget* parent)
     return new Widget(parent);
 }
 
+/// A letter that is underlined is drawn apart from its neighbour, which takes a hair more than a label is measured.
+QWidget* make_label(QWidget* parent)
+{
+    constexpr int kHair = 2;
+    auto* label = new QLabel(parent);
+    label->setContentsMargins(0, 0, kHair, 0);
+    return label;
+}
+
 const QHash<QString, QWidget* (*)(QWidget*)>& known_widgets()
 {
     static const QHash<QString, QWidget* (*)(QWidget*)> all{
         {"QWidget", make_widget<QWidget>},
         {"QGroupBox", make_widget<QGroupBox>},
-        {"QLabel", make_widget<QLabel>},
+        {"QLabel", make_label},
         {"QLineEdit", make_widget<QLineEdit>},
         {"QPushButton", make_widget<QPushButton>},
         {"QCheckBox", make_widget<QCheckBox>},

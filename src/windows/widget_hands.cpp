@@ -155,8 +155,8 @@ bool WidgetHands::click_entry(FormWindow& window, QAction& action)
         if (menu == nullptr) menu = qobject_cast<QMenu*>(object);
     }
     if (menu == nullptr) return false;
-    if (menu == window.popup()) {
-        window.show_popup(window.mapToGlobal(QPoint(0, 0)));
+    if (menu == window.actions().popup()) {
+        window.actions().show_popup(window.mapToGlobal(QPoint(0, 0)));
     } else {
         auto* bar = window.menuBar();
         if (!click(*bar, bar->actionGeometry(menu->menuAction()).center())) return false;
@@ -170,9 +170,10 @@ bool WidgetHands::click_entry(FormWindow& window, QAction& action)
 void WidgetHands::press(forms::Clickable& clickable)
 {
     FormWindow* window = windows_.window_of(form_of(clickable));
-    QAction* action = window != nullptr ? window->action_of(clickable) : nullptr;
-    QWidget* button =
-        action != nullptr && window->tool_bar() != nullptr ? window->tool_bar()->widgetForAction(action) : nullptr;
+    QAction* action = window != nullptr ? window->actions().action_of(clickable) : nullptr;
+    QWidget* button = action != nullptr && window->actions().tool_bar() != nullptr
+                          ? window->actions().tool_bar()->widgetForAction(action)
+                          : nullptr;
     const bool is_line = action != nullptr && action->isSeparator();  // nothing to click on
     const bool clicked = action != nullptr && !is_line &&
                          (button != nullptr ? click(*button, button->rect().center()) : click_entry(*window, *action));

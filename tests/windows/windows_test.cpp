@@ -449,6 +449,13 @@ TEST_F(Windows, AViewerPaintsItsPagesMarksWhatIsFoundAndCopiesWhatIsMarked)
     EXPECT_GT(viewer->matches(), 0u);
     EXPECT_GT(count(is_marked), 100);
 
+    QTest::keyClick(search, Qt::Key_F3);
+    EXPECT_EQ(viewer->page(), 2u) << "keys of the buttons work in the boxes too";
+    QTest::keyClick(search, Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(viewer->page(), 1u);
+    QTest::keyClick(search, Qt::Key_Escape);
+    EXPECT_TRUE(area->hasFocus()) << "back to the pages";
+
     // From the upper left corner to the lower right one.
     QWidget& pages = *area->viewport();
     QTest::mousePress(&pages, Qt::LeftButton, {}, QPoint(2, 2));

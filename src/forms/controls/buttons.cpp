@@ -25,7 +25,7 @@ bool Button::press_key(std::string_view key)
     return true;
 }
 
-bool MenuEntry::press_shortcut(std::string_view key)
+bool Clickable::press_shortcut(std::string_view key)
 {
     if (key != shortcut) return false;
     if (is_usable()) press();

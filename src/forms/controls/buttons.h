@@ -80,6 +80,9 @@ public:
 
     /// By a person.
     void press() const { click.fire(); }
+    std::string shortcut;  ///< the key that presses it from anywhere in the form; blank for none
+    bool press_shortcut(std::string_view key) override;
+    [[nodiscard]] bool has_shortcut(std::string_view key) const override { return !key.empty() && key == shortcut; }
 
     Event click{form()};
 };
@@ -88,9 +91,6 @@ class MenuEntry final : public Clickable {
 public:
     using Clickable::Clickable;
     [[nodiscard]] bool is_separator() const { return caption() == "-"; }
-    std::string shortcut;  ///< blank for none
-    bool press_shortcut(std::string_view key) override;
-    [[nodiscard]] bool has_shortcut(std::string_view key) const override { return !key.empty() && key == shortcut; }
     void accept(ControlVisitor& visitor) const override;
 };
 
