@@ -22,6 +22,9 @@ frmFinder::frmFinder(SessionState& state, const std::string& caption, std::uniqu
     lvwRows.set_columns(source_->columns());
     lvwRows.click.handle("lvwRows_Click", [this] { lvbOK.set_enabled(lvwRows.selected() >= 0); });
     lvwRows.double_click.handle("lvwRows_DblClick", [this] { lvbOK_Click(); });
+    tbxSearch.on_key("Down", "tbxSearch_KeyDown", [this] {
+        if (lvwRows.count() > 0 && enter(lvwRows)) lvwRows.choose(0);
+    });
     lvwRows.fetch_more = [this] {
         bool added = false;
         read("frmFinder.lvwRows_Scroll", [&] { added = add_page(); });

@@ -82,14 +82,19 @@ bool RowsBinding::take_key(QKeyEvent& key)
     return true;
 }
 
+/// Columns are as wide as their texts; those of a list that comes piece by piece as those of its first.
+void RowsBinding::fit_columns(int before)
+{
+    if (columns_ == nullptr || model_.rowCount() == before || (before > 0 && columns_->fetch_more)) return;
+    for (int column = 0; column + 1 < model_.columnCount(); ++column) widget_.resizeColumnToContents(column);
+}
+
 void RowsBinding::show_more()
 {
     name_for_readers(widget_, rows_.label(), rows_.tip());
-    const bool was_empty = model_.rowCount() == 0;
+    const int before = model_.rowCount();
     model_.follow();
-    if (columns_ != nullptr && was_empty && model_.rowCount() > 0) {
-        for (int column = 0; column + 1 < model_.columnCount(); ++column) widget_.resizeColumnToContents(column);
-    }
+    fit_columns(before);
     auto* selection = widget_.selectionModel();
     const QSignalBlocker silent(selection);
     if (rows_.selected() < 0) {

@@ -21,6 +21,7 @@ private:
     void wire_columns(const forms::ListView& view);
     void fetch_more();
     void sort_by(int column);
+    void fit_columns(int before);
 
     forms::RowChoice& rows_;
     forms::ListView* columns_;  ///< null for a list box

@@ -32,21 +32,23 @@ QWidget* make_widget(QWidget* parent)
     return new Widget(parent);
 }
 
-/// A letter that is underlined is drawn apart from its neighbour, which takes a hair more than a label is measured.
-QWidget* make_label(QWidget* parent)
-{
-    constexpr int kHair = 2;
-    auto* label = new QLabel(parent);
-    label->setContentsMargins(0, 0, kHair, 0);
-    return label;
-}
+/// A letter that is underlined is drawn apart from its neighbour, which takes a hair more than the toolkit measures.
+class Label final : public QLabel {
+public:
+    using QLabel::QLabel;
+    [[nodiscard]] QSize sizeHint() const override { return QLabel::sizeHint() + kHair; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return QLabel::minimumSizeHint() + kHair; }
+
+private:
+    static constexpr QSize kHair{2, 0};
+};
 
 const QHash<QString, QWidget* (*)(QWidget*)>& known_widgets()
 {
     static const QHash<QString, QWidget* (*)(QWidget*)> all{
         {"QWidget", make_widget<QWidget>},
         {"QGroupBox", make_widget<QGroupBox>},
-        {"QLabel", make_label},
+        {"QLabel", make_widget<Label>},
         {"QLineEdit", make_widget<QLineEdit>},
         {"QPushButton", make_widget<QPushButton>},
         {"QCheckBox", make_widget<QCheckBox>},
