@@ -42,6 +42,22 @@ Element copy_of(const Element& element)
     return copy;
 }
 
+/// Whether it looks the same each time that it is printed.
+bool is_constant(const ContainerPlan& content)
+{
+    return std::ranges::all_of(content.parts, [](const PartPlan& part) {
+        if (part.print_when || part.style_expression) return false;
+        using enum PartPlan::Kind;
+        if (part.kind == Frame) return part.children && is_constant(*part.children);
+        return part.kind == StaticText || part.kind == Line || part.kind == Rectangle || part.kind == Ellipse;
+    });
+}
+
+bool is_constant(const BandPlan& band)
+{
+    return !band.present || (!band.print_when && is_constant(band.content));
+}
+
 int bottom_of(const Element& element)
 {
     return element.place.y + element.place.height;
@@ -63,6 +79,7 @@ void NestedPart::evaluate(Moment moment)
     find_ends();
     sort_by_row();
     find_heading();
+    find_footing();
     add_sources();
     take_sources(print_.elements);
 }
@@ -102,6 +119,31 @@ void NestedPart::find_heading()
         heading_.push_back(index);
     }
     if (!heading_.empty()) heading_height_ = end - heading_top_;
+}
+
+/// The feet of a nested report's pages and columns follow its rows. Those that hold values are printed at its end only:
+/// what they would show on the pages before is not known.
+void NestedPart::find_footing()
+{
+    footing_.clear();
+    footing_height_ = 0;
+    const ReportPlan& report = *nested_->report;
+    if (!is_constant(report.column_footer) || !is_constant(report.page_footer)) return;
+    int top = print_.height;
+    for (size_t index = 0; index < print_.elements.size(); ++index) {
+        const Element& element = print_.elements[index];
+        if (element.source >= report.sources.size()) continue;  // of a report inside this one
+        const std::string& band = print_.sources[element.source].band;
+        if (band != "columnFooter" && band != "pageFooter") continue;
+        top = std::min(top, element.place.y);
+        footing_.push_back(index);
+    }
+    if (footing_.empty()) return;
+    const auto behind = std::ranges::upper_bound(row_ends_, top);
+    footing_top_ = behind == row_ends_.begin() ? 0 : *(behind - 1);
+    const auto below = std::ranges::count_if(print_.elements,
+                                             [&](const Element& element) { return bottom_of(element) > footing_top_; });
+    if (static_cast<size_t>(below) == footing_.size()) footing_height_ = print_.height - footing_top_;
 }
 
 void NestedPart::find_ends()
@@ -170,11 +212,14 @@ int NestedPart::last_end(const std::vector<int>& ends, int room) const
 /// @return whether something can be printed in the room
 bool NestedPart::choose_end(int room, bool continuing)
 {
+    next_ = print_.height;
+    if (print_.height - at_ <= room) return next_ > at_;
+    room -= footing_height_;
     next_ = last_end(row_ends_, room);
     if (next_ > at_) return true;
     const model::PageLayout& page = run_.plan.definition->page;
     const int next_row = *std::upper_bound(row_ends_.begin(), row_ends_.end(), at_);
-    const bool higher_than_a_page = next_row - at_ > page.height - page.top - page.bottom - heading();
+    const bool higher_than_a_page = next_row - at_ > page.height - page.top - page.bottom - heading() - footing_height_;
     if (run_.overflow_allowed && !higher_than_a_page) return false;
     next_ = last_end(element_ends_, room);
     if (!run_.overflow_allowed) next_ = print_.height;
@@ -241,6 +286,9 @@ void NestedPart::emit(Emission& emission)
         if (!last && index > 0 && row_of_[index - 1] >= next_ && row_of_[index] > row_of_[index - 1]) break;
         if (element.place.y < at_ || (element.place.y >= next_ && !last)) continue;
         add_copy(index, heading() - at_);
+    }
+    if (!last && footing_height_ > 0) {
+        for (const size_t index : footing_) add_copy(index, heading() + next_ - at_ - footing_top_);
     }
     std::vector<uint32_t> path = emission.path;
     uint32_t before = 0;

@@ -31,6 +31,7 @@ private:
     void find_ends();
     void sort_by_row();
     void find_heading();
+    void find_footing();
     [[nodiscard]] int last_end(const std::vector<int>& ends, int room) const;
     [[nodiscard]] bool choose_end(int room, bool continuing);
     [[nodiscard]] int heading() const { return at_ > 0 ? heading_height_ : 0; }
@@ -44,6 +45,9 @@ private:
     std::vector<size_t> heading_;    ///< elements that are printed above every piece
     int heading_top_ = 0;
     int heading_height_ = 0;
+    std::vector<size_t> footing_;  ///< elements that are printed below every piece but the last, which has them anyway
+    int footing_top_ = 0;
+    int footing_height_ = 0;
     int at_ = 0;    ///< what is above was printed before
     int next_ = 0;  ///< end of the piece that comes next
     struct KnownSources {
