@@ -409,6 +409,11 @@ void PlanMaker::data()
         for (const auto& variable : definition_.data.variables) {
             if (variable.name != declared) continue;
             plan.expression = compiled(variable.expression, "variable");
+            const auto kind = plan.expression.result_class();
+            if (kind == ValueClass::List || kind == ValueClass::Map) {
+                warn(variable.expression.place, "variable",
+                     "'" + variable.name + "' holds a list; lists are not kept from row to row, and it stays empty");
+            }
             plan.initial = compiled(variable.initial_value, "variable");
         }
     }

@@ -115,6 +115,10 @@ TEST(Opening, TellsWhatIsPassedOver)
         const auto& c : {
             Case{"a group without a header",
                  R"(<group name="g" keepTogether="true"><expression>1</expression></group>)", "'g' has no header"},
+            Case{
+                "a list in a variable",
+                R"(<variable name="v" class="java.util.List" calculation="Nothing"><expression>List.of(1)</expression></variable>)",
+                "'v' holds a list"},
             Case{"the colour of an axis", chart + R"(<plot valueAxisLabelColor="#FF0000"/></element></title>)",
                  "colour of the chart"},
             Case{
