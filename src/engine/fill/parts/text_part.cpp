@@ -14,6 +14,7 @@ using model::TextAdjust;
 TextPart::TextPart(Run& run, const PartPlan& plan, const BandState& band)
     : Part(run, plan, band),
       is_static_(plan.kind == PartPlan::Kind::StaticText),
+      is_refused_(!is_static_ && !plan.expression && std::get<model::TextField>(source().body).expression.present()),
       waits_(plan.evaluation != EvaluationTime::Now)
 {
 }
@@ -51,7 +52,7 @@ std::string TextPart::shown_value(const Environment& environment)
         }
         formatter = own_pattern_.empty() ? nullptr : own_formatter_.get();  // null: as if there were no pattern at all
     }
-    std::string none = dress_->look.blank_when_null ? "" : "null";
+    std::string none = dress_->look.blank_when_null || is_refused_ ? "" : "null";
     if (!formatter && !run_.wants_values) return plan_.expression.text(environment).value_or(none);
 
     value_ = plan_.expression.evaluate(environment);

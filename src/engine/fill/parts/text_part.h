@@ -46,6 +46,7 @@ private:
     [[nodiscard]] const std::string& text() const { return marked_ ? plain_ : raw_; }
 
     const bool is_static_;
+    const bool is_refused_;  ///< its expression is outside the language and was left out
     const bool waits_;
     std::string raw_, raw_before_, plain_;
     std::vector<TextRun> runs_;
