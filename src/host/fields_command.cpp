@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <filesystem>
 #include <ostream>
 
 #include "host/bind.h"
@@ -8,8 +7,6 @@
 
 namespace velora {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct FieldOptions {
     std::string kind;

@@ -20,7 +20,7 @@ struct KindOptions {
 ExitStatus print_list(Host& host, const ReportKind& kind, const KindOptions& options)
 {
     Documents documents(host, options.delivery, kind, 1);
-    const Selection what = selection_of(options.criteria, today(host.company()));
+    Selection what = selection_of(options.criteria, today(host.company()));
     host.engine().Wish(options.wishes);
     documents.deliver(std::string(kind.title), [&] { return what; });
     return documents.finish();

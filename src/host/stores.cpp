@@ -18,7 +18,7 @@ constexpr std::string_view kServer = "odbc:";
 std::string server_of(const std::string& connection, const std::string& key, const Surroundings& around)
 {
     try {
-        const auto text = odbc::with_environment(connection.substr(kServer.size()), around.environment);
+        auto text = odbc::with_environment(connection.substr(kServer.size()), around.environment);
         if (!text.empty()) return text;
         throw std::invalid_argument("it names no driver and no source");
     } catch (const std::invalid_argument& error) {
@@ -51,7 +51,7 @@ int wait_for_a_lock(std::chrono::seconds timeout)
 
 }  // namespace
 
-StorePlace::StorePlace(const std::filesystem::path& folder, std::string connection, std::string key,
+StorePlace::StorePlace(const std::filesystem::path& folder, const std::string& connection, const std::string& key,
                        const Surroundings& around)
 {
     if (connection.starts_with(kServer)) {

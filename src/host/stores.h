@@ -16,7 +16,7 @@ class StorePlace {
 public:
     /// @param key  of velora.ini, for messages
     /// @throws HostError for a text of neither form, and for an environment variable that is not set
-    StorePlace(const std::filesystem::path& folder, std::string connection, std::string key,
+    StorePlace(const std::filesystem::path& folder, const std::string& connection, const std::string& key,
                const Surroundings& around);
 
     [[nodiscard]] bool is_file() const { return server_.empty(); }
